@@ -1,0 +1,80 @@
+// The calculators of bit-vector arithmetic.
+
+#include <vector>
+
+#include "calculators/adhoccalculators.h"
+#include "calculators/helpers.h"
+#include "terms/termsimpl.h"
+
+namespace lumo::adhoccalculator {
+
+namespace {
+
+/// lhs - rhs, a numeral if both are
+const Term* make_difference(TermManager* mgr, unsigned long w, const Term* lhs, const Term* rhs)
+{
+  return termsimpl::BVSubSimpl()(mgr, mgr->make_bv_sub_symbol(w), std::vector<const Term*>{lhs, rhs});
+}
+
+/// lhs + rhs, a numeral if both are
+const Term* make_sum(TermManager* mgr, unsigned long w, const Term* lhs, const Term* rhs)
+{
+  return termsimpl::BVAddSimpl()(mgr, mgr->make_bv_add_symbol(w), std::vector<const Term*>{lhs, rhs});
+}
+
+}  // namespace
+
+void BVAddAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
+                                      ModelStore::DefinitionStack& defs)
+{
+  unsigned long w = 0;
+  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
+  QNumber v;
+  mgr->is_number(value->get_symbol(), &v);
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
+  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+
+  if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
+
+  if (!a_is_number && !b_is_number) {
+    find_free_constant(mgr, a, b);
+    push_definition(defs, a, mgr->make_bv_number(v, w));
+    push_definition(defs, b, mgr->make_bv_number(0, w));
+    return;
+  }
+  const Term* x = a_is_number ? b : a;
+  const Term* c = a_is_number ? a : b;
+  push_definition(defs, x, make_difference(mgr, w, value, c));
+}
+
+void BVSubAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
+                                      ModelStore::DefinitionStack& defs)
+{
+  unsigned long w = 0;
+  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
+  QNumber v;
+  mgr->is_number(value->get_symbol(), &v);
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
+  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+
+  if (a_is_number && b_is_number) throw error("term was not free");
+
+  if (!a_is_number && !b_is_number) {
+    // After an exchange a is the subtrahend, and 0 - (2^w - v) is v again.
+    const bool swapped = find_free_constant(mgr, a, b);
+    push_definition(defs, a, mgr->make_bv_number(swapped ? BVNumber::pow2(w) - v : v, w));
+    push_definition(defs, b, mgr->make_bv_number(0, w));
+    return;
+  }
+  if (b_is_number) {
+    push_definition(defs, a, make_sum(mgr, w, b, value));
+  } else {
+    push_definition(defs, b, make_difference(mgr, w, a, value));
+  }
+}
+
+}  // namespace lumo::adhoccalculator

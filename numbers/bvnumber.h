@@ -1,0 +1,53 @@
+#ifndef LUMO_NUMBERS_BVNUMBER_H
+#define LUMO_NUMBERS_BVNUMBER_H
+
+#include "numbers/qnumber.h"
+
+namespace lumo {
+
+/// Helpers for numbers that are read as bit patterns. A pattern of width w is an integer in [0, 2^w - 1];
+/// widths and positions count bits. Arguments are integers, not negative where nothing else is said. Results,
+/// save those of `pow2`, are small whenever they fit a word, whatever the form of the arguments.
+struct BVNumber
+{
+  /// 2^w; small for w <= 62, else big.
+  [[nodiscard]] static QNumber pow2(unsigned long w)
+  {
+    if (w <= kWordWidth) [[likely]]
+      return QNumber(1L << w);
+    return pow2_slow(w);
+  }
+
+  /// The integer z, which may be negative.
+  [[nodiscard]] static QNumber from_integer(mpz_srcptr z);
+
+  /// The pattern of width w that q stands for: q modulo 2^w, also for a negative q.
+  [[nodiscard]] static QNumber reduce(const QNumber& q, unsigned long w)
+  {
+    long word;
+    if (w <= kWordWidth && q.get_word(word)) [[likely]]
+      return QNumber(word & ((1L << w) - 1));
+    return reduce_slow(q, w);
+  }
+  /// q * 2^k
+  [[nodiscard]] static QNumber shift_left(const QNumber& q, unsigned long k);
+  /// The integer part of q / 2^k
+  [[nodiscard]] static QNumber shift_right(const QNumber& q, unsigned long k);
+  /// Bit i of q, counted from 0
+  [[nodiscard]] static bool is_bit_set(const QNumber& q, unsigned long i);
+
+  [[nodiscard]] static QNumber bit_and(const QNumber& a, const QNumber& b);
+  [[nodiscard]] static QNumber bit_or(const QNumber& a, const QNumber& b);
+  [[nodiscard]] static QNumber bit_xor(const QNumber& a, const QNumber& b);
+
+ private:
+  /// The largest w for which 2^w is a small number.
+  static constexpr unsigned long kWordWidth = 62;
+
+  [[gnu::cold]] static QNumber pow2_slow(unsigned long w);
+  [[gnu::cold]] static QNumber reduce_slow(const QNumber& q, unsigned long w);
+};
+
+}  // namespace lumo
+
+#endif

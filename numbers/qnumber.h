@@ -1,0 +1,335 @@
+#ifndef LUMO_NUMBERS_QNUMBER_H
+#define LUMO_NUMBERS_QNUMBER_H
+
+#include <concepts>
+#include <cstddef>
+#include <functional>
+#include <string>
+
+#include <climits>
+#include <gmp.h>
+
+namespace lumo {
+
+/// An exact rational number of two words, made for values that fit a machine word.
+///
+/// The small form keeps numerator and denominator in the object itself; the big form (`den == 0`) keeps them
+/// in a heap block of two GMP integers. Invariants, which every member keeps:
+///
+/// I1. The value is in lowest terms and its denominator is positive; zero is 0/1.
+/// I2. A small numerator is never LONG_MIN, so that negation and magnitude of a small number cannot overflow.
+/// I3. Arithmetic never turns a big value small, with one exception: a big value times a small zero becomes
+/// the
+///     small zero. Copy assignment keeps a big target big, too. Both forms of a value are equal, ordered
+///     alike and hash alike.
+///
+/// Operands and outputs of every operation may be the same object. Nothing here reports an error: what leaves
+/// the word moves to GMP. Arithmetic uses the shared scratch integers `gmp_tmp` and the shared `gcd_cache`,
+/// so only one thread at a time may use numbers.
+class QNumber
+{
+ public:
+  /// 0
+  QNumber() noexcept : num(0), den(1) {}
+  /// n; small unless n is LONG_MIN.
+  QNumber(long n) : num(n), den(1)  // NOLINT(google-explicit-constructor): an integer is a rational number
+  {
+    if (n == LONG_MIN) [[unlikely]]
+      promote();
+  }
+  /// A floating-point value would lose digits silently.
+  template <std::floating_point T>
+  QNumber(T) = delete;
+  /// num/den in lowest terms; small if both parts then fit (I2). den must not be 0.
+  QNumber(long num, long den);
+  /// num/den in lowest terms; small only if both given integers fit an `int`, else big. den must not be 0.
+  QNumber(mpz_srcptr num, mpz_srcptr den);
+
+  QNumber(const QNumber& rhs) : num(rhs.num), den(rhs.den)
+  {
+    if (rhs.is_big()) [[unlikely]]
+      copy_block(rhs);
+  }
+  /// The source becomes 0.
+  QNumber(QNumber&& rhs) noexcept : num(rhs.num), den(rhs.den) { rhs.set_zero(); }
+  /// A big target stays big and reuses its block (I3).
+  QNumber& operator=(const QNumber& rhs)
+  {
+    if (!is_big() && !rhs.is_big()) [[likely]] {
+      num = rhs.num;
+      den = rhs.den;
+    } else {
+      assign_slow(rhs);
+    }
+    return *this;
+  }
+  /// Takes over the form of the source, which becomes 0; assigning a number to itself leaves it alone.
+  QNumber& operator=(QNumber&& rhs) noexcept
+  {
+    QNumber taken(static_cast<QNumber&&>(rhs));
+    swap(taken);
+    return *this;
+  }
+  ~QNumber()
+  {
+    if (is_big()) [[unlikely]]
+      release();
+  }
+
+  void swap(QNumber& rhs) noexcept
+  {
+    const long rhs_num = rhs.num;
+    const long rhs_den = rhs.den;
+    rhs.num = num;
+    rhs.den = den;
+    num = rhs_num;
+    den = rhs_den;
+  }
+
+  [[nodiscard]] bool is_big() const { return den == 0; }
+  [[nodiscard]] bool is_int() const { return is_big() ? is_int_big() : den == 1; }
+  /// Whether the denominator is 1; only for a big value.
+  [[nodiscard]] bool is_int_big() const;
+  /// -1, 0 or 1
+  [[nodiscard]] int sign() const { return is_big() ? sign_big() : (num > 0) - (num < 0); }
+  /// Decimal: `num`, or `num/den` if the number is no integer.
+  [[nodiscard]] std::string to_string() const;
+  /// Depends on the value alone, not on its form.
+  [[nodiscard]] std::size_t hash() const;
+  void get_numerator(mpz_ptr out) const;
+  void get_denominator(mpz_ptr out) const;
+  /// The numerator without a copy where there is one to point at: the number's own integer if it is big, else
+  /// scratch, set to it. Good until the number or scratch changes.
+  [[nodiscard]] mpz_srcptr view_numerator(mpz_ptr scratch) const;
+  /// Whether the number is an integer above LONG_MIN that fits a word, in either form; then it is stored,
+  /// else out is left alone.
+  [[nodiscard]] bool get_word(long& out) const
+  {
+    if (den == 1) [[likely]] {
+      out = num;
+      return true;
+    }
+    return is_big() && get_word_slow(out);
+  }
+  /// Whether I1 and I2 hold. Members assert it; tests call it.
+  [[nodiscard]] bool is_canonical() const;
+
+  QNumber& operator+=(const QNumber& rhs)
+  {
+    long sum;
+    if (den == 1 && rhs.den == 1 && !__builtin_add_overflow(num, rhs.num, &sum) && sum != LONG_MIN) [[likely]]
+    {
+      num = sum;
+    } else {
+      add_slow(rhs);
+    }
+    return *this;
+  }
+  QNumber& operator-=(const QNumber& rhs)
+  {
+    long difference;
+    if (den == 1 && rhs.den == 1 && !__builtin_sub_overflow(num, rhs.num, &difference) &&
+        difference != LONG_MIN) [[likely]]
+    {
+      num = difference;
+    } else {
+      sub_slow(rhs);
+    }
+    return *this;
+  }
+  QNumber& operator*=(const QNumber& rhs)
+  {
+    long product;
+    if (den == 1 && rhs.den == 1 && !__builtin_mul_overflow(num, rhs.num, &product) && product != LONG_MIN)
+        [[likely]]
+    {
+      num = product;
+    } else {
+      mul_slow(rhs);
+    }
+    return *this;
+  }
+
+  /// Integer quotient q and remainder r of this number by d; both must be integers, and d not 0.
+  ///
+  /// Two small operands divide as machine words do: truncated toward zero, the remainder with the sign of the
+  /// dividend. As soon as one operand is big the quotient is rounded toward minus infinity, and the remainder
+  /// has the sign of the divisor. The difference is intended; operands that are not negative do not show it.
+  /// Small operands leave small outputs small and big outputs big; otherwise both outputs are big. q and r
+  /// may be this number or d; if q and r are one object, it receives the remainder.
+  void divmod(const QNumber& d, QNumber& q, QNumber& r) const
+  {
+    if (!is_big() && !d.is_big() && !q.is_big() && !r.is_big()) [[likely]] {
+      const long quotient = num / d.num;
+      const long remainder = num % d.num;
+      q.num = quotient;
+      q.den = 1;
+      r.num = remainder;
+      r.den = 1;
+    } else {
+      divmod_slow(d, q, r);
+    }
+  }
+
+  friend bool operator==(const QNumber& lhs, const QNumber& rhs)
+  {
+    if (!lhs.is_big() && !rhs.is_big()) [[likely]]
+      return lhs.num == rhs.num && lhs.den == rhs.den;
+    return equal_slow(lhs, rhs);
+  }
+  friend bool operator<(const QNumber& lhs, const QNumber& rhs)
+  {
+    if (lhs.den == 1 && rhs.den == 1) [[likely]]
+      return lhs.num < rhs.num;
+    return less_slow(lhs, rhs);
+  }
+
+  /// Stores a * b and returns false; if |a * b| exceeds LONG_MAX, returns true and leaves res alone.
+  [[nodiscard]] static bool mul_overflow(long& res, long a, long b)
+  {
+    long product;
+    if (__builtin_mul_overflow(a, b, &product) || product == LONG_MIN) return true;
+    res = product;
+    return false;
+  }
+  /// Stores a / b, truncated toward zero, and returns false; for LONG_MIN / -1 returns true and leaves res
+  /// alone. b must not be 0.
+  [[nodiscard]] static bool div_overflow(long& res, long a, long b)
+  {
+    if (a == LONG_MIN && b == -1) return true;
+    res = a / b;
+    return false;
+  }
+
+  /// Scratch integers of the big paths; ready before any static initialiser that includes this header runs.
+  static mpz_t gmp_tmp[4];
+
+ private:
+  struct Block
+  {
+    mpz_t num;
+    mpz_t den;
+  };
+  static_assert(sizeof(long) == sizeof(Block*), "the big form keeps a pointer in a word");
+
+  /// What a sum does with the second operand.
+  enum class Addend
+  {
+    kAdded,
+    kSubtracted
+  };
+
+  [[nodiscard]] Block& block() const { return *reinterpret_cast<Block*>(num); }
+  /// Become 0 without giving anything back.
+  void set_zero() noexcept
+  {
+    num = 0;
+    den = 1;
+  }
+  /// Become big with the same value; the number is small before, its numerator for once perhaps LONG_MIN.
+  [[gnu::cold]] void promote();
+  /// Become big with fresh integers of value 0/1; the number owns nothing before.
+  Block& adopt_fresh_block();
+  /// Become a big number with a block of its own; the number owns nothing before.
+  void copy_block(const QNumber& rhs);
+  /// Give the block back; the words are stale afterwards.
+  void release() noexcept;
+  void assign_slow(const QNumber& rhs);
+  /// Bring a big number to lowest terms with a positive denominator.
+  void normalise_big();
+  [[nodiscard]] int sign_big() const { return mpz_sgn(block().num); }
+  [[nodiscard]] bool get_word_slow(long& out) const;
+
+  [[gnu::cold]] void add_slow(const QNumber& rhs);
+  [[gnu::cold]] void sub_slow(const QNumber& rhs);
+  [[gnu::cold]] void mul_slow(const QNumber& rhs);
+  [[gnu::cold]] void divmod_slow(const QNumber& d, QNumber& q, QNumber& r) const;
+  [[gnu::cold]] static bool equal_slow(const QNumber& lhs, const QNumber& rhs);
+  [[gnu::cold]] static bool less_slow(const QNumber& lhs, const QNumber& rhs);
+
+  /// These compute in words and return false, the number unchanged, if a word does not suffice.
+  template <Addend kAddend>
+  [[nodiscard]] bool add_small(long yn, long yd);
+  [[nodiscard]] bool mul_small(long yn, long yd);
+  template <Addend kAddend>
+  void add_general(const QNumber& rhs);
+  /// These take a number that is big already; the operand is big, or the small yn/yd.
+  template <Addend kAddend>
+  void add_big(const QNumber& rhs);
+  template <Addend kAddend>
+  void add_word(long yn, long yd);
+  void mul_big(const QNumber& rhs);
+  void mul_word(long yn, long yd);
+
+  /// Compare by cross-multiplication; the signs are equal and not 0.
+  static bool less_small(long xn, long xd, long yn, long yd);
+  static bool less_big(const QNumber& lhs, const QNumber& rhs);
+
+  long num;  ///< small: the numerator; big: the address of the block
+  long den;  ///< small: the denominator, positive; big: 0
+};
+
+static_assert(sizeof(QNumber) == 16, "a number is two words");
+
+[[nodiscard]] inline QNumber operator+(const QNumber& lhs, const QNumber& rhs)
+{
+  QNumber result(lhs);
+  result += rhs;
+  return result;
+}
+
+[[nodiscard]] inline QNumber operator-(const QNumber& lhs, const QNumber& rhs)
+{
+  QNumber result(lhs);
+  result -= rhs;
+  return result;
+}
+
+[[nodiscard]] inline QNumber operator*(const QNumber& lhs, const QNumber& rhs)
+{
+  QNumber result(lhs);
+  result *= rhs;
+  return result;
+}
+
+// operator!= follows from operator== by the language's rules.
+[[nodiscard]] inline bool operator>(const QNumber& lhs, const QNumber& rhs)
+{
+  return rhs < lhs;
+}
+[[nodiscard]] inline bool operator<=(const QNumber& lhs, const QNumber& rhs)
+{
+  return !(rhs < lhs);
+}
+[[nodiscard]] inline bool operator>=(const QNumber& lhs, const QNumber& rhs)
+{
+  return !(lhs < rhs);
+}
+
+inline void swap(QNumber& lhs, QNumber& rhs) noexcept
+{
+  lhs.swap(rhs);
+}
+
+/// Keeps the scratch integers alive from the first source that includes this header to the last: each holds
+/// one such object, constructed before and destroyed after all its other objects with static storage (J.
+/// Schwarz, "Initializing static variables in C++ libraries", C++ Report 1(2), 1989).
+class GmpScratchLifetime
+{
+ public:
+  GmpScratchLifetime() noexcept;
+  GmpScratchLifetime(const GmpScratchLifetime&) = delete;
+  GmpScratchLifetime& operator=(const GmpScratchLifetime&) = delete;
+  ~GmpScratchLifetime();
+};
+static const GmpScratchLifetime gmp_scratch_lifetime;
+
+}  // namespace lumo
+
+template <>
+struct std::hash<lumo::QNumber>
+{
+  std::size_t operator()(const lumo::QNumber& q) const { return q.hash(); }
+};
+
+#endif

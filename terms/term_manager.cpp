@@ -1,0 +1,201 @@
+#include "terms/term_manager.h"
+
+#include <algorithm>
+#include <new>
+
+#include "numbers/bvnumber.h"
+#include "terms/exception.h"
+
+namespace lumo {
+
+namespace {
+
+std::string describe_widths()
+{
+  return "widths are 1 to " + std::to_string(TermManager::kMaxWidth);
+}
+
+}  // namespace
+
+TermManager::TermManager()
+    : bool_type_(TermManagerKey(), this, 0),
+      true_(allocate_term(make_leaf_symbol(Kind::kTrue, &bool_type_, std::make_unique<std::string>("true")),
+                          nullptr, 0)),
+      false_(allocate_term(
+          make_leaf_symbol(Kind::kFalse, &bool_type_, std::make_unique<std::string>("false")), nullptr, 0))
+{}
+
+TermManager::~TermManager() = default;
+
+std::size_t TermManager::NumeralHash::operator()(const NumeralTable::Entry& entry) const
+{
+  return hash_numeral(entry.value, entry.symbol->get_output_type()->get_width());
+}
+
+std::size_t TermManager::TermHash::operator()(const Term& t) const
+{
+  const std::size_t num_args = t.get_num_args();
+  std::array<const Term*, kMaxArity> args;
+  for (std::size_t i = 0; i < num_args; ++i)
+    args[i] = t.get_arg(i);
+  return hash_term(t.get_symbol(), args.data(), num_args);
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// sorts
+
+const DataType* TermManager::make_bv_type(unsigned long w)
+{
+  if (last_bv_type_ != nullptr && last_bv_type_->get_width() == w) return last_bv_type_;
+  if (w == 0 || w > kMaxWidth) {
+    throw Exception("a bit-vector sort of width " + std::to_string(w) + " was requested, but " +
+                    describe_widths());
+  }
+  const auto [place, is_new] = bv_types_.try_emplace(w, TermManagerKey(), this, w);
+  last_bv_type_ = &place->second;
+  return last_bv_type_;
+}
+
+void TermManager::check_own_type(const DataType* type) const
+{
+  if (type == nullptr) throw Exception("a sort was expected, but a null pointer was given");
+  if (type->get_manager() != this) {
+    throw Exception("a sort of this term manager was expected, but " + type->to_string() +
+                    " of another was given");
+  }
+}
+
+// -------------------------------------------------------------------------------------------------------
+// constants
+
+const Symbol* TermManager::make_leaf_symbol(Kind kind, const DataType* type,
+                                            std::unique_ptr<const std::string> name)
+{
+  return &leaf_symbols_.emplace_back(TermManagerKey(), kind, type, std::move(name));
+}
+
+const Symbol* TermManager::make_constant_symbol(const std::string& name, const DataType* type)
+{
+  return make_constant(name, type)->get_symbol();
+}
+
+const Term* TermManager::make_constant(const std::string& name, const DataType* type)
+{
+  check_own_type(type);
+  if (const auto known = constants_.find(name); known != constants_.end()) {
+    const DataType* known_type = known->second->get_symbol()->get_output_type();
+    if (known_type != type) {
+      throw Exception("the constant " + name + " was declared with sort " + known_type->to_string() +
+                      ", but sort " + type->to_string() + " was given");
+    }
+    return known->second;
+  }
+  const Symbol* s = make_leaf_symbol(Kind::kConstant, type, std::make_unique<std::string>(name));
+  const Term* t = allocate_term(s, nullptr, 0);
+  constants_.emplace(s->get_name(), t);
+  return t;
+}
+
+const Term* TermManager::make_fresh_constant(const std::string& prefix, const DataType* type)
+{
+  check_own_type(type);
+  unsigned long& next = next_fresh_[prefix];
+  std::string name;
+  do {
+    name = prefix + "!" + std::to_string(next++);
+  } while (constants_.contains(name));
+  return make_constant(name, type);
+}
+
+// --------------------------------------------------------------------------------------------------------
+// numerals
+
+const Term* TermManager::make_bv_number(const QNumber& n, unsigned long w)
+{
+  if (!n.is_int()) {
+    throw Exception("a bit-vector numeral of value " + n.to_string() +
+                    " was requested, but an integer was expected");
+  }
+  const DataType* type = make_bv_type(w);
+  QNumber value = BVNumber::reduce(n, w);
+  const std::size_t hash = hash_numeral(value, w);
+  const NumeralTable::Entry* known =
+      numerals_by_value_.find(hash, [&value, type](const NumeralTable::Entry& candidate) {
+        return candidate.value == value && candidate.symbol->get_output_type() == type;
+      });
+  if (known != nullptr) return known->term;
+
+  numerals_by_value_.reserve_one();
+  const Symbol* s = make_leaf_symbol(Kind::kNumeral, type, nullptr);
+  const Term* t = allocate_term(s, nullptr, 0);
+  numerals_by_value_.insert(hash, &numerals_.insert(s, std::move(value), t));
+  return t;
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// terms
+
+const Term* TermManager::make_term(const Symbol* s, const Term* const* args, std::size_t num_args)
+{
+  check_application(s, args, num_args);
+  if (num_args == 0) return find_leaf(s);
+  const std::size_t hash = hash_term(s, args, num_args);
+  const Term* known = applications_.find(hash, [s, args, num_args](const Term& candidate) {
+    if (candidate.get_symbol() != s) return false;
+    for (std::size_t i = 0; i < num_args; ++i) {
+      if (candidate.get_arg(i) != args[i]) return false;
+    }
+    return true;
+  });
+  if (known != nullptr) return known;
+
+  applications_.reserve_one();
+  const Term* t = allocate_term(s, args, num_args);
+  applications_.insert(hash, t);
+  return t;
+}
+
+void TermManager::check_application(const Symbol* s, const Term* const* args, std::size_t num_args) const
+{
+  if (s == nullptr) throw Exception("a symbol was expected, but a null pointer was given");
+  if (s->get_output_type()->get_manager() != this) {
+    throw Exception("a symbol of this term manager was expected, but " + s->get_name() +
+                    " of another was given");
+  }
+  if (num_args != s->get_arity()) {
+    throw Exception(s->get_name() + " takes " + std::to_string(s->get_arity()) +
+                    (s->get_arity() == 1 ? " argument" : " arguments") + ", but " + std::to_string(num_args) +
+                    (num_args == 1 ? " was given" : " were given"));
+  }
+  for (std::size_t i = 0; i < num_args; ++i) {
+    const DataType* expected = as_operator(s).get_argument_type(i);
+    if (args[i] != nullptr && args[i]->get_symbol()->get_output_type() == expected) continue;
+    const std::string place = "argument " + std::to_string(i + 1) + " of " + s->get_name();
+    if (args[i] == nullptr) throw Exception(place + " is a null pointer, but a term was expected");
+    const DataType* found = args[i]->get_symbol()->get_output_type();
+    if (found->get_manager() != this) {
+      throw Exception(place + " belongs to another term manager, but a term of this one was expected");
+    }
+    throw Exception(place + " has sort " + found->to_string() + ", but " + expected->to_string() +
+                    " was expected");
+  }
+}
+
+const Term* TermManager::allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args)
+{
+  void* memory = term_memory_.allocate(sizeof(Term) + num_args * sizeof(const Term*), alignof(Term));
+  Term* t = new (memory) Term(s, num_terms_);
+  std::copy_n(args, num_args, reinterpret_cast<const Term**>(t + 1));
+  ++num_terms_;
+  return t;
+}
+
+const Term* TermManager::find_leaf(const Symbol* s) const
+{
+  if (s == get_true_symbol()) return true_;
+  if (s == get_false_symbol()) return false_;
+  if (is_constant(s)) return constants_.find(s->get_name())->second;
+  return numerals_.find(s)->term;
+}
+
+}  // namespace lumo

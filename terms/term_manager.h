@@ -1,0 +1,328 @@
+#ifndef LUMO_TERMS_TERM_MANAGER_H
+#define LUMO_TERMS_TERM_MANAGER_H
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <deque>
+#include <initializer_list>
+#include <memory_resource>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "numbers/hash_mix.h"
+#include "numbers/qnumber.h"
+#include "terms/data_type.h"
+#include "terms/kind.h"
+#include "terms/numeral_table.h"
+#include "terms/symbol.h"
+#include "terms/term.h"
+#include "terms/unique_table.h"
+
+namespace lumo {
+
+/// Owns sorts, symbols and terms over Booleans and bit-vectors, and makes one object for each distinct one,
+/// so that all three are compared by address. They live until the manager does; managers share nothing.
+///
+/// Whatever makes no sense (a width of 0, an argument of another sort, a name declared with two sorts, ...)
+/// is refused with an `Exception` that says what was given and what was expected; the manager is then
+/// unchanged. Widths count bits, from 1 to kMaxWidth. Recognisers answer false and leave their out-parameters
+/// alone for every other symbol; out-parameters may be null.
+class TermManager
+{
+ public:
+  /// The widest bit-vector: more would reach the limits of GMP's integers.
+  static constexpr unsigned long kMaxWidth = 0xffffffffUL;
+
+  TermManager();
+  TermManager(const TermManager&) = delete;
+  TermManager& operator=(const TermManager&) = delete;
+  ~TermManager();
+
+  // ------------------------------------------------------------------------------------------------ sorts
+
+  const DataType* make_bool_type() { return &bool_type_; }
+  const DataType* make_bv_type(unsigned long w);
+  [[nodiscard]] bool is_bool_type(const DataType* type) const { return type->is_bool(); }
+  bool is_bv_type(const DataType* type, unsigned long* w) const
+  {
+    if (type->is_bool()) return false;
+    store(w, type->get_width());
+    return true;
+  }
+
+  // -------------------------------------------------------------------------------------------- constants
+
+  /// The declared constant of that name; a second call must name the same sort.
+  const Symbol* make_constant_symbol(const std::string& name, const DataType* type);
+  const Term* make_constant(const std::string& name, const DataType* type);
+  /// A constant whose name starts with the prefix and was not taken before.
+  const Term* make_fresh_constant(const std::string& prefix, const DataType* type);
+  /// Whether s is a declared constant; true, false and numerals are none.
+  [[nodiscard]] bool is_constant(const Symbol* s) const { return s->get_kind() == Kind::kConstant; }
+
+  const Term* make_true() { return true_; }
+  const Term* make_false() { return false_; }
+  [[nodiscard]] const Symbol* get_true_symbol() const { return true_->get_symbol(); }
+  [[nodiscard]] const Symbol* get_false_symbol() const { return false_->get_symbol(); }
+
+  // --------------------------------------------------------------------------------------------- numerals
+
+  /// Whether s is a numeral of this manager; its value, in [0, 2^w - 1], goes to *out.
+  bool is_number(const Symbol* s, QNumber* out) const
+  {
+    if (numerals_.empty()) return false;
+    const NumeralTable::Entry* entry = numerals_.find(s);
+    if (entry == nullptr) return false;
+    if (out != nullptr) *out = entry->value;
+    return true;
+  }
+  /// The numeral of width w and value n modulo 2^w; n is an integer, negative ones included.
+  const Term* make_bv_number(const QNumber& n, unsigned long w);
+  const Term* make_bv_number(int n, unsigned long w)
+  {
+    return make_bv_number(QNumber(static_cast<long>(n)), w);
+  }
+  /// Other integers would be cut to an `int`: make a QNumber of them.
+  template <std::integral T>
+  const Term* make_bv_number(T n, unsigned long w) = delete;
+  /// The values of all numerals, for whoever wants to look at the shape of the table.
+  [[nodiscard]] const NumeralTable& get_numerals() const { return numerals_; }
+
+  // ------------------------------------------------------------------------------------------------ terms
+
+  /// The application of s to args, as many and of the sorts that s takes; leaves take none.
+  const Term* make_term(const Symbol* s, const std::vector<const Term*>& args)
+  {
+    return make_term(s, args.data(), args.size());
+  }
+  const Term* make_term(const Symbol* s, std::initializer_list<const Term*> args)
+  {
+    return make_term(s, args.begin(), args.size());
+  }
+  const Term* make_term(const Symbol* s, const Term* const* args, std::size_t num_args);
+  /// Refuses an application that `make_term` would refuse, and makes nothing.
+  void check_application(const Symbol* s, const Term* const* args, std::size_t num_args) const;
+
+  /// How many terms there are; their ids are the numbers below.
+  [[nodiscard]] std::size_t get_num_terms() const { return num_terms_; }
+  [[nodiscard]] std::size_t get_num_symbols() const
+  {
+    return leaf_symbols_.size() + operator_symbols_.size();
+  }
+
+  // ---------------------------------------------------------------------------------- Boolean operators,
+  // ite, eq
+
+  const Symbol* make_not_symbol() { return make_operator(Kind::kNot, {}); }
+  const Symbol* make_and_symbol() { return make_operator(Kind::kAnd, {}); }
+  const Symbol* make_or_symbol() { return make_operator(Kind::kOr, {}); }
+  const Symbol* make_iff_symbol() { return make_operator(Kind::kIff, {}); }
+  /// For branches of the given sort
+  const Symbol* make_ite_symbol(const DataType* type);
+  /// Equality of bit-vectors of the given sort; that of Booleans is iff.
+  const Symbol* make_eq_symbol(const DataType* type);
+
+  [[nodiscard]] bool is_not(const Symbol* s) const { return s->get_kind() == Kind::kNot; }
+  [[nodiscard]] bool is_and(const Symbol* s) const { return s->get_kind() == Kind::kAnd; }
+  [[nodiscard]] bool is_or(const Symbol* s) const { return s->get_kind() == Kind::kOr; }
+  [[nodiscard]] bool is_iff(const Symbol* s) const { return s->get_kind() == Kind::kIff; }
+  [[nodiscard]] bool is_ite(const Symbol* s) const { return s->get_kind() == Kind::kIte; }
+  [[nodiscard]] bool is_eq(const Symbol* s) const { return s->get_kind() == Kind::kEq; }
+
+  // ------------------------------------------------------------- bit-vector operators on operands of one
+  // width w
+
+  const Symbol* make_bv_not_symbol(unsigned long w) { return make_operator(Kind::kBvNot, {w}); }
+  const Symbol* make_bv_neg_symbol(unsigned long w) { return make_operator(Kind::kBvNeg, {w}); }
+  const Symbol* make_bv_and_symbol(unsigned long w) { return make_operator(Kind::kBvAnd, {w}); }
+  const Symbol* make_bv_or_symbol(unsigned long w) { return make_operator(Kind::kBvOr, {w}); }
+  const Symbol* make_bv_xor_symbol(unsigned long w) { return make_operator(Kind::kBvXor, {w}); }
+  const Symbol* make_bv_add_symbol(unsigned long w) { return make_operator(Kind::kBvAdd, {w}); }
+  const Symbol* make_bv_sub_symbol(unsigned long w) { return make_operator(Kind::kBvSub, {w}); }
+  const Symbol* make_bv_mul_symbol(unsigned long w) { return make_operator(Kind::kBvMul, {w}); }
+  const Symbol* make_bv_udiv_symbol(unsigned long w) { return make_operator(Kind::kBvUdiv, {w}); }
+  const Symbol* make_bv_sdiv_symbol(unsigned long w) { return make_operator(Kind::kBvSdiv, {w}); }
+  const Symbol* make_bv_urem_symbol(unsigned long w) { return make_operator(Kind::kBvUrem, {w}); }
+  const Symbol* make_bv_srem_symbol(unsigned long w) { return make_operator(Kind::kBvSrem, {w}); }
+  const Symbol* make_bv_lsl_symbol(unsigned long w) { return make_operator(Kind::kBvLsl, {w}); }
+  const Symbol* make_bv_lsr_symbol(unsigned long w) { return make_operator(Kind::kBvLsr, {w}); }
+  const Symbol* make_bv_asr_symbol(unsigned long w) { return make_operator(Kind::kBvAsr, {w}); }
+  const Symbol* make_bv_ult_symbol(unsigned long w) { return make_operator(Kind::kBvUlt, {w}); }
+  const Symbol* make_bv_ule_symbol(unsigned long w) { return make_operator(Kind::kBvUle, {w}); }
+  const Symbol* make_bv_slt_symbol(unsigned long w) { return make_operator(Kind::kBvSlt, {w}); }
+  const Symbol* make_bv_sle_symbol(unsigned long w) { return make_operator(Kind::kBvSle, {w}); }
+  const Symbol* make_bv_comp_symbol(unsigned long w) { return make_operator(Kind::kBvComp, {w}); }
+
+  bool is_bv_not(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvNot, w); }
+  bool is_bv_neg(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvNeg, w); }
+  bool is_bv_and(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvAnd, w); }
+  bool is_bv_or(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvOr, w); }
+  bool is_bv_xor(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvXor, w); }
+  bool is_bv_add(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvAdd, w); }
+  bool is_bv_sub(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvSub, w); }
+  bool is_bv_mul(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvMul, w); }
+  bool is_bv_udiv(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvUdiv, w); }
+  bool is_bv_sdiv(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvSdiv, w); }
+  bool is_bv_urem(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvUrem, w); }
+  bool is_bv_srem(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvSrem, w); }
+  bool is_bv_lsl(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvLsl, w); }
+  bool is_bv_lsr(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvLsr, w); }
+  bool is_bv_asr(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvAsr, w); }
+  bool is_bv_ult(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvUlt, w); }
+  bool is_bv_ule(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvUle, w); }
+  bool is_bv_slt(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvSlt, w); }
+  bool is_bv_sle(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvSle, w); }
+  bool is_bv_comp(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvComp, w); }
+
+  // --------------------------------------------------------------------- bit-vector operators that change
+  // widths
+
+  /// w1: width of the first, high operand; w2: width of the second, low operand
+  const Symbol* make_bv_concat_symbol(unsigned long w1, unsigned long w2)
+  {
+    return make_operator(Kind::kBvConcat, {w1, w2});
+  }
+  /// Bits msb down to lsb of an operand of width w > msb >= lsb
+  const Symbol* make_bv_extract_symbol(unsigned long msb, unsigned long lsb, unsigned long w)
+  {
+    return make_operator(Kind::kBvExtract, {msb, lsb, w});
+  }
+  /// By k places, any number, an operand of width w
+  const Symbol* make_bv_rotate_left_symbol(unsigned long k, unsigned long w)
+  {
+    return make_operator(Kind::kBvRotateLeft, {k, w});
+  }
+  const Symbol* make_bv_rotate_right_symbol(unsigned long k, unsigned long w)
+  {
+    return make_operator(Kind::kBvRotateRight, {k, w});
+  }
+  /// By k new bits, perhaps none, above an operand of width w
+  const Symbol* make_bv_zero_extend_symbol(unsigned long k, unsigned long w)
+  {
+    return make_operator(Kind::kBvZeroExtend, {k, w});
+  }
+  const Symbol* make_bv_sign_extend_symbol(unsigned long k, unsigned long w)
+  {
+    return make_operator(Kind::kBvSignExtend, {k, w});
+  }
+
+  bool is_bv_concat(const Symbol* s, unsigned long* w1, unsigned long* w2) const
+  {
+    return is_operator_of(s, Kind::kBvConcat, w1, w2);
+  }
+  bool is_bv_extract(const Symbol* s, unsigned long* msb, unsigned long* lsb, unsigned long* w) const
+  {
+    return is_operator_of(s, Kind::kBvExtract, msb, lsb, w);
+  }
+  bool is_bv_rotate_left(const Symbol* s, unsigned long* k, unsigned long* w) const
+  {
+    return is_operator_of(s, Kind::kBvRotateLeft, k, w);
+  }
+  bool is_bv_rotate_right(const Symbol* s, unsigned long* k, unsigned long* w) const
+  {
+    return is_operator_of(s, Kind::kBvRotateRight, k, w);
+  }
+  bool is_bv_zero_extend(const Symbol* s, unsigned long* k, unsigned long* w) const
+  {
+    return is_operator_of(s, Kind::kBvZeroExtend, k, w);
+  }
+  bool is_bv_sign_extend(const Symbol* s, unsigned long* k, unsigned long* w) const
+  {
+    return is_operator_of(s, Kind::kBvSignExtend, k, w);
+  }
+
+ private:
+  [[nodiscard]] static std::size_t hash_operator(Kind kind, const Parameters& parameters)
+  {
+    std::size_t h = mix_hash(0, static_cast<std::size_t>(kind));
+    for (const unsigned long parameter : parameters)
+      h = mix_hash(h, parameter);
+    return h;
+  }
+  [[nodiscard]] static std::size_t hash_numeral(const QNumber& value, unsigned long w)
+  {
+    return mix_hash(value.hash(), w);
+  }
+  [[nodiscard]] static std::size_t hash_term(const Symbol* s, const Term* const* args, std::size_t num_args)
+  {
+    std::size_t h = mix_hash(0, s);
+    for (std::size_t i = 0; i < num_args; ++i)
+      h = mix_hash(h, args[i]);
+    return h;
+  }
+  struct OperatorHash
+  {
+    std::size_t operator()(const OperatorSymbol& s) const
+    {
+      return hash_operator(s.get_kind(), s.get_parameters());
+    }
+  };
+  struct NumeralHash
+  {
+    std::size_t operator()(const NumeralTable::Entry& entry) const;
+  };
+  struct TermHash
+  {
+    std::size_t operator()(const Term& t) const;
+  };
+
+  template <class... Out>
+  static bool is_operator_of(const Symbol* s, Kind kind, Out*... out)
+  {
+    if (s->get_kind() != kind) return false;
+    std::size_t i = 0;
+    (store(out, as_operator(s).get_parameters()[i++]), ...);
+    return true;
+  }
+  static void store(unsigned long* out, unsigned long value)
+  {
+    if (out != nullptr) *out = value;
+  }
+
+  /// The operator with these parameters; a call with the same parameters as the operator's last one, the
+  /// common case, finds it without hashing.
+  const Symbol* make_operator(Kind kind, const Parameters& parameters)
+  {
+    const OperatorSymbol* last = last_operators_[static_cast<std::size_t>(kind)];
+    if (last != nullptr && last->get_parameters() == parameters) [[likely]]
+      return last;
+    return find_or_make_operator(kind, parameters);
+  }
+  const Symbol* find_or_make_operator(Kind kind, const Parameters& parameters);
+  const OperatorSymbol& make_fresh_operator(Kind kind, const Parameters& parameters);
+  /// The sort of a width, Bool for 0.
+  const DataType* make_type(unsigned long w) { return w == 0 ? make_bool_type() : make_bv_type(w); }
+
+  void check_own_type(const DataType* type) const;
+  const Symbol* make_leaf_symbol(Kind kind, const DataType* type, std::unique_ptr<const std::string> name);
+  /// A new object; it is in no table yet.
+  const Term* allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args);
+  [[nodiscard]] const Term* find_leaf(const Symbol* s) const;
+
+  DataType bool_type_;
+  std::unordered_map<unsigned long, DataType> bv_types_;
+  const DataType* last_bv_type_ = nullptr;
+
+  std::deque<Symbol> leaf_symbols_;
+  std::deque<OperatorSymbol> operator_symbols_;
+  UniqueTable<OperatorSymbol, OperatorHash> operators_;
+  std::array<const OperatorSymbol*, kNumOperators> last_operators_{};
+
+  std::unordered_map<std::string_view, const Term*> constants_;  ///< the keys are the symbols' own names
+  std::unordered_map<std::string, unsigned long> next_fresh_;    ///< by prefix
+  NumeralTable numerals_;
+  UniqueTable<NumeralTable::Entry, NumeralHash> numerals_by_value_;
+
+  std::pmr::monotonic_buffer_resource term_memory_;
+  UniqueTable<Term, TermHash> applications_;
+  std::size_t num_terms_ = 0;
+  const Term* true_;
+  const Term* false_;
+};
+
+}  // namespace lumo
+
+#endif
