@@ -22,7 +22,7 @@ class AdHocCalculator
  public:
   class error;  // NOLINT(readability-identifier-naming): the name by which solvers catch it
 
-  virtual ~AdHocCalculator() {}  // NOLINT(modernize-use-equals-default): the same form in all calculators
+  virtual ~AdHocCalculator() = default;
 
   /// Pushes one definition, with its flag set, for each argument that gets a value, in the order that the
   /// calculator documents.
@@ -46,15 +46,13 @@ class AdHocCalculator::error : public Exception
   explicit error(const std::string& msg) : Exception(msg) {}
 };
 
-// ----------------------------------------------------------------------------------------------- Boolean
-// operators
+// ---------------------------------------------------------------- Boolean operators, if-then-else, equality
 
 /// Negation, t = not x: x takes the opposite truth value.
 /// Refuses an x that is true or false.
 class NotAdHocCalculator : public AdHocCalculator
 {
  public:
-  ~NotAdHocCalculator() override {}
   void operator()(TermManager* mgr, const Term* t, const Term* value,
                   ModelStore::DefinitionStack& defs) override;
 };
@@ -64,7 +62,6 @@ class NotAdHocCalculator : public AdHocCalculator
 class AndAdHocCalculator : public AdHocCalculator
 {
  public:
-  ~AndAdHocCalculator() override {}
   void operator()(TermManager* mgr, const Term* t, const Term* value,
                   ModelStore::DefinitionStack& defs) override;
 };
@@ -74,56 +71,298 @@ class AndAdHocCalculator : public AdHocCalculator
 class OrAdHocCalculator : public AdHocCalculator
 {
  public:
-  ~OrAdHocCalculator() override {}
   void operator()(TermManager* mgr, const Term* t, const Term* value,
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// Equivalence, t = (a iff b): an argument that stands alone beside true or false takes what gives the value;
-/// of two free ones a becomes true, then b takes the value. Refuses two arguments that are both true or
-/// false. Differs: AndAdHocCalculator and OrAdHocCalculator refuse as soon as one argument is true or false.
+/// Equivalence, t = (a iff b): the free one of two takes what gives the value; of two free ones a becomes
+/// true, then b takes the value. Refuses two arguments that are both true or false. Differs:
+/// AndAdHocCalculator and OrAdHocCalculator refuse as soon as one argument is true or false.
 class IffAdHocCalculator : public AdHocCalculator
 {
  public:
-  ~IffAdHocCalculator() override {}
   void operator()(TermManager* mgr, const Term* t, const Term* value,
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// If-then-else of any sort, t = ite(c, x, y): a free c becomes true if x is no numeral, else false; then
-/// each branch that is no numeral takes the value term itself (with c false, y alone). Refuses two numerals
-/// as branches, and with a c that is true or false one numeral already, whichever branch c selects. Differs:
-/// branches are tested for being numerals only, so true and false count as free.
+/// If-then-else of any sort, t = ite(c, x, y): a free c becomes true if x is no numeral, else false; then x,
+/// unless it is a numeral, and y, unless it is a numeral, take the value term itself. Refuses two numerals as
+/// branches; with a c that is true or false, one numeral, whichever branch c selects. Differs: the branches
+/// are tested for being numerals only, so true and false count as free there.
 class IteAdHocCalculator : public AdHocCalculator
 {
  public:
-  ~IteAdHocCalculator() override {}
   void operator()(TermManager* mgr, const Term* t, const Term* value,
                   ModelStore::DefinitionStack& defs) override;
 };
 
-// --------------------------------------------------------------------------------------------- bit-vector
-// arithmetic
+/// Equality of bit-vectors, t = (a = b): beside a numeral n the other side takes n itself (true) or n + 1
+/// (false); of two free sides the first one that is a declared constant takes 0 (true) or 1 (false), then the
+/// other one 0. Refuses two numerals, and two free sides that are both compound.
+class EqAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
 
-/// Addition, t = a + b: beside a numeral c the other argument takes value - c; of two free arguments the
-/// first one that is a declared constant takes the value, then the other 0. Refuses two numerals, and two
-/// free arguments that are both compound.
+// ----------------------------------------------------------------------------- bit-vector operators on bits
+
+/// Complement, t = bvnot x: x takes the complement of the value.
+/// Refuses a numeral.
+class BVNotAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Negation, t = bvneg x: x takes the negative of the value.
+/// Refuses a numeral.
+/// Differs: BVNotAdHocCalculator has another message.
+class BVNegAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Rotation to the left, t = rotate_left x: x takes the value rotated to the right by the same amount.
+/// Refuses a numeral.
+/// Differs: BVNotAdHocCalculator has another message.
+class BVRolAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Rotation to the right, t = rotate_right x: x takes the value rotated to the left by the same amount.
+/// Refuses a numeral.
+/// Differs: BVNotAdHocCalculator has another message; BVRolAdHocCalculator reads the amount after it has
+/// accepted x.
+class BVRorAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Bitwise and, t = a & b: a, then b take the value.
+/// Refuses a numeral as either argument.
+class BVAndAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Bitwise or, t = a | b: the first argument that is a declared constant takes the value, then the other one
+/// 0. Refuses a numeral as either argument, and two compound arguments. Differs: BVAndAdHocCalculator has
+/// another message, and accepts two compound arguments.
+class BVOrAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Bitwise exclusive or, t = a ^ b: beside a numeral n the other argument takes value ^ n; of two free ones
+/// the first one that is a declared constant takes the value, then the other one 0. Refuses two numerals, and
+/// two free arguments that are both compound. Differs: BVAndAdHocCalculator and BVOrAdHocCalculator refuse
+/// one numeral already, and read the width from the value.
+class BVXorAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Concatenation, t = a b: a takes the high bits of the value, then b the low ones.
+/// Refuses numerals, and an a that is no declared constant, although b alone could then take its part.
+/// Differs: BVOrAdHocCalculator and others accept a constant in either place.
+class BVConcatAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Extraction, t = bits msb to lsb of x: x takes the value at those bits and 0 everywhere else.
+/// Refuses a numeral.
+class BVSelectAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Zero extension of x: for the value 0 x takes 0, for 1 it takes 1.
+/// Refuses every other value, also one that fits x.
+/// Differs: no other calculator gives a value to a numeral; this one does not look at x.
+class BVZextAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Sign extension of x: for the value 0 x takes 0, for 1 it takes 1.
+/// Refuses every other value, also -1. A one-bit x takes 1 for the value 1 although it then extends to all
+/// ones: this definition is wrong by design, and whoever replays it has to check. Differs: like
+/// BVZextAdHocCalculator it gives a value to a numeral, too.
+class BVSextAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Shift left, t = a << b: a takes the value, then b 0.
+/// Refuses one or two numerals.
+class BVLslAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Logical shift right, t = a >> b: a takes the value, then b 0.
+/// Refuses one or two numerals.
+class BVLsrAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Arithmetic shift right, t = a >>s b: a takes the value, then b 0.
+/// Refuses one or two numerals, and an a that is no declared constant.
+/// Differs: BVLslAdHocCalculator and BVLsrAdHocCalculator accept any a that is no numeral.
+class BVAsrAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+// ------------------------------------------------------------------------------------ bit-vector arithmetic
+
+/// Addition, t = a + b: beside a numeral c the other argument takes value - c; of two free ones the first one
+/// that is a declared constant takes the value, then the other one 0. Refuses two numerals, and two free
+/// arguments that are both compound.
 class BVAddAdHocCalculator : public AdHocCalculator
 {
  public:
-  ~BVAddAdHocCalculator() override {}
   void operator()(TermManager* mgr, const Term* t, const Term* value,
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// Subtraction, t = a - b: x - c = value gives x := c + value, and c - x = value gives x := c - value; of two
+/// Subtraction, t = a - b: in x - c = value x takes c + value, in c - x = value it takes c - value; of two
 /// free arguments the first one that is a declared constant takes the value (a) or its negative (b), then the
-/// other 0. Refuses two numerals, and two free arguments that are both compound. Differs:
+/// other one 0. Refuses two numerals, and two free arguments that are both compound. Differs:
 /// BVAddAdHocCalculator has another message for two numerals.
 class BVSubAdHocCalculator : public AdHocCalculator
 {
  public:
-  ~BVSubAdHocCalculator() override {}
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Multiplication, t = a * b: beside an odd numeral c the other factor takes the value times the inverse of
+/// c; of two free factors the first one that is a declared constant takes the value, then the other one 1.
+/// Refuses two numerals, an even numeral even where a solution exists, and two free factors that are both
+/// compound.
+class BVMulAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Unsigned division, t = a / b: a takes the value, then b 1.
+/// Refuses one or two numerals, and an a that is no declared constant.
+class BVUdivAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Signed division, t = a / b: a takes the value, then b 1.
+/// Refuses one or two numerals.
+/// Differs: BVUdivAdHocCalculator refuses an a that is no declared constant.
+class BVSdivAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Unsigned remainder: refuses every call, since a remainder is never eliminated.
+class BVUremAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Signed remainder: refuses every call, since a remainder is never eliminated.
+class BVSremAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+// ------------------------------------------------------------------------------------ bit-vector predicates
+
+/// Unsigned less-than, t = a < b: beside a numeral c the other operand takes c's neighbour (true) or c
+/// (false); two free operands take 0, then 1 (true) or 0 (false). Refuses two numerals, and true where c has
+/// no such neighbour.
+class BVUltAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Unsigned less-or-equal, t = a <= b: beside a numeral c the other operand takes c (true) or its neighbour
+/// (false); two free operands take 0 (true) or 1 (false), then 0. Refuses two numerals, and false where c has
+/// no such neighbour. Differs: each of the four order calculators but the signed pair has its own message for
+/// two numerals.
+class BVUleAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Signed less-than, t = a <s b: as BVUltAdHocCalculator, with the neighbours in signed order; in width 1,
+/// where the pattern 1 is -1, two free operands take 1, then 0 for true. Refuses two numerals, and true where
+/// c has no such neighbour. Differs: BVUltAdHocCalculator has another message for two numerals.
+class BVSltAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// Signed less-or-equal, t = a <=s b: as BVUleAdHocCalculator, with the neighbours in signed order; in width
+/// 1, where the pattern 1 is -1, two free operands take 0, then 1 for false. Refuses two numerals, and false
+/// where c has no such neighbour. Differs: BVUleAdHocCalculator has another message for two numerals.
+class BVSleAdHocCalculator : public AdHocCalculator
+{
+ public:
+  void operator()(TermManager* mgr, const Term* t, const Term* value,
+                  ModelStore::DefinitionStack& defs) override;
+};
+
+/// One-bit comparison, t = bvcomp(a, b): as EqAdHocCalculator, with 1 for true and 0 for false.
+/// Refuses first a value that is neither, then what EqAdHocCalculator refuses.
+class BVCompAdHocCalculator : public AdHocCalculator
+{
+ public:
   void operator()(TermManager* mgr, const Term* t, const Term* value,
                   ModelStore::DefinitionStack& defs) override;
 };

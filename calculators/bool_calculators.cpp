@@ -13,15 +13,9 @@ bool is_truth_value(const TermManager* mgr, const Symbol* s)
   return s == mgr->get_true_symbol() || s == mgr->get_false_symbol();
 }
 
-bool is_true(const TermManager* mgr, const Term* t)
-{
-  return t->get_symbol() == mgr->get_true_symbol();
-}
+bool is_true(const TermManager* mgr, const Term* t) { return t->get_symbol() == mgr->get_true_symbol(); }
 
-const Term* make_truth_value(TermManager* mgr, bool b)
-{
-  return b ? mgr->make_true() : mgr->make_false();
-}
+const Term* make_truth_value(TermManager* mgr, bool b) { return b ? mgr->make_true() : mgr->make_false(); }
 
 /// Both arguments take the value: and(v, v) = or(v, v) = v.
 void solve_and_or(TermManager* mgr, const Term* t, const Term* value, ModelStore::DefinitionStack& defs)

@@ -77,4 +77,92 @@ void BVSubAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
   }
 }
 
+void BVMulAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
+                                      ModelStore::DefinitionStack& defs)
+{
+  unsigned long w = 0;
+  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
+  QNumber v;
+  mgr->is_number(value->get_symbol(), &v);
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  QNumber a_number;
+  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
+  QNumber b_number;
+  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
+
+  if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
+
+  if (!a_is_number && !b_is_number) {
+    find_free_constant(mgr, a, b);
+    push_definition(defs, a, mgr->make_bv_number(v, w));
+    push_definition(defs, b, mgr->make_bv_number(1, w));
+    return;
+  }
+  const Term* x = a_is_number ? b : a;
+  const QNumber& c = a_is_number ? a_number : b_number;
+
+  if (!BVNumber::is_bit_set(c, 0)) throw error("We cannot find a value for this atom!");
+
+  const QNumber m = BVNumber::pow2(w);
+  QNumber p = calculate_modular_inverse(c, m);
+  p *= v;
+  QNumber quotient;
+  p.divmod(m, quotient, p);
+
+  push_definition(defs, x, mgr->make_bv_number(p, w));
+}
+
+void BVUdivAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
+                                       ModelStore::DefinitionStack& defs)
+{
+  unsigned long w = 0;
+  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
+  QNumber v;
+  mgr->is_number(value->get_symbol(), &v);
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
+  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+
+  if (a_is_number != b_is_number) throw error("Cannot find a value, should be free!");
+  if (a_is_number) throw error("should have been handled at the normalization step");
+  const bool swapped = find_free_constant(mgr, a, b);
+  if (swapped) throw error("Cannot find a value, should be free!");
+
+  push_definition(defs, a, mgr->make_bv_number(v, w));
+  push_definition(defs, b, mgr->make_bv_number(1, w));
+}
+
+void BVSdivAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
+                                       ModelStore::DefinitionStack& defs)
+{
+  unsigned long w = 0;
+  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
+  QNumber v;
+  mgr->is_number(value->get_symbol(), &v);
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
+  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+
+  if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
+  if (a_is_number || b_is_number) throw error("Cannot find a value, should be free!");
+
+  push_definition(defs, a, mgr->make_bv_number(v, w));
+  push_definition(defs, b, mgr->make_bv_number(1, w));
+}
+
+void BVUremAdHocCalculator::operator()(TermManager* /*mgr*/, const Term* /*t*/, const Term* /*value*/,
+                                       ModelStore::DefinitionStack& /*defs*/)
+{
+  throw error("Should not be called is never free!");
+}
+
+void BVSremAdHocCalculator::operator()(TermManager* /*mgr*/, const Term* /*t*/, const Term* /*value*/,
+                                       ModelStore::DefinitionStack& /*defs*/)
+{
+  throw error("Should not be called is never free!");
+}
+
 }  // namespace lumo::adhoccalculator

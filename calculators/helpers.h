@@ -41,15 +41,32 @@ namespace {  // NOLINT(google-build-namespaces): private to each source of the m
 }
 
 /// q + 1
-[[maybe_unused]] inline QNumber plus_one(const QNumber& q)
-{
-  return q + QNumber(1);
-}
+[[maybe_unused]] inline QNumber plus_one(const QNumber& q) { return q + QNumber(1); }
 
 /// q - 1
-[[maybe_unused]] inline QNumber minus_one(const QNumber& q)
+[[maybe_unused]] inline QNumber minus_one(const QNumber& q) { return q - QNumber(1); }
+
+/// For 0 < a < m an x in [0, m) with a * x = gcd(a, m) modulo m: the inverse of a if the two have no common
+/// factor, which is not tested. 0 for a = 0.
+///
+/// The extended Euclidean algorithm (D. E. Knuth, The Art of Computer Programming, vol. 2, section 4.5.2,
+/// algorithm X) without the coefficients of m: r0 = a * x and r1 = a * s modulo m throughout.
+[[maybe_unused]] inline QNumber calculate_modular_inverse(const QNumber& a, const QNumber& m)
 {
-  return q - QNumber(1);
+  QNumber r0(m);
+  QNumber r1(a);
+  QNumber x(0);
+  QNumber s(1);
+  QNumber q;
+  while (r1.sign() != 0) {
+    r0.divmod(r1, q, r0);
+    r0.swap(r1);
+    q *= s;
+    x -= q;
+    x.swap(s);
+  }
+  if (x.sign() < 0) x += m;
+  return x;
 }
 
 }  // namespace

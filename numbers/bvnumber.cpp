@@ -7,10 +7,7 @@ namespace lumo {
 namespace {
 
 // The scratch integers of the number type; no two helpers that use them are active at once.
-mpz_ptr scratch(int i)
-{
-  return QNumber::gmp_tmp[i];
-}
+mpz_ptr scratch(int i) { return QNumber::gmp_tmp[i]; }
 
 }  // namespace
 

@@ -241,15 +241,9 @@ void QNumber::add_general(const QNumber& rhs)
   assert(is_canonical());
 }
 
-void QNumber::add_slow(const QNumber& rhs)
-{
-  add_general<Addend::kAdded>(rhs);
-}
+void QNumber::add_slow(const QNumber& rhs) { add_general<Addend::kAdded>(rhs); }
 
-void QNumber::sub_slow(const QNumber& rhs)
-{
-  add_general<Addend::kSubtracted>(rhs);
-}
+void QNumber::sub_slow(const QNumber& rhs) { add_general<Addend::kSubtracted>(rhs); }
 
 bool QNumber::mul_small(long yn, long yd)
 {

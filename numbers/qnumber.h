@@ -293,23 +293,11 @@ static_assert(sizeof(QNumber) == 16, "a number is two words");
 }
 
 // operator!= follows from operator== by the language's rules.
-[[nodiscard]] inline bool operator>(const QNumber& lhs, const QNumber& rhs)
-{
-  return rhs < lhs;
-}
-[[nodiscard]] inline bool operator<=(const QNumber& lhs, const QNumber& rhs)
-{
-  return !(rhs < lhs);
-}
-[[nodiscard]] inline bool operator>=(const QNumber& lhs, const QNumber& rhs)
-{
-  return !(lhs < rhs);
-}
+[[nodiscard]] inline bool operator>(const QNumber& lhs, const QNumber& rhs) { return rhs < lhs; }
+[[nodiscard]] inline bool operator<=(const QNumber& lhs, const QNumber& rhs) { return !(rhs < lhs); }
+[[nodiscard]] inline bool operator>=(const QNumber& lhs, const QNumber& rhs) { return !(lhs < rhs); }
 
-inline void swap(QNumber& lhs, QNumber& rhs) noexcept
-{
-  lhs.swap(rhs);
-}
+inline void swap(QNumber& lhs, QNumber& rhs) noexcept { lhs.swap(rhs); }
 
 /// Keeps the scratch integers alive from the first source that includes this header to the last: each holds
 /// one such object, constructed before and destroyed after all its other objects with static storage (J.

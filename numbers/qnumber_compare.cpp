@@ -24,10 +24,7 @@ std::size_t hash_integer(std::size_t seed, mpz_srcptr z)
 
 }  // namespace
 
-bool QNumber::is_int_big() const
-{
-  return mpz_cmp_ui(block().den, 1) == 0;
-}
+bool QNumber::is_int_big() const { return mpz_cmp_ui(block().den, 1) == 0; }
 
 std::string QNumber::to_string() const
 {

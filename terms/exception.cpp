@@ -10,10 +10,7 @@ Exception::Observer current_observer = nullptr;
 
 }  // namespace
 
-Exception::Exception()
-{
-  dump_msg_and_raise_assertion();
-}
+Exception::Exception() { dump_msg_and_raise_assertion(); }
 
 Exception::Exception(const std::string& msg)
 {

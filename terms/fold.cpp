@@ -9,45 +9,24 @@ namespace lumo {
 
 namespace {
 
-QNumber from_bool(bool b)
-{
-  return {b ? 1L : 0L};
-}
+QNumber from_bool(bool b) { return {b ? 1L : 0L}; }
 
-QNumber all_ones(unsigned long w)
-{
-  return BVNumber::pow2(w) - QNumber(1);
-}
+QNumber all_ones(unsigned long w) { return BVNumber::pow2(w) - QNumber(1); }
 
-bool is_negative(const QNumber& a, unsigned long w)
-{
-  return BVNumber::is_bit_set(a, w - 1);
-}
+bool is_negative(const QNumber& a, unsigned long w) { return BVNumber::is_bit_set(a, w - 1); }
 
 QNumber negate(const QNumber& a, unsigned long w)
 {
   return a.sign() == 0 ? QNumber() : BVNumber::pow2(w) - a;
 }
 
-QNumber complement(const QNumber& a, unsigned long w)
-{
-  return all_ones(w) - a;
-}
+QNumber complement(const QNumber& a, unsigned long w) { return all_ones(w) - a; }
 
-QNumber absolute(const QNumber& a, unsigned long w)
-{
-  return is_negative(a, w) ? negate(a, w) : a;
-}
+QNumber absolute(const QNumber& a, unsigned long w) { return is_negative(a, w) ? negate(a, w) : a; }
 
-QNumber add(const QNumber& a, const QNumber& b, unsigned long w)
-{
-  return BVNumber::reduce(a + b, w);
-}
+QNumber add(const QNumber& a, const QNumber& b, unsigned long w) { return BVNumber::reduce(a + b, w); }
 
-QNumber subtract(const QNumber& a, const QNumber& b, unsigned long w)
-{
-  return BVNumber::reduce(a - b, w);
-}
+QNumber subtract(const QNumber& a, const QNumber& b, unsigned long w) { return BVNumber::reduce(a - b, w); }
 
 QNumber divide(const QNumber& a, const QNumber& b, unsigned long w)
 {

@@ -10,10 +10,7 @@ namespace lumo {
 
 namespace {
 
-std::string describe_widths()
-{
-  return "widths are 1 to " + std::to_string(TermManager::kMaxWidth);
-}
+std::string describe_widths() { return "widths are 1 to " + std::to_string(TermManager::kMaxWidth); }
 
 }  // namespace
 
