@@ -1,0 +1,24 @@
+#ifndef LUMO_TESTS_CALCULATORS_EDGE_CASES_H
+#define LUMO_TESTS_CALCULATORS_EDGE_CASES_H
+
+#include <string>
+#include <vector>
+
+namespace lumo::test {
+
+/// One call of a calculator and what must come of it, in the notation of tests/support/notation.h.
+struct EdgeCase
+{
+  std::string application;
+  std::string value;
+  std::vector<std::string> definitions;  ///< `term := value`, in the order of the pushes; empty for a failure
+  std::string message;                   ///< the full text of the failure; empty for a success
+  bool is_plain_exception = false;       ///< the failure is an Exception, but no AdHocCalculator::error
+};
+
+/// Every boundary that the calculators' contracts name, in the order of the classes.
+const std::vector<EdgeCase>& get_edge_cases();
+
+}  // namespace lumo::test
+
+#endif

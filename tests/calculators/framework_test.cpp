@@ -1,0 +1,146 @@
+// What all calculators have in common: the interface, the error type, the constants of the chief header, the
+// table.
+
+#include <memory>
+#include <set>
+#include <type_traits>
+#include <typeinfo>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "calculators/adhoccalculators.h"
+#include "calculators/calculator_table.h"
+#include "tests/support/make_operator.h"
+#include "tests/support/notation.h"
+
+namespace lumo::adhoccalculator {
+namespace {
+
+template <class... Calculators>
+std::vector<std::unique_ptr<AdHocCalculator>> make_each()
+{
+  static_assert((std::is_base_of_v<AdHocCalculator, Calculators> && ...));
+  static_assert(((sizeof(Calculators) == sizeof(AdHocCalculator)) && ...), "calculators hold no data");
+  std::vector<std::unique_ptr<AdHocCalculator>> all;
+  (all.push_back(std::make_unique<Calculators>()), ...);
+  return all;
+}
+
+/// One of each class, in the order of Kind.
+std::vector<std::unique_ptr<AdHocCalculator>> make_all()
+{
+  return make_each<NotAdHocCalculator, AndAdHocCalculator, OrAdHocCalculator, IffAdHocCalculator,
+                   IteAdHocCalculator, EqAdHocCalculator, BVNotAdHocCalculator, BVNegAdHocCalculator,
+                   BVRolAdHocCalculator, BVRorAdHocCalculator, BVAndAdHocCalculator, BVOrAdHocCalculator,
+                   BVXorAdHocCalculator, BVConcatAdHocCalculator, BVSelectAdHocCalculator,
+                   BVZextAdHocCalculator, BVSextAdHocCalculator, BVLslAdHocCalculator, BVLsrAdHocCalculator,
+                   BVAsrAdHocCalculator, BVAddAdHocCalculator, BVSubAdHocCalculator, BVMulAdHocCalculator,
+                   BVUdivAdHocCalculator, BVSdivAdHocCalculator, BVUremAdHocCalculator, BVSremAdHocCalculator,
+                   BVUltAdHocCalculator, BVUleAdHocCalculator, BVSltAdHocCalculator, BVSleAdHocCalculator,
+                   BVCompAdHocCalculator>();
+}
+
+TEST(AdHocCalculators, AreThirtyTwoClassesThatCanBeDeletedThroughTheBase)
+{
+  static_assert(std::has_virtual_destructor_v<AdHocCalculator>);
+  static_assert(std::is_abstract_v<AdHocCalculator>);
+  EXPECT_EQ(make_all().size(), 32U);
+}
+
+TEST(CalculatorTable, ServesEachOperatorWithTheObjectOfItsClass)
+{
+  TermManager mgr;
+  const std::vector<std::unique_ptr<AdHocCalculator>> all = make_all();
+  std::set<AdHocCalculator*> found;
+  for (std::size_t i = 0; i < kNumOperators; ++i) {
+    const Kind kind = static_cast<Kind>(i);
+    const bool has_width_second = get_operator_info(kind).rule == SortRule::kRotate;
+    const Parameters p =
+        kind == Kind::kBvExtract ? Parameters{3, 0, 8} : Parameters{8, has_width_second ? 8UL : 4UL};
+    const Symbol* s = test::make_operator(mgr, kind, p);
+    AdHocCalculator* calculator = find_calculator(mgr, s);
+    ASSERT_NE(calculator, nullptr) << s->get_name();
+    const AdHocCalculator& expected = *all[i];
+    const AdHocCalculator& given = *calculator;
+    EXPECT_EQ(typeid(given), typeid(expected)) << s->get_name();
+    EXPECT_EQ(find_calculator(mgr, s), calculator) << "the object is shared";
+    found.insert(calculator);
+  }
+  EXPECT_EQ(found.size(), kNumOperators);
+}
+
+TEST(CalculatorTable, ServesNoLeaf)
+{
+  TermManager mgr;
+  for (const char* leaf : {"x8", "p", "true", "false", "#x05"}) {
+    EXPECT_EQ(find_calculator(mgr, test::parse_term(mgr, leaf)->get_symbol()), nullptr) << leaf;
+  }
+}
+
+int num_observed = 0;
+std::string observed;
+
+void observe(const Exception& e)
+{
+  ++num_observed;
+  observed = e.what();
+}
+
+TEST(AdHocCalculatorError, KeepsItsTextAndRunsTheHookOnceWithTheTextInPlace)
+{
+  const Exception::Observer before = Exception::set_observer(observe);
+  num_observed = 0;
+  try {
+    throw AdHocCalculator::error("Term is not free!\n");
+  } catch (const Exception& e) {
+    EXPECT_STREQ(e.what(), "Term is not free!\n");
+    EXPECT_EQ(typeid(e), typeid(AdHocCalculator::error));
+  }
+  Exception::set_observer(before);
+  EXPECT_EQ(num_observed, 1);
+  EXPECT_EQ(observed, "Term is not free!\n");
+}
+
+TEST(AdHocCalculators, OneObjectServesSeveralManagersInTurn)
+{
+  BVAddAdHocCalculator calculator;
+  for (int i = 0; i < 2; ++i) {
+    TermManager mgr;
+    const Term* t = test::parse_term(mgr, i == 0 ? "(bvadd x8 #x05)" : "(bvadd #x0003 y16)");
+    ModelStore::DefinitionStack defs;
+    calculator(&mgr, t, test::parse_term(mgr, i == 0 ? "#x0c" : "#x0001"), defs);
+    ASSERT_EQ(defs.size(), 1U);
+    EXPECT_EQ(defs.top().value, test::parse_term(mgr, i == 0 ? "#x07" : "#xfffe"));
+  }
+}
+
+TEST(AdHocCalculators, LeaveTheApplicationAndTheValueAlone)
+{
+  TermManager mgr;
+  const Term* t = test::parse_term(mgr, "(bvsub (bvnot x8) y8)");
+  const Term* value = test::parse_term(mgr, "#x03");
+  ModelStore::DefinitionStack defs;
+  BVSubAdHocCalculator calculator;
+  calculator(&mgr, t, value, defs);
+  EXPECT_EQ(t->get_arg(0), test::parse_term(mgr, "(bvnot x8)"))
+      << "the exchange of operands stays inside the call";
+  EXPECT_EQ(t->get_arg(1), test::parse_term(mgr, "y8"));
+  EXPECT_EQ(value->get_symbol()->get_name(), "#x03");
+}
+
+TEST(SolverConstants, HaveTheirValuesAndSizes)
+{
+  static_assert(sizeof(l_True) == 1 && sizeof(l_False) == 1 && sizeof(l_Undef) == 1);
+  static_assert(l_True == 1 && l_False == -1 && l_Undef == 0);
+  static_assert(sizeof(dpll::lit_Undef) == 4 && sizeof(dpll::lit_Error) == 4);
+  static_assert(dpll::lit_Undef == -2 && dpll::lit_Error == -1);
+  static_assert(sizeof(tlit_Undef) == 8 && tlit_Undef == 0);
+  static_assert(sizeof(Heap::NO_IDX) == 8);
+  const auto* shared = &Heap::NO_IDX;
+  EXPECT_EQ(*shared, -1);
+  EXPECT_EQ(static_cast<unsigned char>(l_False), 0xff);
+}
+
+}  // namespace
+}  // namespace lumo::adhoccalculator

@@ -1,0 +1,62 @@
+#ifndef LUMO_TESTS_CALCULATORS_REFERENCE_H
+#define LUMO_TESTS_CALCULATORS_REFERENCE_H
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "terms/term_manager.h"
+
+namespace lumo::test {
+
+/// What a call of a calculator must do: the definitions in their order, or a failure.
+struct Outcome
+{
+  enum class Failure
+  {
+    kNone,
+    kError,
+    kPlainException
+  };
+
+  std::vector<std::pair<const Term*, const Term*>> definitions;
+  Failure failure = Failure::kNone;
+  std::string message;
+};
+
+/// The contract of the 32 calculators written a second time, for small widths and in machine words: solutions
+/// of arithmetic are searched for or computed in signed integers, and terms are classified by what the test
+/// made them as. It shares no code with the calculators.
+class Reference
+{
+ public:
+  explicit Reference(TermManager* mgr) : mgr_(mgr) {}
+
+  /// A numeral of at most 63 bits that the reference knows the value of.
+  const Term* make_number(std::uint64_t n, unsigned long w);
+  [[nodiscard]] bool is_known_number(const Term* t) const { return numbers_.contains(t); }
+
+  /// What the calculator of t's operator must do for the value. All numerals in t, and the value if it is
+  /// one, were made by make_number.
+  Outcome expect(const Term* t, const Term* value);
+
+ private:
+  struct Call;
+
+  void expect_boolean(Call& call);
+  void expect_ite(Call& call);
+  void expect_equality(Call& call, bool equal);
+  void expect_bitwise(Call& call);
+  void expect_structure(Call& call);
+  void expect_arithmetic(Call& call);
+  void expect_order(Call& call);
+
+  TermManager* mgr_;
+  std::unordered_map<const Term*, std::uint64_t> numbers_;
+};
+
+}  // namespace lumo::test
+
+#endif

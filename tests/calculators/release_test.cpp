@@ -1,0 +1,135 @@
+// What a calculator holds is given back when the term layer fails in the middle of a call. The program
+// replaces the allocator by one that fails on demand; the sanitizers and valgrind look for what is lost.
+
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "calculators/calculator_table.h"
+#include "tests/calculators/edge_cases.h"
+#include "tests/support/notation.h"
+
+namespace {
+
+/// The allocation of this number from now on fails, once; negative: none does.
+long countdown = -1;
+
+}  // namespace
+
+// Not inlined: the compiler would see malloc meet delete and take that for a mistake.
+[[gnu::noinline]] void* operator new(std::size_t size)
+{
+  if (countdown == 0) {
+    countdown = -1;
+    throw std::bad_alloc();
+  }
+  if (countdown > 0) --countdown;
+  void* memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+
+namespace lumo::test {
+namespace {
+
+struct Definition
+{
+  const Term* term;
+  const Term* value;
+  bool operator==(const Definition&) const = default;
+};
+
+std::vector<Definition> take_definitions(ModelStore::DefinitionStack& defs)
+{
+  std::vector<Definition> taken;
+  for (; !defs.empty(); defs.pop())
+    taken.insert(taken.begin(), {defs.top().term, defs.top().value});
+  return taken;
+}
+
+std::vector<Definition> parse_definitions(TermManager& mgr, const EdgeCase& row)
+{
+  std::vector<Definition> expected;
+  for (const std::string& definition : row.definitions) {
+    const std::size_t sign = definition.find(" := ");
+    expected.push_back(
+        {parse_term(mgr, definition.substr(0, sign)), parse_term(mgr, definition.substr(sign + 4))});
+  }
+  return expected;
+}
+
+/// Whether the call got through although the allocation of that number should fail, because it makes fewer.
+bool survives(TermManager& mgr, const Term* t, const Term* value, ModelStore::DefinitionStack& defs,
+              long failing)
+{
+  adhoccalculator::AdHocCalculator& calculator = *find_calculator(mgr, t->get_symbol());
+  countdown = failing;
+  try {
+    calculator(&mgr, t, value, defs);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  countdown = -1;
+  return true;
+}
+
+bool is_prefix(const std::vector<Definition>& part, const std::vector<Definition>& whole)
+{
+  return part.size() <= whole.size() && std::equal(part.begin(), part.end(), whole.begin());
+}
+
+TEST(FailingAllocation, AnywhereInACallLosesNothingAndLeavesAPrefixOfTheDefinitions)
+{
+  int num_failures = 0;
+  int num_partial = 0;
+  for (const EdgeCase& row : get_edge_cases()) {
+    if (!row.message.empty()) continue;
+    for (long failing = 0;; ++failing) {
+      TermManager mgr;  // a fresh one, so that the call has everything still to make
+      const Term* t = parse_term(mgr, row.application);
+      const Term* value = parse_term(mgr, row.value);
+      ModelStore::DefinitionStack defs;
+      const bool finished = survives(mgr, t, value, defs, failing);
+      const std::vector<Definition> found = take_definitions(defs);
+      const std::vector<Definition> expected = parse_definitions(mgr, row);
+      ASSERT_TRUE(is_prefix(found, expected)) << row.application << ", allocation " << failing;
+      if (finished) {
+        ASSERT_EQ(found.size(), expected.size());
+        break;
+      }
+      ++num_failures;
+      if (!found.empty()) ++num_partial;
+
+      ASSERT_TRUE(survives(mgr, t, value, defs, -1));
+      ASSERT_EQ(take_definitions(defs), expected) << "the manager is usable after the failure";
+    }
+  }
+  EXPECT_GT(num_failures, 100);
+  EXPECT_GT(num_partial, 10) << "some calls fail between their two pushes";
+}
+
+void throw_logic_error(const Exception& /*e*/) { throw std::logic_error("observed"); }
+
+TEST(ThrowingObserver, PassesThroughEveryRefusalAndLeavesTheStackAlone)
+{
+  const Exception::Observer before = Exception::set_observer(throw_logic_error);
+  for (const EdgeCase& row : get_edge_cases()) {
+    if (row.message.empty()) continue;
+    TermManager mgr;
+    const Term* t = parse_term(mgr, row.application);
+    const Term* value = parse_term(mgr, row.value);
+    ModelStore::DefinitionStack defs;
+    EXPECT_THROW((*find_calculator(mgr, t->get_symbol()))(&mgr, t, value, defs), std::logic_error);
+    EXPECT_TRUE(defs.empty());
+  }
+  Exception::set_observer(before);
+}
+
+}  // namespace
+}  // namespace lumo::test

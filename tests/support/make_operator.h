@@ -1,0 +1,14 @@
+#ifndef LUMO_TESTS_SUPPORT_MAKE_OPERATOR_H
+#define LUMO_TESTS_SUPPORT_MAKE_OPERATOR_H
+
+#include "terms/term_manager.h"
+
+namespace lumo::test {
+
+/// The operator symbol of a kind through its public factory; parameters as the factory takes them. For ite
+/// and eq the only parameter is the width of the sort, 0 for Bool.
+const Symbol* make_operator(TermManager& mgr, Kind kind, const Parameters& p);
+
+}  // namespace lumo::test
+
+#endif
