@@ -22,8 +22,9 @@ QNumber BVNumber::pow2_slow(unsigned long w)
 QNumber BVNumber::from_integer(mpz_srcptr z)
 {
   if (mpz_fits_slong_p(z) != 0) return {mpz_get_si(z)};
-  mpz_set_ui(scratch(3), 1);
-  return {z, scratch(3)};
+  mpz_ptr one = scratch(z == scratch(3) ? 2 : 3);  // z may be scratch itself
+  mpz_set_ui(one, 1);
+  return {z, one};
 }
 
 QNumber BVNumber::reduce_slow(const QNumber& q, unsigned long w)

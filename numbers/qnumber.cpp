@@ -170,11 +170,11 @@ bool QNumber::add_small(long yn, long yd)
 template <QNumber::Addend kAddend>
 void QNumber::add_big(const QNumber& rhs)
 {
-  constexpr auto kCombine = kAddend == Addend::kAdded ? mpz_add : mpz_sub;
+  constexpr auto combine = kAddend == Addend::kAdded ? mpz_add : mpz_sub;
   const Block& x = block();
   const Block& y = rhs.block();
   if (is_int_big() && rhs.is_int_big()) {
-    kCombine(block().num, x.num, y.num);
+    combine(block().num, x.num, y.num);
     return;
   }
   auto& [t0, t1, t2, t3] = gmp_tmp;
@@ -187,7 +187,7 @@ void QNumber::add_big(const QNumber& rhs)
   mpz_divexact(t3, t1, t2);
   mpz_mul(xn, xn, t3);
   mpz_mul(t0, t0, xd);
-  kCombine(xn, xn, t0);
+  combine(xn, xn, t0);
   mpz_gcd(t2, xn, t2);
   divide_exactly(xn, t2);
   divide_exactly(t1, t2);
@@ -230,7 +230,9 @@ void QNumber::add_general(const QNumber& rhs)
   const long yn = rhs.num;
   const long yd = rhs.den;
   const bool y_is_big = rhs.is_big();
-  if (is_big() || y_is_big || !add_small<kAddend>(yn, yd)) {
+  // Two small integers come here only because their sum does not fit; fractions get another try in words.
+  const bool are_integers = den == 1 && yd == 1;
+  if (is_big() || y_is_big || are_integers || !add_small<kAddend>(yn, yd)) {
     if (!is_big()) promote();
     if (y_is_big) {
       add_big<kAddend>(rhs);
@@ -310,7 +312,8 @@ void QNumber::mul_slow(const QNumber& rhs)
   const long yn = rhs.num;
   const long yd = rhs.den;
   const bool y_is_big = rhs.is_big();
-  if (is_big() || y_is_big || !mul_small(yn, yd)) {
+  const bool are_integers = den == 1 && yd == 1;
+  if (is_big() || y_is_big || are_integers || !mul_small(yn, yd)) {
     if (!is_big()) promote();
     if (y_is_big) {
       mul_big(rhs);

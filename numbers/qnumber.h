@@ -210,7 +210,7 @@ class QNumber
     mpz_t num;
     mpz_t den;
   };
-  static_assert(sizeof(long) == sizeof(Block*), "the big form keeps a pointer in a word");
+  static_assert(sizeof(long) == sizeof(void*), "the big form keeps a pointer in a word");
 
   /// What a sum does with the second operand.
   enum class Addend

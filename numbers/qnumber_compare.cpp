@@ -15,7 +15,9 @@ namespace {
 std::size_t hash_integer(std::size_t seed, mpz_srcptr z)
 {
   if (mpz_fits_slong_p(z) != 0) return mix_hash(seed, static_cast<std::size_t>(mpz_get_si(z)));
-  std::size_t h = mpz_sgn(z) < 0 ? ~seed : seed;
+  // The length first, so that 2^64 - 1 does not hash like the word of the same bits, -1.
+  const std::size_t length = mpz_size(z);
+  std::size_t h = mix_hash(seed, mpz_sgn(z) < 0 ? ~length : length);
   const mp_limb_t* limbs = mpz_limbs_read(z);
   for (std::size_t i = 0; i < mpz_size(z); ++i)
     h = mix_hash(h, limbs[i]);

@@ -180,7 +180,7 @@ void TermManager::check_application(const Symbol* s, const Term* const* args, st
 
 const Term* TermManager::allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args)
 {
-  void* memory = term_memory_.allocate(sizeof(Term) + num_args * sizeof(const Term*), alignof(Term));
+  void* memory = term_memory_.allocate(sizeof(Term) + num_args * sizeof(void*), alignof(Term));
   Term* t = new (memory) Term(s, num_terms_);
   std::copy_n(args, num_args, reinterpret_cast<const Term**>(t + 1));
   ++num_terms_;

@@ -2,13 +2,13 @@
 #define LUMO_TERMS_TERM_MANAGER_H
 
 #include <array>
-#include <concepts>
 #include <cstddef>
 #include <deque>
 #include <initializer_list>
 #include <memory_resource>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <unordered_map>
 #include <vector>
 
@@ -85,8 +85,9 @@ class TermManager
   {
     return make_bv_number(QNumber(static_cast<long>(n)), w);
   }
-  /// Other integers would be cut to an `int`: make a QNumber of them.
-  template <std::integral T>
+  /// Other numbers would be cut to an `int`: make a QNumber of them.
+  template <class T>
+    requires std::is_arithmetic_v<T>
   const Term* make_bv_number(T n, unsigned long w) = delete;
   /// The values of all numerals, for whoever wants to look at the shape of the table.
   [[nodiscard]] const NumeralTable& get_numerals() const { return numerals_; }
