@@ -32,10 +32,18 @@ void push_below(TermManager* mgr, ModelStore::DefinitionStack& defs, const Term*
   push_number(mgr, defs, x, minus_one(c), w);
 }
 
+/// The pattern 2^(w-1) of the least number in signed order. An application of another operator comes with
+/// the width 0, which has none: the term layer refuses it.
+QNumber get_least_signed(TermManager* mgr, unsigned long w)
+{
+  mgr->make_bv_type(w);
+  return BVNumber::pow2(w - 1);
+}
+
 void push_above_signed(TermManager* mgr, ModelStore::DefinitionStack& defs, const Term* x, const QNumber& c,
                        unsigned long w)
 {
-  if (c == minus_one(BVNumber::pow2(w - 1)))
+  if (c == minus_one(get_least_signed(mgr, w)))
     throw AdHocCalculator::error("We cannot find a value for this atom!");
   push_number(mgr, defs, x, plus_one(c), w);
 }
@@ -43,7 +51,7 @@ void push_above_signed(TermManager* mgr, ModelStore::DefinitionStack& defs, cons
 void push_below_signed(TermManager* mgr, ModelStore::DefinitionStack& defs, const Term* x, const QNumber& c,
                        unsigned long w)
 {
-  if (c == BVNumber::pow2(w - 1)) throw AdHocCalculator::error("We cannot find a value for this atom!");
+  if (c == get_least_signed(mgr, w)) throw AdHocCalculator::error("We cannot find a value for this atom!");
   push_number(mgr, defs, x, minus_one(c), w);
 }
 

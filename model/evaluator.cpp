@@ -34,7 +34,7 @@ const QNumber& Evaluator::evaluate(const Term* t)
 
 Evaluator::Result& Evaluator::result_of(const Term* t)
 {
-  if (t->get_id() >= results_.size()) results_.resize(mgr_->get_num_terms());
+  if (t->get_id() >= results_.size()) results_.resize(t->get_id() + 1);
   return results_[t->get_id()];
 }
 

@@ -22,7 +22,8 @@ class Evaluator
   explicit Evaluator(const TermManager* mgr) : mgr_(mgr) {}
 
   /// Gives t a value in the range of its sort, in place of an earlier one; without effect on numerals, true
-  /// and false. If t was seen with another value before, all results are forgotten.
+  /// and false. If t was seen with another value before, all results are forgotten, and what is asked for
+  /// next is computed anew.
   void set_value(const Term* t, QNumber value);
   /// Good until the next call of a member.
   [[nodiscard]] const QNumber& evaluate(const Term* t);

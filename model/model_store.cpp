@@ -7,6 +7,15 @@ namespace lumo {
 
 namespace {
 
+void check_own_term(const TermManager& mgr, const Term* t)
+{
+  if (t == nullptr) throw Exception("a model was given a null pointer, but a term was expected");
+  if (t->get_symbol()->get_output_type()->get_manager() != &mgr) {
+    throw Exception(
+        "a model was given a term of another term manager, but a term of its own one was expected");
+  }
+}
+
 void check_sorts(const ModelStore::ModelDefinition& definition)
 {
   const DataType* expected = definition.term->get_symbol()->get_output_type();
@@ -22,6 +31,8 @@ void ModelStore::replay(DefinitionStack& defs)
 {
   for (; !defs.empty(); defs.pop()) {
     const ModelDefinition& definition = defs.top();
+    check_own_term(*mgr_, definition.term);
+    check_own_term(*mgr_, definition.value);
     check_sorts(definition);
     if (definition.flag) evaluator_.set_value(definition.term, evaluator_.evaluate(definition.value));
   }
@@ -29,6 +40,7 @@ void ModelStore::replay(DefinitionStack& defs)
 
 const Term* ModelStore::get_value(const Term* t)
 {
+  check_own_term(*mgr_, t);
   return make_value(*mgr_, evaluator_.evaluate(t), t->get_symbol()->get_output_type());
 }
 

@@ -32,11 +32,12 @@ class ModelStore
 
   /// Takes all definitions from the stack, newest first: each term gets the value that the defining term has
   /// under the model so far. A later step overrides an earlier one for the same term; numerals, true and
-  /// false keep their own values whatever is said of them. A definition whose two sorts differ is refused
-  /// with an `Exception` and stays on the stack with those below it.
+  /// false keep their own values whatever is said of them. A definition whose two sorts differ, or whose
+  /// terms are not the manager's, is refused with an `Exception` and stays on the stack with those below it.
   void replay(DefinitionStack& defs);
 
   /// The numeral, true or false that t evaluates to; constants without a value count as 0 or false.
+  /// A term of another manager is refused with an `Exception`.
   [[nodiscard]] const Term* get_value(const Term* t);
 
  private:

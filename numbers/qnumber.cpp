@@ -81,6 +81,8 @@ void QNumber::promote()
   mpz_set_si(b.den, denominator);
 }
 
+void QNumber::promote_unsigned(unsigned long n) { mpz_set_ui(adopt_fresh_block().num, n); }
+
 QNumber::Block& QNumber::adopt_fresh_block()
 {
   auto* fresh = new Block;
@@ -326,6 +328,7 @@ void QNumber::mul_slow(const QNumber& rhs)
 
 void QNumber::divmod_slow(const QNumber& d, QNumber& q, QNumber& r) const
 {
+  assert(d.sign() != 0 && "nothing is divided by zero");
   if (!is_big() && !d.is_big()) {
     const QNumber quotient(num / d.num);
     const QNumber remainder(num % d.num);
@@ -333,6 +336,12 @@ void QNumber::divmod_slow(const QNumber& d, QNumber& q, QNumber& r) const
     r = remainder;
     return;
   }
+  // What may fail comes first.
+  QNumber fresh_q;
+  QNumber fresh_r;
+  if (!q.is_big()) fresh_q.adopt_fresh_block();
+  if (!r.is_big() && &q != &r) fresh_r.adopt_fresh_block();
+
   // An output may be an input: a small operand is read before the outputs become big, and a big one keeps its
   // integers through that, for which GMP allows outputs that are inputs.
   mpz_ptr word = gmp_tmp[0];
@@ -340,18 +349,16 @@ void QNumber::divmod_slow(const QNumber& d, QNumber& q, QNumber& r) const
   if (!d.is_big()) mpz_set_si(word, d.num);
   mpz_srcptr dividend = is_big() ? block().num : word;
   mpz_srcptr divisor = d.is_big() ? d.block().num : word;
-  for (QNumber* output : {&q, &r}) {
-    if (output->is_big()) {
-      mpz_set_ui(output->block().den, 1);
-    } else {
-      output->adopt_fresh_block();
-    }
-  }
+  if (!q.is_big()) q.swap(fresh_q);
+  if (!r.is_big()) r.swap(fresh_r);
+  mpz_set_ui(q.block().den, 1);
+  mpz_set_ui(r.block().den, 1);
   if (&q == &r) {
     mpz_fdiv_r(r.block().num, dividend, divisor);
   } else {
     mpz_fdiv_qr(q.block().num, r.block().num, dividend, divisor);
   }
+  assert(q.is_canonical() && r.is_canonical());
 }
 
 }  // namespace lumo

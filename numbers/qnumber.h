@@ -1,12 +1,12 @@
 #ifndef LUMO_NUMBERS_QNUMBER_H
 #define LUMO_NUMBERS_QNUMBER_H
 
+#include <climits>
 #include <concepts>
 #include <cstddef>
 #include <functional>
 #include <string>
 
-#include <climits>
 #include <gmp.h>
 
 namespace lumo {
@@ -36,6 +36,14 @@ class QNumber
   {
     if (n == LONG_MIN) [[unlikely]]
       promote();
+  }
+  /// n; small if it fits. Narrower unsigned types fit a `long`.
+  template <std::unsigned_integral T>
+  requires(sizeof(T) == sizeof(long)) QNumber(T n)
+      : num(static_cast<long>(n)), den(1)  // NOLINT(google-explicit-constructor): likewise
+  {
+    if (n > static_cast<T>(LONG_MAX)) [[unlikely]]
+      promote_unsigned(n);
   }
   /// A floating-point value would lose digits silently.
   template <std::floating_point T>
@@ -111,7 +119,7 @@ class QNumber
     }
     return is_big() && get_word_slow(out);
   }
-  /// Whether I1 and I2 hold. Members assert it; tests call it.
+  /// Whether I1 and I2 hold. Out-of-line members assert it; tests call it.
   [[nodiscard]] bool is_canonical() const;
 
   QNumber& operator+=(const QNumber& rhs)
@@ -228,6 +236,8 @@ class QNumber
   }
   /// Become big with the same value; the number is small before, its numerator for once perhaps LONG_MIN.
   [[gnu::cold]] void promote();
+  /// Become big with the given value; the number owns nothing before.
+  [[gnu::cold]] void promote_unsigned(unsigned long n);
   /// Become big with fresh integers of value 0/1; the number owns nothing before.
   Block& adopt_fresh_block();
   /// Become a big number with a block of its own; the number owns nothing before.

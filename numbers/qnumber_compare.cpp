@@ -143,15 +143,26 @@ bool QNumber::less_big(const QNumber& lhs, const QNumber& rhs)
   mpz_divexact(t0, t0, t2);
   mpz_divexact(t1, t1, t2);
 
-  lhs.get_denominator(t2);
-  rhs.get_denominator(t3);
-  // Each side takes the other side's denominator; the common factor is divided out of the products, which
-  // saves a fifth scratch integer and leaves the same two numbers to compare.
-  mpz_mul(t0, t0, t3);
-  mpz_mul(t1, t1, t2);
-  mpz_gcd(t2, t2, t3);
-  mpz_divexact(t0, t0, t2);
-  mpz_divexact(t1, t1, t2);
+  // At most one side is small, and its denominator takes the last scratch integer; so it is used up first.
+  const auto get_denominator = [scratch = mpz_ptr(t3)](const QNumber& q) -> mpz_srcptr {
+    if (q.is_big()) return q.block().den;
+    mpz_set_si(scratch, q.den);
+    return scratch;
+  };
+  mpz_srcptr xd = get_denominator(lhs);
+  mpz_srcptr yd = get_denominator(rhs);
+  mpz_gcd(t2, xd, yd);
+  const auto multiply = [g = mpz_ptr(t2), quotient = mpz_ptr(t3)](mpz_ptr side, mpz_srcptr other_den) {
+    mpz_divexact(quotient, other_den, g);
+    mpz_mul(side, side, quotient);
+  };
+  if (lhs.is_big()) {
+    multiply(t0, yd);
+    multiply(t1, xd);
+  } else {
+    multiply(t1, xd);
+    multiply(t0, yd);
+  }
   return mpz_cmp(t0, t1) < 0;
 }
 

@@ -10,16 +10,24 @@ Exception::Observer current_observer = nullptr;
 
 }  // namespace
 
-Exception::Exception() { dump_msg_and_raise_assertion(); }
+// A stream keeps a failed allocation to itself unless it is told to pass it on; a text cut short would be worse.
+
+Exception::Exception()
+{
+  stream_.exceptions(std::ios::badbit);
+  dump_msg_and_raise_assertion();
+}
 
 Exception::Exception(const std::string& msg)
 {
+  stream_.exceptions(std::ios::badbit);
   stream_ << msg;
   dump_msg_and_raise_assertion();
 }
 
 Exception::Exception(const Exception& rhs) : std::exception(rhs)
 {
+  stream_.exceptions(std::ios::badbit);
   stream_ << rhs.stream_.str();
   dump_msg_and_raise_assertion();
 }

@@ -25,7 +25,7 @@ class Exception : public std::exception
   Exception& operator=(const Exception&) = delete;
   ~Exception() override;
 
-  /// Appends to the text.
+  /// Appends to the text; a failed allocation passes through.
   template <class T>
   Exception& operator<<(const T& piece)
   {

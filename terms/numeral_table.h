@@ -41,7 +41,7 @@ class NumeralTable
     return entry;
   }
 
-  /// Adds a symbol that is not in the table. Either it succeeds, or it throws and has changed nothing.
+  /// Adds a symbol that is not in the table. If it throws, the table holds what it held before.
   const Entry& insert(const Symbol* s, QNumber value, const Term* term);
 
   [[nodiscard]] std::size_t get_num_buckets() const { return buckets_.size(); }

@@ -32,11 +32,13 @@ std::unique_ptr<const std::string> make_operator_name(Kind kind, const Parameter
 {
   const OperatorInfo& info = get_operator_info(kind);
   const std::size_t num_indices = count_indices(info.rule);
-  auto name = std::make_unique<std::string>(info.smtlib_name);
-  if (num_indices == 0) return name;
-  for (std::size_t i = 0; i < num_indices; ++i)
-    *name += " " + std::to_string(parameters[i]);
-  *name = "(_ " + *name + ")";
+  auto name = std::make_unique<std::string>(num_indices == 0 ? "" : "(_ ");
+  *name += info.smtlib_name;
+  for (std::size_t i = 0; i < num_indices; ++i) {
+    *name += ' ';
+    *name += std::to_string(parameters[i]);
+  }
+  if (num_indices != 0) *name += ')';
   return name;
 }
 

@@ -2,13 +2,13 @@
 #define LUMO_TERMS_TERM_MANAGER_H
 
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <deque>
 #include <initializer_list>
 #include <memory_resource>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <unordered_map>
 #include <vector>
 
@@ -85,9 +85,13 @@ class TermManager
   {
     return make_bv_number(QNumber(static_cast<long>(n)), w);
   }
-  /// Other numbers would be cut to an `int`: make a QNumber of them.
-  template <class T>
-    requires std::is_arithmetic_v<T>
+  /// The same for every other integer type, none of which is cut to an `int` on the way.
+  template <std::integral T>
+  const Term* make_bv_number(T n, unsigned long w)
+  {
+    return make_bv_number(QNumber(n), w);
+  }
+  template <std::floating_point T>
   const Term* make_bv_number(T n, unsigned long w) = delete;
   /// The values of all numerals, for whoever wants to look at the shape of the table.
   [[nodiscard]] const NumeralTable& get_numerals() const { return numerals_; }
@@ -307,7 +311,9 @@ class TermManager
   std::unordered_map<unsigned long, DataType> bv_types_;
   const DataType* last_bv_type_ = nullptr;
 
-  std::deque<Symbol> leaf_symbols_;
+  /// Numeral symbols lie close together, whatever the allocator does: the numeral table relies on addresses.
+  std::pmr::monotonic_buffer_resource leaf_memory_;
+  std::pmr::deque<Symbol> leaf_symbols_{&leaf_memory_};
   std::deque<OperatorSymbol> operator_symbols_;
   UniqueTable<OperatorSymbol, OperatorHash> operators_;
   std::array<const OperatorSymbol*, kNumOperators> last_operators_{};

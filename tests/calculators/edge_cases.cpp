@@ -127,6 +127,7 @@ std::vector<EdgeCase> make_bitwise_cases()
       solved("(bvand x8 y8)", "#x3c", {"x8 := #x3c", "y8 := #x3c"}),
       solved("(bvand (bvnot x8) (bvneg y8))", "#x3c", {"(bvnot x8) := #x3c", "(bvneg y8) := #x3c"}),
       solved("(bvand x8 y8)", "z8", {"x8 := #x00", "y8 := #x00"}),
+      solved("(bvand x8 y8)", "#x3", {"x8 := #x3", "y8 := #x3"}),  // the width is the value's
       refused("(bvand x8 #x05)", "#x05", "This atom is not unconstraint!"),
       refused("(bvand #x05 x8)", "#x05", "This atom is not unconstraint!"),
       refused("(bvand #x05 #x05)", "#x05", "This atom is not unconstraint!"),
@@ -144,6 +145,7 @@ std::vector<EdgeCase> make_bitwise_cases()
       solved("(bvxor x8 y8)", "#xa5", {"x8 := #xa5", "y8 := #x00"}),
       solved("(bvxor (bvnot x8) y8)", "#xa5", {"y8 := #xa5", "(bvnot x8) := #x00"}),
       solved("(bvxor x8 y8)", "z8", {"x8 := #x00", "y8 := #x00"}),
+      solved("(bvxor x8 y8)", "#x3", {"x8 := #x03", "y8 := #x00"}),  // the width is the application's
       solved("(bvxor #x0f (bvnot y8))", "z8", {"(bvnot y8) := (bvxor z8 #x0f)"}),
       refused("(bvxor #x03 #x05)", "#x06", kNormalised),
       without_constant("(bvxor (bvmul u8 v8) (bvnot x8))", "#x3c", "bvnot"),
@@ -170,12 +172,14 @@ std::vector<EdgeCase> make_structure_cases()
       solved("((_ extract 0 0) x1)", "#b1", {"x1 := #b1"}),
       solved("((_ extract 7 4) (bvnot x16))", "#xb", {"(bvnot x16) := #x00b0"}),
       solved("((_ extract 7 4) x16)", "z4", {"x16 := #x0000"}),
+      solved("((_ extract 7 4) x16)", "#x1b", {"x16 := #x00b0"}),
       refused("((_ extract 3 0) #x57)", "#x7", kNormalised),
 
       solved("((_ zero_extend 4) x4)", "#x00", {"x4 := #x0"}),
       solved("((_ zero_extend 4) x4)", "#x01", {"x4 := #x1"}),
       refused("((_ zero_extend 4) x4)", "#x02", "not free!"),
       solved("((_ zero_extend 4) x4)", "z8", {"x4 := #x0"}),
+      solved("((_ zero_extend 4) x4)", "#b1", {"x4 := #x1"}),
       solved("((_ zero_extend 4) #x7)", "#x01", {"#x7 := #x1"}),
       solved("((_ zero_extend 4) (bvnot x4))", "#x01", {"(bvnot x4) := #x1"}),
 
@@ -348,7 +352,7 @@ const std::vector<EdgeCase>& get_edge_cases()
   static const std::vector<EdgeCase> cases = [] {
     std::vector<EdgeCase> all;
     for (const auto make : {make_boolean_cases, make_bitwise_cases, make_structure_cases,
-                            make_arithmetic_cases, make_predicate_cases})
+                            make_arithmetic_cases, make_predicate_cases, make_wide_edge_cases})
     {
       const std::vector<EdgeCase> some = make();
       all.insert(all.end(), some.begin(), some.end());

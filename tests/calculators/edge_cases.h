@@ -16,6 +16,9 @@ struct EdgeCase
   bool is_plain_exception = false;       ///< the failure is an Exception, but no AdHocCalculator::error
 };
 
+/// The rows for widths that do not fit a word, or just do.
+std::vector<EdgeCase> make_wide_edge_cases();
+
 /// Every boundary that the calculators' contracts name, in the order of the classes.
 const std::vector<EdgeCase>& get_edge_cases();
 

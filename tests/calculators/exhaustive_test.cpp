@@ -1,11 +1,12 @@
-// Every operator at widths 1 to 3, and 4 where that is cheap, with every kind of argument and of value,
-// against the reference; and whatever is solved for a proper value makes the application take it.
+// Every operator at widths 1 to 4 (if-then-else: 3), with every kind of argument and of value, against the
+// reference.
 
 #include <typeinfo>
 
 #include <gtest/gtest.h>
 
 #include "calculators/calculator_table.h"
+#include "tests/calculators/calls.h"
 #include "tests/calculators/enumeration.h"
 #include "tests/support/make_operator.h"
 
@@ -15,11 +16,9 @@ namespace {
 using adhoccalculator::AdHocCalculator;
 using Failure = Outcome::Failure;
 
-/// Calls the calculator of t's operator on a stack that holds one definition already.
 Outcome call_calculator(TermManager& mgr, const Term* t, const Term* value)
 {
   ModelStore::DefinitionStack defs;
-  defs.push({value, value, false});
   Outcome outcome;
   try {
     (*find_calculator(mgr, t->get_symbol()))(&mgr, t, value, defs);
@@ -28,21 +27,11 @@ Outcome call_calculator(TermManager& mgr, const Term* t, const Term* value)
         typeid(e) == typeid(AdHocCalculator::error) ? Failure::kError : Failure::kPlainException;
     outcome.message = e.what();
   }
-  for (; defs.size() > 1; defs.pop()) {
-    EXPECT_TRUE(defs.top().flag);
-    outcome.definitions.insert(outcome.definitions.begin(), {defs.top().term, defs.top().value});
-  }
-  EXPECT_TRUE(defs.size() == 1 && defs.top().term == value && !defs.top().flag);
+  outcome.definitions = take_definitions(defs);
   return outcome;
 }
 
-std::string describe(const Outcome& outcome)
-{
-  std::string text;
-  for (const auto& [term, defining] : outcome.definitions)
-    text += test::describe(term) + " := " + test::describe(defining) + "; ";
-  return text + outcome.message;
-}
+std::string describe(const Outcome& outcome) { return test::describe(outcome.definitions) + outcome.message; }
 
 class ExhaustiveTest : public testing::TestWithParam<OperatorInfo>
 {
@@ -83,12 +72,6 @@ TEST_P(ExhaustiveTest, AgreesWithTheReferenceOnAllArgumentsAndValues)
   const bool is_remainder = kind == Kind::kBvUrem || kind == Kind::kBvSrem;
   EXPECT_EQ(num_solved_ == 0, is_remainder);
   EXPECT_GT(num_refused_, 0);
-}
-
-std::string name_operator(const testing::TestParamInfo<OperatorInfo>& info)
-{
-  return std::string(info.param.smtlib_name == "=" ? (info.param.kind == Kind::kIff ? "iff" : "eq")
-                                                   : info.param.smtlib_name);
 }
 
 INSTANTIATE_TEST_SUITE_P(AllOperators, ExhaustiveTest, testing::ValuesIn(kOperators), name_operator);

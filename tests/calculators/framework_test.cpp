@@ -102,6 +102,37 @@ TEST(AdHocCalculatorError, KeepsItsTextAndRunsTheHookOnceWithTheTextInPlace)
   EXPECT_EQ(observed, "Term is not free!\n");
 }
 
+TEST(AdHocCalculators, OfRemaindersReadNoneOfTheirArguments)
+{
+  ModelStore::DefinitionStack defs;
+  BVUremAdHocCalculator urem;
+  BVSremAdHocCalculator srem;
+  EXPECT_THROW(urem(nullptr, nullptr, nullptr, defs), AdHocCalculator::error);
+  EXPECT_THROW(srem(nullptr, nullptr, nullptr, defs), AdHocCalculator::error);
+  EXPECT_TRUE(defs.empty());
+}
+
+TEST(AdHocCalculators, EndInAnExceptionOrInDefinitionsOnAnApplicationOfAnotherOperator)
+{
+  TermManager mgr;
+  int num_thrown = 0;
+  for (const std::unique_ptr<AdHocCalculator>& calculator : make_all()) {
+    for (const char* other : {"(bvsle #x05 x8)", "(bvsle x8 #x05)", "(bvadd x8 #x05)", "(and p q)"}) {
+      const Term* t = test::parse_term(mgr, other);
+      if (typeid(*calculator) == typeid(IteAdHocCalculator)) continue;  // reads a third argument
+      for (const Term* value : {mgr.make_true(), mgr.make_false(), test::parse_term(mgr, "#x01")}) {
+        ModelStore::DefinitionStack defs;
+        try {
+          (*calculator)(&mgr, t, value, defs);
+        } catch (const Exception&) {
+          ++num_thrown;
+        }
+      }
+    }
+  }
+  EXPECT_GT(num_thrown, 100);
+}
+
 TEST(AdHocCalculators, OneObjectServesSeveralManagersInTurn)
 {
   BVAddAdHocCalculator calculator;

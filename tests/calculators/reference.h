@@ -4,10 +4,10 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "terms/term_manager.h"
+#include "tests/calculators/calls.h"
 
 namespace lumo::test {
 
@@ -21,7 +21,7 @@ struct Outcome
     kPlainException
   };
 
-  std::vector<std::pair<const Term*, const Term*>> definitions;
+  std::vector<Definition> definitions;
   Failure failure = Failure::kNone;
   std::string message;
 };
@@ -49,6 +49,7 @@ class Reference
   void expect_ite(Call& call);
   void expect_equality(Call& call, bool equal);
   void expect_bitwise(Call& call);
+  void expect_xor(Call& call);
   void expect_structure(Call& call);
   void expect_arithmetic(Call& call);
   void expect_order(Call& call);

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "calculators/calculator_table.h"
-#include "tests/calculators/edge_cases.h"
+#include "tests/calculators/calls.h"
 #include "tests/support/notation.h"
 
 namespace {
@@ -37,32 +37,6 @@ long countdown = -1;
 
 namespace lumo::test {
 namespace {
-
-struct Definition
-{
-  const Term* term;
-  const Term* value;
-  bool operator==(const Definition&) const = default;
-};
-
-std::vector<Definition> take_definitions(ModelStore::DefinitionStack& defs)
-{
-  std::vector<Definition> taken;
-  for (; !defs.empty(); defs.pop())
-    taken.insert(taken.begin(), {defs.top().term, defs.top().value});
-  return taken;
-}
-
-std::vector<Definition> parse_definitions(TermManager& mgr, const EdgeCase& row)
-{
-  std::vector<Definition> expected;
-  for (const std::string& definition : row.definitions) {
-    const std::size_t sign = definition.find(" := ");
-    expected.push_back(
-        {parse_term(mgr, definition.substr(0, sign)), parse_term(mgr, definition.substr(sign + 4))});
-  }
-  return expected;
-}
 
 /// Whether the call got through although the allocation of that number should fail, because it makes fewer.
 bool survives(TermManager& mgr, const Term* t, const Term* value, ModelStore::DefinitionStack& defs,
@@ -112,6 +86,32 @@ TEST(FailingAllocation, AnywhereInACallLosesNothingAndLeavesAPrefixOfTheDefiniti
   }
   EXPECT_GT(num_failures, 100);
   EXPECT_GT(num_partial, 10) << "some calls fail between their two pushes";
+}
+
+TEST(FailingAllocation, WhileARefusalIsMadeLeavesTheStackEmptyAndTheTextWhole)
+{
+  int num_failures = 0;
+  for (const EdgeCase& row : get_edge_cases()) {
+    if (row.message.empty()) continue;
+    for (long failing = 0;; ++failing) {
+      TermManager mgr;
+      const Term* t = parse_term(mgr, row.application);
+      const Term* value = parse_term(mgr, row.value);
+      ModelStore::DefinitionStack defs;
+      bool is_refused = false;
+      try {
+        ASSERT_FALSE(survives(mgr, t, value, defs, failing)) << row.application;
+        ++num_failures;
+      } catch (const Exception& e) {
+        countdown = -1;
+        EXPECT_STREQ(e.what(), row.message.c_str());
+        is_refused = true;
+      }
+      EXPECT_TRUE(defs.empty());
+      if (is_refused) break;
+    }
+  }
+  EXPECT_GT(num_failures, 100);
 }
 
 void throw_logic_error(const Exception& /*e*/) { throw std::logic_error("observed"); }

@@ -6,6 +6,7 @@
 #include "calculators/calculator_table.h"
 #include "numbers/bvnumber.h"
 #include "terms/fold.h"
+#include "tests/calculators/calls.h"
 #include "tests/calculators/enumeration.h"
 #include "tests/support/gmp_number.h"
 #include "tests/support/make_operator.h"
@@ -92,12 +93,6 @@ TEST_P(SmallSoundnessTest, DefinitionsMakeTheApplicationTakeTheValueSaveForTheKn
   EXPECT_EQ(num_sound == 0, is_remainder);
 }
 
-std::string name_operator(const testing::TestParamInfo<OperatorInfo>& info)
-{
-  return std::string(info.param.smtlib_name == "=" ? (info.param.kind == Kind::kIff ? "iff" : "eq")
-                                                   : info.param.smtlib_name);
-}
-
 INSTANTIATE_TEST_SUITE_P(AllOperators, SmallSoundnessTest, testing::ValuesIn(kOperators), name_operator);
 
 TEST(SoundnessException, OneBitSignExtensionOfTheValueOneGivesAllOnesInstead)
@@ -135,8 +130,7 @@ TEST(SoundnessException, IfThenElseCountsATruthValueAsAFreeBranch)
   EXPECT_EQ(solve_and_evaluate(mgr, t, mgr.make_true()), Result::kSound);
 }
 
-// ------------------------------------------------------------------------------------------ random, large
-// widths
+// Random, large widths
 
 constexpr unsigned long kWidths[] = {8, 31, 32, 33, 62, 63, 64, 65, 127, 128, 1000, 4096};
 
@@ -173,14 +167,24 @@ const Term* draw_value(TermManager& mgr, Random& random, const DataType* type)
   return mgr.make_bv_number(BVNumber::from_integer(pattern), type->get_width());
 }
 
-/// An application to constants of which each is a value instead in one case of four.
+/// A constant of its own for each position; in one case of four a value instead, in one a compound term.
+const Term* draw_argument(TermManager& mgr, Random& random, const DataType* type, std::size_t position)
+{
+  const std::size_t choice = random.index(4);
+  if (choice == 0) return draw_value(mgr, random, type);
+  std::string name = "x";
+  name += std::to_string(position) + "_" + std::to_string(type->get_width());
+  const Term* constant = mgr.make_constant(name, type);
+  if (choice != 1) return constant;
+  return mgr.make_term(type->is_bool() ? mgr.make_not_symbol() : mgr.make_bv_neg_symbol(type->get_width()),
+                       {constant});
+}
+
 const Term* draw_application(TermManager& mgr, Random& random, const Symbol* s)
 {
   std::vector<const Term*> args;
   for (std::size_t i = 0; i < s->get_arity(); ++i) {
-    const DataType* type = as_operator(s).get_argument_type(i);
-    const std::string name = "x" + std::to_string(i) + "_" + std::to_string(type->get_width());
-    args.push_back(random.index(4) == 0 ? draw_value(mgr, random, type) : mgr.make_constant(name, type));
+    args.push_back(draw_argument(mgr, random, as_operator(s).get_argument_type(i), i));
   }
   return mgr.make_term(s, args);
 }

@@ -12,10 +12,8 @@ namespace lumo::test {
 class Integer
 {
  public:
-  Integer(long n = 0)
-  {
-    mpz_init_set_si(value_, n);
-  }  // NOLINT(google-explicit-constructor): reads as a number
+  // NOLINTNEXTLINE(google-explicit-constructor): reads as a number
+  Integer(long n = 0) { mpz_init_set_si(value_, n); }
   explicit Integer(mpz_srcptr z) { mpz_init_set(value_, z); }
   explicit Integer(const char* decimal) { mpz_init_set_str(value_, decimal, 10); }
   Integer(const Integer& rhs) { mpz_init_set(value_, rhs.value_); }

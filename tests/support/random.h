@@ -137,8 +137,8 @@ class Random
   /// A machine limit, give or take two.
   unsigned long near_limit()
   {
-    static constexpr std::array<unsigned, 8> kExponents = {15, 16, 31, 32, 62, 63, 63, 64};
-    const unsigned exponent = pick(kExponents);
+    static constexpr std::array<unsigned, 8> exponents = {15, 16, 31, 32, 62, 63, 63, 64};
+    const unsigned exponent = pick(exponents);
     const unsigned long limit = exponent == 64 ? 0 : 1UL << exponent;
     return limit + static_cast<unsigned long>(between(-2, 2));
   }

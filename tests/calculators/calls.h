@@ -1,0 +1,36 @@
+#ifndef LUMO_TESTS_CALCULATORS_CALLS_H
+#define LUMO_TESTS_CALCULATORS_CALLS_H
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "model/model_store.h"
+#include "tests/calculators/edge_cases.h"
+
+namespace lumo::test {
+
+struct Definition
+{
+  const Term* term;
+  const Term* value;
+
+  friend bool operator==(const Definition&, const Definition&) = default;
+};
+
+/// Everything on the stack, oldest first; the stack is empty afterwards. Every flag must be set.
+std::vector<Definition> take_definitions(ModelStore::DefinitionStack& defs);
+
+/// What the row says must be pushed.
+std::vector<Definition> parse_definitions(TermManager& mgr, const EdgeCase& row);
+
+/// The definitions as text, for failure messages.
+std::string describe(const std::vector<Definition>& definitions);
+
+/// The operator's name as a test's name
+std::string name_operator(const testing::TestParamInfo<OperatorInfo>& info);
+
+}  // namespace lumo::test
+
+#endif

@@ -1,0 +1,225 @@
+// The meaning of all operators at wide widths, judged by Z3's simplifier.
+
+#include <array>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <z3++.h>
+
+#include "numbers/bvnumber.h"
+#include "terms/fold.h"
+#include "tests/support/number.h"
+#include "tests/support/numbered.h"
+#include "tests/support/random.h"
+#include "tests/terms/operator_cases.h"
+
+namespace lumo::test {
+
+namespace {
+
+// -----------------------------------------------------------------------------------------------------------
+// applications in Z3
+
+using Apply = Z3_ast (*)(Z3_context, const Parameters&, const Z3_ast*);
+
+/// An operator that needs no parameter.
+template <auto kMake>
+Z3_ast plain(Z3_context c, const Parameters& /*p*/, const Z3_ast* a)
+{
+  if constexpr (std::is_invocable_v<decltype(kMake), Z3_context, Z3_ast>) {
+    return kMake(c, a[0]);
+  } else if constexpr (std::is_invocable_v<decltype(kMake), Z3_context, Z3_ast, Z3_ast>) {
+    return kMake(c, a[0], a[1]);
+  } else if constexpr (std::is_invocable_v<decltype(kMake), Z3_context, unsigned, const Z3_ast*>) {
+    return kMake(c, 2, a);
+  } else {
+    return kMake(c, a[0], a[1], a[2]);
+  }
+}
+
+/// An operator that needs the first parameter.
+template <auto kMake>
+Z3_ast indexed(Z3_context c, const Parameters& p, const Z3_ast* a)
+{
+  return kMake(c, static_cast<unsigned>(p[0]), a[0]);
+}
+
+Z3_ast extract(Z3_context c, const Parameters& p, const Z3_ast* a)
+{
+  return Z3_mk_extract(c, static_cast<unsigned>(p[0]), static_cast<unsigned>(p[1]), a[0]);
+}
+
+struct Row
+{
+  Kind kind;
+  Apply apply;
+};
+
+constexpr std::array<Row, 32> kJudge = {{
+    {Kind::kNot, plain<Z3_mk_not>},
+    {Kind::kAnd, plain<Z3_mk_and>},
+    {Kind::kOr, plain<Z3_mk_or>},
+    {Kind::kIff, plain<Z3_mk_iff>},
+    {Kind::kIte, plain<Z3_mk_ite>},
+    {Kind::kEq, plain<Z3_mk_eq>},
+    {Kind::kBvNot, plain<Z3_mk_bvnot>},
+    {Kind::kBvNeg, plain<Z3_mk_bvneg>},
+    {Kind::kBvRotateLeft, indexed<Z3_mk_rotate_left>},
+    {Kind::kBvRotateRight, indexed<Z3_mk_rotate_right>},
+    {Kind::kBvAnd, plain<Z3_mk_bvand>},
+    {Kind::kBvOr, plain<Z3_mk_bvor>},
+    {Kind::kBvXor, plain<Z3_mk_bvxor>},
+    {Kind::kBvConcat, plain<Z3_mk_concat>},
+    {Kind::kBvExtract, extract},
+    {Kind::kBvZeroExtend, indexed<Z3_mk_zero_ext>},
+    {Kind::kBvSignExtend, indexed<Z3_mk_sign_ext>},
+    {Kind::kBvLsl, plain<Z3_mk_bvshl>},
+    {Kind::kBvLsr, plain<Z3_mk_bvlshr>},
+    {Kind::kBvAsr, plain<Z3_mk_bvashr>},
+    {Kind::kBvAdd, plain<Z3_mk_bvadd>},
+    {Kind::kBvSub, plain<Z3_mk_bvsub>},
+    {Kind::kBvMul, plain<Z3_mk_bvmul>},
+    {Kind::kBvUdiv, plain<Z3_mk_bvudiv>},
+    {Kind::kBvSdiv, plain<Z3_mk_bvsdiv>},
+    {Kind::kBvUrem, plain<Z3_mk_bvurem>},
+    {Kind::kBvSrem, plain<Z3_mk_bvsrem>},
+    {Kind::kBvUlt, plain<Z3_mk_bvult>},
+    {Kind::kBvUle, plain<Z3_mk_bvule>},
+    {Kind::kBvSlt, plain<Z3_mk_bvslt>},
+    {Kind::kBvSle, plain<Z3_mk_bvsle>},
+    // Z3's interface has no bvcomp of its own; its value is told from that of the equality.
+    {Kind::kBvComp, plain<Z3_mk_eq>},
+}};
+
+constexpr bool rows_are_in_order()
+{
+  for (std::size_t i = 0; i < kJudge.size(); ++i) {
+    if (kJudge[i].kind != static_cast<Kind>(i)) return false;
+  }
+  return true;
+}
+static_assert(rows_are_in_order());
+
+class Judge
+{
+ public:
+  /// The value of the application as a decimal number, true and false as 1 and 0.
+  std::string compute(Kind kind, const SymbolCase& symbol, const std::vector<QNumber>& numbers)
+  {
+    std::vector<z3::expr> operands;
+    std::vector<Z3_ast> args;
+    for (std::size_t i = 0; i < numbers.size(); ++i) {
+      operands.push_back(make_value(numbers[i], symbol.argument_widths[i]));
+      args.push_back(operands.back());
+    }
+    const Apply apply = kJudge[static_cast<std::size_t>(kind)].apply;
+    const z3::expr t(context_, apply(context_, symbol.parameters, args.data()));
+    context_.check_error();
+    return tell(t.simplify());
+  }
+
+ private:
+  z3::expr make_value(const QNumber& number, unsigned long width)
+  {
+    if (width == 0) return context_.bool_val(number.sign() != 0);
+    return context_.bv_val(number.to_string().c_str(), static_cast<unsigned>(width));
+  }
+  static std::string tell(const z3::expr& value)
+  {
+    if (value.is_true()) return "1";
+    if (value.is_false()) return "0";
+    return value.is_numeral() ? value.get_decimal_string(0) : "not a value: " + value.to_string();
+  }
+
+  z3::context context_;
+};
+
+// -----------------------------------------------------------------------------------------------------------
+// operands
+
+QNumber draw_pattern(Random& random, unsigned long width)
+{
+  mpz_t z;
+  mpz_init(z);
+  random.natural(z, width);
+  QNumber number = BVNumber::from_integer(z);
+  mpz_clear(z);
+  return number;
+}
+
+/// The patterns of one width at which operators turn, and a few random ones.
+std::vector<QNumber> make_patterns(Random& random, unsigned long width, unsigned long operand_width)
+{
+  if (width == 0) return {0, 1};
+  const QNumber limit = BVNumber::pow2(width);
+  const QNumber half = BVNumber::pow2(width - 1);
+  const QNumber amount(static_cast<long>(operand_width));
+  std::vector<QNumber> patterns = {0, 1, limit - 1, half, half - 1, amount - 1, amount, amount + 1};
+  for (int i = 0; i < 4; ++i)
+    patterns.push_back(draw_pattern(random, width));
+  for (QNumber& pattern : patterns) {
+    pattern = BVNumber::reduce(pattern, width);
+    if (random.one_in(4)) pattern = in_big_form(pattern);
+  }
+  return patterns;
+}
+
+/// Operands of the symbol: for each of the first one all of the second; a third is drawn.
+std::vector<std::vector<QNumber>> make_operands(Random& random, const SymbolCase& symbol, unsigned long w)
+{
+  const std::vector<unsigned long>& widths = symbol.argument_widths;
+  std::vector<std::vector<QNumber>> tuples;
+  for (const QNumber& first : make_patterns(random, widths[0], w)) {
+    if (widths.size() == 1) {
+      tuples.push_back({first});
+      continue;
+    }
+    for (const QNumber& second : make_patterns(random, widths[1], w)) {
+      tuples.push_back({first, second});
+      if (widths.size() == 3) tuples.back().push_back(random.pick(make_patterns(random, widths[2], w)));
+    }
+  }
+  return tuples;
+}
+
+class FoldAgainstZ3 : public testing::TestWithParam<OperatorCase>
+{};
+
+std::string name_of(const testing::TestParamInfo<OperatorCase>& info) { return info.param.label; }
+
+std::string describe(const SymbolCase& symbol, const std::vector<QNumber>& numbers)
+{
+  std::string text = symbol.name + " of";
+  for (std::size_t i = 0; i < numbers.size(); ++i)
+    text.append(" ").append(numbers[i].to_string()).append(numbered(":", symbol.argument_widths[i]));
+  return text;
+}
+
+}  // namespace
+
+INSTANTIATE_TEST_SUITE_P(Terms, FoldAgainstZ3, testing::ValuesIn(get_operator_cases()), name_of);
+
+TEST_P(FoldAgainstZ3, AgreesAtWideWidths)
+{
+  Random random(static_cast<std::uint64_t>(GetParam().kind));
+  SCOPED_TRACE(random);
+  TermManager mgr;
+  Judge judge;
+  for (const unsigned long w : {8UL, 31UL, 32UL, 33UL, 62UL, 63UL, 64UL, 65UL, 127UL, 128UL, 1000UL}) {
+    for (const SymbolCase& symbol : GetParam().symbols(w)) {
+      const Symbol* s = GetParam().make(mgr, symbol.parameters);
+      for (const std::vector<QNumber>& numbers : make_operands(random, symbol, w)) {
+        std::array<const QNumber*, kMaxArity> args{};
+        for (std::size_t i = 0; i < numbers.size(); ++i)
+          args[i] = &numbers[i];
+        ASSERT_EQ(fold(as_operator(s), args.data()).to_string(),
+                  judge.compute(GetParam().kind, symbol, numbers))
+            << describe(symbol, numbers);
+      }
+    }
+  }
+}
+
+}  // namespace lumo::test
