@@ -32,9 +32,9 @@ class AdHocCalculator
   /// numeral as 0 wherever the calculator reads its number. An argument is free if it is no numeral, true or
   /// false; it may then be a declared constant or a compound term.
   ///
-  /// Throws `error` with a text of its own if it cannot or must not solve the case, or a plain `Exception` if
-  /// it needs a declared constant and finds none; either way it has pushed nothing. Whatever the term layer
-  /// throws passes through.
+  /// Throws `error` with a text of its own if it cannot or must not solve the case, or a plain `Exception` if it
+  /// needs a declared constant and finds none; either way it has pushed nothing. Whatever the term layer throws
+  /// passes through; between two pushes, the first definition then stays on the stack.
   virtual void operator()(TermManager* mgr, const Term* t, const Term* value,
                           ModelStore::DefinitionStack& defs) = 0;
 };
@@ -75,9 +75,10 @@ class OrAdHocCalculator : public AdHocCalculator
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// Equivalence, t = (a iff b): the free one of two takes what gives the value; of two free ones a becomes
-/// true, then b takes the value. Refuses two arguments that are both true or false. Differs:
-/// AndAdHocCalculator and OrAdHocCalculator refuse as soon as one argument is true or false.
+/// Equivalence, t = (a iff b): beside true or false the free argument takes what gives the value; of two free
+/// ones a becomes true, then b takes the value.
+/// Refuses two arguments that are both true or false.
+/// Differs: AndAdHocCalculator and OrAdHocCalculator refuse one such argument already, with another message.
 class IffAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -86,9 +87,10 @@ class IffAdHocCalculator : public AdHocCalculator
 };
 
 /// If-then-else of any sort, t = ite(c, x, y): a free c becomes true if x is no numeral, else false; then x,
-/// unless it is a numeral, and y, unless it is a numeral, take the value term itself. Refuses two numerals as
-/// branches; with a c that is true or false, one numeral, whichever branch c selects. Differs: the branches
-/// are tested for being numerals only, so true and false count as free there.
+/// unless it is a numeral, and y, unless it is a numeral, take the value term itself.
+/// Refuses two numerals as branches; with a c that is true or false, one, whichever branch c selects.
+/// Differs: the other Boolean calculators test arguments for being true or false; here branches that are true or
+/// false count as free.
 class IteAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -98,7 +100,8 @@ class IteAdHocCalculator : public AdHocCalculator
 
 /// Equality of bit-vectors, t = (a = b): beside a numeral n the other side takes n itself (true) or n + 1
 /// (false); of two free sides the first one that is a declared constant takes 0 (true) or 1 (false), then the
-/// other one 0. Refuses two numerals, and two free sides that are both compound.
+/// other one 0.
+/// Refuses two numerals, and two free sides that are both compound.
 class EqAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -110,6 +113,7 @@ class EqAdHocCalculator : public AdHocCalculator
 
 /// Complement, t = bvnot x: x takes the complement of the value.
 /// Refuses a numeral.
+/// Differs: BVNegAdHocCalculator, BVRolAdHocCalculator and BVRorAdHocCalculator share another message.
 class BVNotAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -140,7 +144,7 @@ class BVRolAdHocCalculator : public AdHocCalculator
 /// Rotation to the right, t = rotate_right x: x takes the value rotated to the left by the same amount.
 /// Refuses a numeral.
 /// Differs: BVNotAdHocCalculator has another message; BVRolAdHocCalculator reads the amount after it has
-/// accepted x.
+/// accepted x, which makes no difference to a caller.
 class BVRorAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -150,6 +154,7 @@ class BVRorAdHocCalculator : public AdHocCalculator
 
 /// Bitwise and, t = a & b: a, then b take the value.
 /// Refuses a numeral as either argument.
+/// Differs: BVOrAdHocCalculator has another message, and needs a declared constant.
 class BVAndAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -157,9 +162,9 @@ class BVAndAdHocCalculator : public AdHocCalculator
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// Bitwise or, t = a | b: the first argument that is a declared constant takes the value, then the other one
-/// 0. Refuses a numeral as either argument, and two compound arguments. Differs: BVAndAdHocCalculator has
-/// another message, and accepts two compound arguments.
+/// Bitwise or, t = a | b: the first argument that is a declared constant takes the value, then the other one 0.
+/// Refuses a numeral as either argument, and two compound arguments.
+/// Differs: BVAndAdHocCalculator has another message, and accepts two compound arguments.
 class BVOrAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -167,10 +172,11 @@ class BVOrAdHocCalculator : public AdHocCalculator
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// Bitwise exclusive or, t = a ^ b: beside a numeral n the other argument takes value ^ n; of two free ones
-/// the first one that is a declared constant takes the value, then the other one 0. Refuses two numerals, and
-/// two free arguments that are both compound. Differs: BVAndAdHocCalculator and BVOrAdHocCalculator refuse
-/// one numeral already, and read the width from the value.
+/// Bitwise exclusive or, t = a ^ b: beside a numeral n the other argument takes value ^ n; of two free ones the
+/// first one that is a declared constant takes the value, then the other one 0.
+/// Refuses two numerals, and two free arguments that are both compound.
+/// Differs: BVAndAdHocCalculator and BVOrAdHocCalculator refuse one numeral already, with messages of their own,
+/// and read the width from the value instead of t.
 class BVXorAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -179,8 +185,8 @@ class BVXorAdHocCalculator : public AdHocCalculator
 };
 
 /// Concatenation, t = a b: a takes the high bits of the value, then b the low ones.
-/// Refuses numerals, and an a that is no declared constant, although b alone could then take its part.
-/// Differs: BVOrAdHocCalculator and others accept a constant in either place.
+/// Refuses one or two numerals, and an a that is no declared constant, although b alone could take its part.
+/// Differs: BVOrAdHocCalculator and BVXorAdHocCalculator accept a declared constant in either place.
 class BVConcatAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -190,6 +196,8 @@ class BVConcatAdHocCalculator : public AdHocCalculator
 
 /// Extraction, t = bits msb to lsb of x: x takes the value at those bits and 0 everywhere else.
 /// Refuses a numeral.
+/// Differs: BVNotAdHocCalculator and the other unary ones have other messages, and work on the value term, where
+/// this one reads its number.
 class BVSelectAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -199,7 +207,8 @@ class BVSelectAdHocCalculator : public AdHocCalculator
 
 /// Zero extension of x: for the value 0 x takes 0, for 1 it takes 1.
 /// Refuses every other value, also one that fits x.
-/// Differs: no other calculator gives a value to a numeral; this one does not look at x.
+/// Differs: BVNotAdHocCalculator and the other unary ones refuse a numeral; BVSextAdHocCalculator and this one
+/// do not look at x, and give a value to a numeral, too.
 class BVZextAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -207,10 +216,11 @@ class BVZextAdHocCalculator : public AdHocCalculator
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// Sign extension of x: for the value 0 x takes 0, for 1 it takes 1.
-/// Refuses every other value, also -1. A one-bit x takes 1 for the value 1 although it then extends to all
-/// ones: this definition is wrong by design, and whoever replays it has to check. Differs: like
-/// BVZextAdHocCalculator it gives a value to a numeral, too.
+/// Sign extension of x: for the value 0 x takes 0, for 1 it takes 1. An x of one bit takes 1 for the value 1
+/// although it then extends to all ones: that definition is wrong by design, and whoever replays it must check.
+/// Refuses every other value, also -1.
+/// Differs: BVNotAdHocCalculator and the other unary ones refuse a numeral; BVZextAdHocCalculator and this one
+/// do not look at x, and give a value to a numeral, too.
 class BVSextAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -220,6 +230,7 @@ class BVSextAdHocCalculator : public AdHocCalculator
 
 /// Shift left, t = a << b: a takes the value, then b 0.
 /// Refuses one or two numerals.
+/// Differs: BVAsrAdHocCalculator needs an a that is a declared constant.
 class BVLslAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -229,6 +240,7 @@ class BVLslAdHocCalculator : public AdHocCalculator
 
 /// Logical shift right, t = a >> b: a takes the value, then b 0.
 /// Refuses one or two numerals.
+/// Differs: BVAsrAdHocCalculator needs an a that is a declared constant.
 class BVLsrAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -238,7 +250,8 @@ class BVLsrAdHocCalculator : public AdHocCalculator
 
 /// Arithmetic shift right, t = a >>s b: a takes the value, then b 0.
 /// Refuses one or two numerals, and an a that is no declared constant.
-/// Differs: BVLslAdHocCalculator and BVLsrAdHocCalculator accept any a that is no numeral.
+/// Differs: BVLslAdHocCalculator and BVLsrAdHocCalculator accept any a that is no numeral; BVConcatAdHocCalculator
+/// and BVUdivAdHocCalculator have another message where only b is a declared constant.
 class BVAsrAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -249,8 +262,9 @@ class BVAsrAdHocCalculator : public AdHocCalculator
 // ------------------------------------------------------------------------------------ bit-vector arithmetic
 
 /// Addition, t = a + b: beside a numeral c the other argument takes value - c; of two free ones the first one
-/// that is a declared constant takes the value, then the other one 0. Refuses two numerals, and two free
-/// arguments that are both compound.
+/// that is a declared constant takes the value, then the other one 0.
+/// Refuses two numerals, and two free arguments that are both compound.
+/// Differs: BVSubAdHocCalculator has another message for two numerals.
 class BVAddAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -258,10 +272,11 @@ class BVAddAdHocCalculator : public AdHocCalculator
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// Subtraction, t = a - b: in x - c = value x takes c + value, in c - x = value it takes c - value; of two
-/// free arguments the first one that is a declared constant takes the value (a) or its negative (b), then the
-/// other one 0. Refuses two numerals, and two free arguments that are both compound. Differs:
-/// BVAddAdHocCalculator has another message for two numerals.
+/// Subtraction, t = a - b: in x - c = value x takes c + value, in c - x = value it takes c - value; of two free
+/// arguments the first one that is a declared constant takes the value (a) or its negative (b), then the other
+/// one 0.
+/// Refuses two numerals, and two free arguments that are both compound.
+/// Differs: BVAddAdHocCalculator and BVMulAdHocCalculator have another message for two numerals.
 class BVSubAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -269,10 +284,12 @@ class BVSubAdHocCalculator : public AdHocCalculator
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// Multiplication, t = a * b: beside an odd numeral c the other factor takes the value times the inverse of
-/// c; of two free factors the first one that is a declared constant takes the value, then the other one 1.
+/// Multiplication, t = a * b: beside an odd numeral c the other factor takes the value times the inverse of c; of
+/// two free factors the first one that is a declared constant takes the value, then the other one 1.
 /// Refuses two numerals, an even numeral even where a solution exists, and two free factors that are both
 /// compound.
+/// Differs: BVAddAdHocCalculator and BVSubAdHocCalculator pass the value term on beside a numeral; this one reads
+/// its number, and 0 where it is no numeral.
 class BVMulAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -282,6 +299,7 @@ class BVMulAdHocCalculator : public AdHocCalculator
 
 /// Unsigned division, t = a / b: a takes the value, then b 1.
 /// Refuses one or two numerals, and an a that is no declared constant.
+/// Differs: BVSdivAdHocCalculator accepts any a that is no numeral.
 class BVUdivAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -317,9 +335,10 @@ class BVSremAdHocCalculator : public AdHocCalculator
 
 // ------------------------------------------------------------------------------------ bit-vector predicates
 
-/// Unsigned less-than, t = a < b: beside a numeral c the other operand takes c's neighbour (true) or c
-/// (false); two free operands take 0, then 1 (true) or 0 (false). Refuses two numerals, and true where c has
-/// no such neighbour.
+/// Unsigned less-than, t = a < b: beside a numeral c the other operand takes c's neighbour (true) or c (false);
+/// two free operands, constants or not, take 0, then 1 (true) or 0 (false).
+/// Refuses two numerals, and true where c has no such neighbour.
+/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have a message each.
 class BVUltAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -328,9 +347,9 @@ class BVUltAdHocCalculator : public AdHocCalculator
 };
 
 /// Unsigned less-or-equal, t = a <= b: beside a numeral c the other operand takes c (true) or its neighbour
-/// (false); two free operands take 0 (true) or 1 (false), then 0. Refuses two numerals, and false where c has
-/// no such neighbour. Differs: each of the four order calculators but the signed pair has its own message for
-/// two numerals.
+/// (false); two free operands, constants or not, take 0 (true) or 1 (false), then 0.
+/// Refuses two numerals, and false where c has no such neighbour.
+/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have a message each.
 class BVUleAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -338,9 +357,10 @@ class BVUleAdHocCalculator : public AdHocCalculator
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// Signed less-than, t = a <s b: as BVUltAdHocCalculator, with the neighbours in signed order; in width 1,
-/// where the pattern 1 is -1, two free operands take 1, then 0 for true. Refuses two numerals, and true where
-/// c has no such neighbour. Differs: BVUltAdHocCalculator has another message for two numerals.
+/// Signed less-than, t = a <s b: as BVUltAdHocCalculator, with the neighbours in signed order; in width 1, where
+/// the pattern 1 is -1, two free operands take 1, then 0 for true.
+/// Refuses two numerals, and true where c has no such neighbour.
+/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have a message each.
 class BVSltAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -348,9 +368,10 @@ class BVSltAdHocCalculator : public AdHocCalculator
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// Signed less-or-equal, t = a <=s b: as BVUleAdHocCalculator, with the neighbours in signed order; in width
-/// 1, where the pattern 1 is -1, two free operands take 0, then 1 for false. Refuses two numerals, and false
-/// where c has no such neighbour. Differs: BVUleAdHocCalculator has another message for two numerals.
+/// Signed less-or-equal, t = a <=s b: as BVUleAdHocCalculator, with the neighbours in signed order; in width 1,
+/// where the pattern 1 is -1, two free operands take 0, then 1 for false.
+/// Refuses two numerals, and false where c has no such neighbour.
+/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have a message each.
 class BVSleAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -358,8 +379,9 @@ class BVSleAdHocCalculator : public AdHocCalculator
                   ModelStore::DefinitionStack& defs) override;
 };
 
-/// One-bit comparison, t = bvcomp(a, b): as EqAdHocCalculator, with 1 for true and 0 for false.
-/// Refuses first a value that is neither, then what EqAdHocCalculator refuses.
+/// One-bit comparison, t = bvcomp(a, b): as EqAdHocCalculator, with the value 1 for true and 0 for false.
+/// Refuses a value that is neither, before all else; then what EqAdHocCalculator refuses.
+/// Differs: EqAdHocCalculator takes every value that is not true for false.
 class BVCompAdHocCalculator : public AdHocCalculator
 {
  public:

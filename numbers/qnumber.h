@@ -18,10 +18,9 @@ namespace lumo {
 ///
 /// I1. The value is in lowest terms and its denominator is positive; zero is 0/1.
 /// I2. A small numerator is never LONG_MIN, so that negation and magnitude of a small number cannot overflow.
-/// I3. Arithmetic never turns a big value small, with one exception: a big value times a small zero becomes
-/// the
-///     small zero. Copy assignment keeps a big target big, too. Both forms of a value are equal, ordered
-///     alike and hash alike.
+/// I3. Arithmetic never turns a big value small, with one exception: a big value times a small zero becomes the
+///     small zero. Copy assignment keeps a big target big, too. Both forms of a value are equal, ordered alike
+///     and hash alike.
 ///
 /// Operands and outputs of every operation may be the same object. Nothing here reports an error: what leaves
 /// the word moves to GMP. Arithmetic uses the shared scratch integers `gmp_tmp` and the shared `gcd_cache`,

@@ -118,8 +118,7 @@ class TermManager
     return leaf_symbols_.size() + operator_symbols_.size();
   }
 
-  // ---------------------------------------------------------------------------------- Boolean operators,
-  // ite, eq
+  // ------------------------------------------------------------------------ Boolean operators, ite, eq
 
   const Symbol* make_not_symbol() { return make_operator(Kind::kNot, {}); }
   const Symbol* make_and_symbol() { return make_operator(Kind::kAnd, {}); }
@@ -137,8 +136,7 @@ class TermManager
   [[nodiscard]] bool is_ite(const Symbol* s) const { return s->get_kind() == Kind::kIte; }
   [[nodiscard]] bool is_eq(const Symbol* s) const { return s->get_kind() == Kind::kEq; }
 
-  // ------------------------------------------------------------- bit-vector operators on operands of one
-  // width w
+  // --------------------------------------------------- bit-vector operators on operands of one width w
 
   const Symbol* make_bv_not_symbol(unsigned long w) { return make_operator(Kind::kBvNot, {w}); }
   const Symbol* make_bv_neg_symbol(unsigned long w) { return make_operator(Kind::kBvNeg, {w}); }
@@ -182,8 +180,7 @@ class TermManager
   bool is_bv_sle(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvSle, w); }
   bool is_bv_comp(const Symbol* s, unsigned long* w) const { return is_operator_of(s, Kind::kBvComp, w); }
 
-  // --------------------------------------------------------------------- bit-vector operators that change
-  // widths
+  // -------------------------------------------------------------- bit-vector operators that change widths
 
   /// w1: width of the first, high operand; w2: width of the second, low operand
   const Symbol* make_bv_concat_symbol(unsigned long w1, unsigned long w2)

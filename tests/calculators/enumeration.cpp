@@ -1,5 +1,7 @@
 #include "tests/calculators/enumeration.h"
 
+#include "tests/support/numbered.h"
+
 namespace lumo::test {
 
 namespace {
@@ -16,7 +18,7 @@ std::vector<const Term*> enumerate_proper_values(TermManager& mgr, Reference& re
 
 const Term* make_constant(TermManager& mgr, const std::string& name, const DataType* type)
 {
-  return mgr.make_constant(name + "_" + std::to_string(type->get_width()), type);
+  return mgr.make_constant(numbered(name + "_", type->get_width()), type);
 }
 
 const Term* make_compound(TermManager& mgr, const std::string& name, const DataType* type)
@@ -30,9 +32,9 @@ std::vector<const Term*> enumerate_arguments(TermManager& mgr, Reference& refere
                                              std::size_t position)
 {
   std::vector<const Term*> arguments = enumerate_proper_values(mgr, reference, type);
-  arguments.push_back(make_constant(mgr, "x" + std::to_string(position), type));
+  arguments.push_back(make_constant(mgr, numbered("x", position), type));
   if (position > 0) arguments.push_back(make_constant(mgr, "x0", type));
-  arguments.push_back(make_compound(mgr, "u" + std::to_string(position), type));
+  arguments.push_back(make_compound(mgr, numbered("u", position), type));
   return arguments;
 }
 
@@ -117,9 +119,14 @@ bool is_value_of(const Reference& reference, TermManager& mgr, const Term* t, co
 std::string describe(const Term* t)
 {
   std::string text = t->get_symbol()->get_name();
-  for (std::size_t i = 0; i < t->get_num_args(); ++i)
-    text += " " + describe(t->get_arg(i));
-  return t->get_num_args() == 0 ? text : "(" + text + ")";
+  for (std::size_t i = 0; i < t->get_num_args(); ++i) {
+    text += ' ';
+    text += describe(t->get_arg(i));
+  }
+  if (t->get_num_args() == 0) return text;
+  text.insert(text.begin(), '(');
+  text += ')';
+  return text;
 }
 
 }  // namespace lumo::test

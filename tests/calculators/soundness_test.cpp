@@ -10,6 +10,7 @@
 #include "tests/calculators/enumeration.h"
 #include "tests/support/gmp_number.h"
 #include "tests/support/make_operator.h"
+#include "tests/support/numbered.h"
 #include "tests/support/random.h"
 
 namespace lumo::test {
@@ -172,8 +173,7 @@ const Term* draw_argument(TermManager& mgr, Random& random, const DataType* type
 {
   const std::size_t choice = random.index(4);
   if (choice == 0) return draw_value(mgr, random, type);
-  std::string name = "x";
-  name += std::to_string(position) + "_" + std::to_string(type->get_width());
+  const std::string name = numbered(numbered("x", position) + "_", type->get_width());
   const Term* constant = mgr.make_constant(name, type);
   if (choice != 1) return constant;
   return mgr.make_term(type->is_bool() ? mgr.make_not_symbol() : mgr.make_bv_neg_symbol(type->get_width()),
