@@ -1,0 +1,11 @@
+; Four applications that were eliminated, with the values that a model gives them
+(set-logic QF_BV)
+(declare-const x (_ BitVec 8))
+(declare-const y (_ BitVec 8))
+(declare-const z (_ BitVec 8))
+(declare-const p Bool)
+(declare-const q Bool)
+(assert (= (bvadd x #x05) #x0c))
+(assert (= (bvmul #x03 y) #x01))
+(assert (bvult #xf0 z))
+(assert (not (and p q)))

@@ -1,0 +1,37 @@
+#!/usr/bin/env bash
+# Builds lumo with its tests, runs them all and ends with the closing lines of the run.
+#
+#   scripts/test.sh [PRESET]
+#
+# PRESET is one of CMakePresets.json, debug if none is given. Installs what is missing first.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+preset=${1:-debug}
+build=build/$preset
+build_log=build/$preset-build.log
+test_log=build/$preset-test.log
+
+scripts/setup.sh test
+mkdir -p build
+
+echo "Building ($preset)"
+if ! {
+  cmake --preset "$preset" -DLUMO_BUILD_CLI=ON -DLUMO_BUILD_TESTS=ON && cmake --build "$build"
+} > "$build_log" 2>&1; then
+  tail -n 60 "$build_log" >&2
+  echo "test.sh: the build failed; all of its output is in $build_log" >&2
+  exit 1
+fi
+
+echo "Testing"
+status=0
+ctest --test-dir "$build" --no-tests=error --output-on-failure --parallel "$(nproc)" > "$test_log" 2>&1 \
+  || status=$?
+if [ "$status" -ne 0 ]; then
+  # What failed, without the lines on what passed
+  sed -E '/^ *Start +[0-9]+:/d; / Test +#[0-9]+: .* Passed /d; /^[0-9]+% tests passed/,$d' "$test_log" \
+    | tail -n 200
+fi
+sed -nE '/^[0-9]+% tests passed/,$p' "$test_log"
+exit "$status"
