@@ -2,7 +2,6 @@
 // replaces the allocator by one that fails on demand; the sanitizers and valgrind look for what is lost.
 
 #include <algorithm>
-#include <cstdlib>
 #include <new>
 #include <stdexcept>
 
@@ -10,30 +9,8 @@
 
 #include "calculators/calculator_table.h"
 #include "tests/calculators/calls.h"
+#include "tests/support/failing_allocator.h"
 #include "tests/support/notation.h"
-
-namespace {
-
-/// The allocation of this number from now on fails, once; negative: none does.
-long countdown = -1;
-
-}  // namespace
-
-// Not inlined: the compiler would see malloc meet delete and take that for a mistake.
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-  if (countdown == 0) {
-    countdown = -1;
-    throw std::bad_alloc();
-  }
-  if (countdown > 0) --countdown;
-  void* memory = std::malloc(size == 0 ? 1 : size);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
 
 namespace lumo::test {
 namespace {

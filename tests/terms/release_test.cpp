@@ -1,7 +1,6 @@
 // The term layer when memory runs out: texts, tables and manager stay usable, and nothing is lost. The
 // program replaces the allocator by one that fails on demand; the sanitizers look for what is lost.
 
-#include <cstdlib>
 #include <new>
 #include <string>
 #include <vector>
@@ -13,47 +12,7 @@
 #include "terms/exception.h"
 #include "terms/numeral_table.h"
 #include "terms/term_manager.h"
-
-namespace {
-
-/// The allocation of this number from now on fails, once; negative: none does.
-long countdown = -1;
-
-void* allocate(std::size_t size, std::size_t alignment)
-{
-  if (countdown == 0) {
-    countdown = -1;
-    throw std::bad_alloc();
-  }
-  if (countdown > 0) --countdown;
-  const std::size_t rounded = (size / alignment + 1) * alignment;
-  void* memory = std::aligned_alloc(alignment, rounded);
-  if (memory == nullptr) throw std::bad_alloc();
-  return memory;
-}
-
-}  // namespace
-
-// Not inlined: the compiler would see aligned_alloc meet delete and take that for a mistake.
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-  return allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__);
-}
-[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment)
-{
-  return allocate(size, static_cast<std::size_t>(alignment));
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept
-{
-  std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/,
-                                       std::align_val_t /*alignment*/) noexcept
-{
-  std::free(memory);
-}
+#include "tests/support/failing_allocator.h"
 
 namespace lumo::test {
 

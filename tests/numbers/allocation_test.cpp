@@ -1,0 +1,162 @@
+// Small numbers ask nothing of any allocator, and a failing allocation leaves a number as it was.
+
+#include <new>
+
+#include <gtest/gtest.h>
+
+#include "numbers/bvnumber.h"
+#include "numbers/qnumber.h"
+#include "tests/support/failing_allocator.h"
+#include "tests/support/number.h"
+
+namespace lumo {
+namespace {
+
+using test::countdown;
+using test::num_allocations;
+
+long num_gmp_allocations = 0;
+
+void* allocate_counted(std::size_t size)
+{
+  ++num_gmp_allocations;
+  return std::malloc(size);
+}
+
+void* reallocate_counted(void* block, std::size_t /*old_size*/, std::size_t size)
+{
+  ++num_gmp_allocations;
+  return std::realloc(block, size);
+}
+
+void free_counted(void* block, std::size_t /*size*/) { std::free(block); }
+
+/// Counts what is asked of both allocators from construction on.
+class Count
+{
+ public:
+  Count() : first_(num_allocations + num_gmp_allocations)
+  {
+    mp_set_memory_functions(allocate_counted, reallocate_counted, free_counted);
+  }
+  [[nodiscard]] long get() const { return num_allocations + num_gmp_allocations - first_; }
+
+ private:
+  long first_;
+};
+
+constexpr long kWords[] = {0, 1, -1, 2, 7, -12, 1000, 1L << 30, -(1L << 31), (1L << 31) + 1};
+
+TEST(SmallIntegers, AllocateNothing)
+{
+  long num_equal = 0;
+  const Count count;
+  for (const long a : kWords) {
+    for (const long b : kWords) {
+      QNumber x(a);
+      const QNumber y(b);
+      x += y;
+      x -= y;
+      x *= y;
+      QNumber q;
+      QNumber r;
+      if (b != 0) x.divmod(y, q, r);
+      num_equal += (x == y ? 1 : 0) + (x < y ? 1 : 0) + (q + r == x ? 1 : 0);
+      QNumber copy(x);
+      copy = y;
+      copy.swap(x);
+    }
+  }
+  EXPECT_EQ(count.get(), 0);
+  EXPECT_GT(num_equal, 0);
+}
+
+TEST(SmallRationals, AllocateNothing)
+{
+  const Count count;
+  bool is_less = false;
+  for (long n = -50; n < 50; ++n) {
+    for (long d = 1; d < 50; ++d) {
+      QNumber x(n, d);
+      const QNumber y(d, 1 + (n + 50));
+      x += y;
+      x -= y;
+      x *= y;
+      is_less = is_less || x < y;
+    }
+  }
+  EXPECT_EQ(count.get(), 0);
+  EXPECT_TRUE(is_less);
+}
+
+TEST(PowersOfTwo, AllocateNothingUpToWidth62)
+{
+  const Count count;
+  QNumber sum;
+  for (unsigned long w = 0; w <= 61; ++w)
+    sum += BVNumber::pow2(w);
+  EXPECT_EQ(sum, BVNumber::pow2(62) - QNumber(1));
+  EXPECT_EQ(count.get(), 0);
+  EXPECT_TRUE(BVNumber::pow2(63).is_big());
+  EXPECT_GT(count.get(), 0) << "the count sees what is allocated";
+}
+
+/// Runs the operation on a copy of x with its first allocation failing, and expects x to be as before.
+template <class Operation>
+void expect_unchanged(const QNumber& x, Operation operation)
+{
+  QNumber changed(x);
+  countdown = 0;
+  EXPECT_THROW(operation(changed), std::bad_alloc);
+  countdown = -1;
+  EXPECT_EQ(changed, x);
+  EXPECT_EQ(changed.is_big(), x.is_big());
+  EXPECT_TRUE(changed.is_canonical());
+}
+
+TEST(FailingAllocation, LeavesANumberThatWouldLeaveTheWordAsItWas)
+{
+  const QNumber max(LONG_MAX);
+  expect_unchanged(max, [](QNumber& x) { x += QNumber(1); });
+  expect_unchanged(QNumber(-LONG_MAX), [](QNumber& x) { x -= QNumber(1); });
+  expect_unchanged(max, [](QNumber& x) { x *= QNumber(2); });
+  expect_unchanged(QNumber(LONG_MAX, 2), [](QNumber& x) { x += QNumber(LONG_MAX, 3); });
+  expect_unchanged(QNumber(LONG_MAX, 2), [](QNumber& x) { x *= QNumber(LONG_MAX - 4, 3); });
+}
+
+TEST(FailingAllocation, LeavesASmallNumberThatMeetsABigOneAsItWas)
+{
+  const QNumber big = BVNumber::pow2(100);
+  expect_unchanged(QNumber(5), [&big](QNumber& x) { x += big; });
+  expect_unchanged(QNumber(5), [&big](QNumber& x) { x -= big; });
+  expect_unchanged(QNumber(5), [&big](QNumber& x) { x *= big; });
+  expect_unchanged(QNumber(5), [&big](QNumber& x) { x = big; });
+}
+
+TEST(FailingAllocation, LeavesBothOutputsOfADivisionAsTheyWere)
+{
+  const QNumber big = BVNumber::pow2(100);
+  for (long failing = 0; failing < 2; ++failing) {
+    QNumber q(3);
+    QNumber r(4);
+    countdown = failing;
+    EXPECT_THROW(big.divmod(QNumber(7), q, r), std::bad_alloc);
+    countdown = -1;
+    EXPECT_EQ(q, QNumber(3));
+    EXPECT_EQ(r, QNumber(4));
+  }
+}
+
+TEST(FailingAllocation, WhileANumberIsCopiedLosesNothing)
+{
+  const QNumber big = BVNumber::pow2(100);
+  countdown = 0;
+  EXPECT_THROW(QNumber copy(big), std::bad_alloc);
+  countdown = 0;
+  EXPECT_THROW(QNumber lowest(LONG_MIN), std::bad_alloc);
+  countdown = -1;
+  EXPECT_EQ(big, BVNumber::pow2(100));
+}
+
+}  // namespace
+}  // namespace lumo
