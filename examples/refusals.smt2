@@ -1,0 +1,24 @@
+; Requests without an answer. `lumo invert` names each on standard error, answers the rest, and ends with exit
+; status 1.
+(set-logic QF_BV)
+
+(declare-const p Bool)
+(declare-const x (_ BitVec 8))
+(declare-const y (_ BitVec 8))
+(declare-const z (_ BitVec 8))
+
+; 1: This one has an answer.
+(assert (= (bvadd x y) #x05))
+; 2: A numeral's neighbour does not exist above the largest value.
+(assert (bvult #xff z))
+; 3: An even factor has no inverse.
+(assert (= (bvmul z #x02) #x06))
+; 4: The calculator takes both arguments for different constants.
+(assert (= (bvadd z z) #x06))
+; 5: Only constants can be defined, and (bvmul x y) would need the value 4.
+(assert (= (bvadd (bvmul x y) #x01) #x05))
+; 6: The first assertion has given x another value.
+(assert (= (bvsub x #x01) #x08))
+; 7: Nothing is applied here.
+(assert p)
+(check-sat)

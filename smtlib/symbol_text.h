@@ -1,0 +1,22 @@
+#ifndef LUMO_SMTLIB_SYMBOL_TEXT_H
+#define LUMO_SMTLIB_SYMBOL_TEXT_H
+
+#include <string>
+#include <string_view>
+
+namespace lumo::smtlib {
+
+/// Whether c may stand in a symbol without bars.
+[[nodiscard]] bool is_symbol_character(char c);
+/// Whether c may stand in a symbol between bars.
+[[nodiscard]] bool is_quotable_character(char c);
+/// Whether SMT-LIB 2 keeps the word for itself, so that it names nothing without bars.
+[[nodiscard]] bool is_reserved_word(std::string_view word);
+
+/// The symbol of that name as SMT-LIB 2 text, between bars where it must be. A name that has no spelling,
+/// because it contains a bar, a backslash or a control character, is an `Exception`.
+[[nodiscard]] std::string make_symbol_text(std::string_view name);
+
+}  // namespace lumo::smtlib
+
+#endif

@@ -1,0 +1,16 @@
+#ifndef LUMO_SMTLIB_TEXT_FILE_H
+#define LUMO_SMTLIB_TEXT_FILE_H
+
+#include <istream>
+#include <string>
+
+namespace lumo::smtlib {
+
+/// The whole content of a file. One that cannot be read is an `Exception` that says why, without the name.
+[[nodiscard]] std::string read_file(const std::string& name);
+/// Everything that the stream still holds.
+[[nodiscard]] std::string read_stream(std::istream& in);
+
+}  // namespace lumo::smtlib
+
+#endif
