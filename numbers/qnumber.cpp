@@ -351,6 +351,7 @@ void QNumber::divmod_slow(const QNumber& d, QNumber& q, QNumber& r) const
   mpz_srcptr divisor = d.is_big() ? d.block().num : word;
   if (!q.is_big()) q.swap(fresh_q);
   if (!r.is_big()) r.swap(fresh_r);
+  assert(q.is_big() && r.is_big() && "one block serves both outputs if they are the same object");
   mpz_set_ui(q.block().den, 1);
   mpz_set_ui(r.block().den, 1);
   if (&q == &r) {

@@ -38,8 +38,8 @@ class QNumber
   }
   /// n; small if it fits. Narrower unsigned types fit a `long`.
   template <std::unsigned_integral T>
-  requires(sizeof(T) == sizeof(long)) QNumber(T n)
-      : num(static_cast<long>(n)), den(1)  // NOLINT(google-explicit-constructor): likewise
+  // NOLINTNEXTLINE(google-explicit-constructor): likewise
+  requires(sizeof(T) == sizeof(long)) QNumber(T n) : num(static_cast<long>(n)), den(1)
   {
     if (n > static_cast<T>(LONG_MAX)) [[unlikely]]
       promote_unsigned(n);

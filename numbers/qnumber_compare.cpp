@@ -144,7 +144,7 @@ bool QNumber::less_big(const QNumber& lhs, const QNumber& rhs)
   mpz_divexact(t1, t1, t2);
 
   // At most one side is small, and its denominator takes the last scratch integer; so it is used up first.
-  const auto get_denominator = [scratch = mpz_ptr(t3)](const QNumber& q) -> mpz_srcptr {
+  const auto get_denominator = [scratch = static_cast<mpz_ptr>(t3)](const QNumber& q) -> mpz_srcptr {
     if (q.is_big()) return q.block().den;
     mpz_set_si(scratch, q.den);
     return scratch;
@@ -152,7 +152,8 @@ bool QNumber::less_big(const QNumber& lhs, const QNumber& rhs)
   mpz_srcptr xd = get_denominator(lhs);
   mpz_srcptr yd = get_denominator(rhs);
   mpz_gcd(t2, xd, yd);
-  const auto multiply = [g = mpz_ptr(t2), quotient = mpz_ptr(t3)](mpz_ptr side, mpz_srcptr other_den) {
+  const auto multiply = [g = static_cast<mpz_ptr>(t2), quotient = static_cast<mpz_ptr>(t3)](
+                            mpz_ptr side, mpz_srcptr other_den) {
     mpz_divexact(quotient, other_den, g);
     mpz_mul(side, side, quotient);
   };

@@ -22,10 +22,8 @@ class Z3Session
   Z3Session& operator=(const Z3Session&) = delete;
   ~Z3Session() { Z3_del_context(context_); }
 
-  operator Z3_context() const
-  {
-    return context_;
-  }  // NOLINT(google-explicit-constructor): stands for the context
+  // NOLINTNEXTLINE(google-explicit-constructor): stands for the context
+  operator Z3_context() const { return context_; }
 
  private:
   Z3_context context_;

@@ -9,6 +9,15 @@
 #include "model/model_store.h"
 #include "tests/calculators/edge_cases.h"
 
+namespace lumo {
+
+inline std::ostream& operator<<(std::ostream& out, const OperatorInfo& info)
+{
+  return out << info.smtlib_name;
+}
+
+}  // namespace lumo
+
 namespace lumo::test {
 
 struct Definition

@@ -1,6 +1,7 @@
 #ifndef LUMO_TESTS_CALCULATORS_EDGE_CASES_H
 #define LUMO_TESTS_CALCULATORS_EDGE_CASES_H
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,11 @@ struct EdgeCase
   std::string message;                   ///< the full text of the failure; empty for a success
   bool is_plain_exception = false;       ///< the failure is an Exception, but no AdHocCalculator::error
 };
+
+inline std::ostream& operator<<(std::ostream& out, const EdgeCase& row)
+{
+  return out << row.application << " is " << row.value;
+}
 
 /// The rows for widths that do not fit a word, or just do.
 std::vector<EdgeCase> make_wide_edge_cases();

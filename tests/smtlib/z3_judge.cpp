@@ -33,7 +33,7 @@ void Z3Judge::compare_under_random_values(Random& random)
 void Z3Judge::compare(std::size_t i, const z3::expr_vector& constants, const z3::expr_vector& values)
 {
   const Term* term = script_.assertions[i].term;
-  z3::expr expression = assertions_[static_cast<unsigned>(i)];
+  z3::expr expression = assertions_[static_cast<int>(i)];
   const Kind kind = term->get_symbol()->get_kind();
   if ((kind == Kind::kEq || kind == Kind::kIff) && expression.decl().decl_kind() == Z3_OP_EQ) {
     term = term->get_arg(0);
@@ -42,7 +42,7 @@ void Z3Judge::compare(std::size_t i, const z3::expr_vector& constants, const z3:
   const z3::expr expected = expression.substitute(constants, values).simplify();
   ASSERT_TRUE(expected.is_numeral() || expected.is_true() || expected.is_false()) << expected;
   EXPECT_TRUE(z3::eq(make_value(model_.get_value(term)), expected))
-      << assertions_[static_cast<unsigned>(i)] << "\nunder " << values << "\nis for lumo "
+      << assertions_[static_cast<int>(i)] << "\nunder " << values << "\nis for lumo "
       << model_.get_value(term)->get_symbol()->get_name() << "\nand for Z3 " << expected;
 }
 

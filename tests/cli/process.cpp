@@ -1,0 +1,104 @@
+#include "tests/cli/process.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace lumo::test {
+
+namespace {
+
+std::string read_file(const std::filesystem::path& path)
+{
+  std::ostringstream text;
+  text << std::ifstream(path, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+/// In the child: makes a descriptor stand for a file.
+void redirect(int descriptor, const std::filesystem::path& path, int flags)
+{
+  const int file = open(path.c_str(), flags, 0600);
+  if (file < 0 || dup2(file, descriptor) < 0) _exit(126);
+  close(file);
+}
+
+void redirect_output(const std::filesystem::path& path, Output output)
+{
+  int ends[2];
+  switch (output) {
+    case Output::kFile:
+      redirect(STDOUT_FILENO, path, O_WRONLY | O_CREAT | O_TRUNC);
+      return;
+    case Output::kFullDevice:
+      redirect(STDOUT_FILENO, "/dev/full", O_WRONLY);
+      return;
+    case Output::kClosed:
+      close(STDOUT_FILENO);
+      return;
+    case Output::kUnreadPipe:
+      if (pipe(ends) != 0 || dup2(ends[1], STDOUT_FILENO) < 0) _exit(126);
+      close(ends[0]);
+      close(ends[1]);
+      return;
+  }
+}
+
+int wait_for(pid_t child)
+{
+  int status = 0;
+  if (waitpid(child, &status, 0) != child) throw std::runtime_error("the program cannot be waited for");
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder()
+{
+  std::string name = (std::filesystem::temp_directory_path() / "lumo-test-XXXXXX").string();
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder can be made");
+  path_ = name;
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+void TemporaryFolder::write(const std::string& name, std::string_view text) const
+{
+  std::ofstream(path_ / name, std::ios::binary) << text;
+}
+
+Outcome run_program(const std::string& program, const std::vector<std::string>& args,
+                    const std::filesystem::path& folder, std::string_view standard_input, Output output)
+{
+  // The streams are files in a folder beside the one in which the program runs, so no pipe can fill up.
+  const TemporaryFolder streams;
+  streams.write("in", standard_input);
+  std::vector<char*> argv{const_cast<char*>(program.c_str())};
+  for (const std::string& arg : args)
+    argv.push_back(const_cast<char*>(arg.c_str()));
+  argv.push_back(nullptr);
+
+  const pid_t child = fork();
+  if (child < 0) throw std::runtime_error("no process can be made");
+  if (child == 0) {
+    redirect(STDIN_FILENO, streams.get_path() / "in", O_RDONLY);
+    redirect(STDERR_FILENO, streams.get_path() / "err", O_WRONLY | O_CREAT | O_TRUNC);
+    redirect_output(streams.get_path() / "out", output);
+    if (chdir(folder.c_str()) != 0) _exit(126);
+    execv(program.c_str(), argv.data());
+    _exit(127);
+  }
+  const int status = wait_for(child);
+  return {status, read_file(streams.get_path() / "out"), read_file(streams.get_path() / "err")};
+}
+
+}  // namespace lumo::test
