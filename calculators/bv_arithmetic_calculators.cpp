@@ -27,14 +27,9 @@ const Term* make_sum(TermManager* mgr, unsigned long w, const Term* lhs, const T
 void BVAddAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                       ModelStore::DefinitionStack& defs)
 {
-  unsigned long w = 0;
-  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
-  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+  const unsigned long w = read_width(mgr, t);
+  const QNumber v = read_number(mgr, value);
+  auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
 
@@ -52,14 +47,9 @@ void BVAddAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 void BVSubAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                       ModelStore::DefinitionStack& defs)
 {
-  unsigned long w = 0;
-  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
-  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+  const unsigned long w = read_width(mgr, t);
+  const QNumber v = read_number(mgr, value);
+  auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number && b_is_number) throw error("term was not free");
 
@@ -80,16 +70,9 @@ void BVSubAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 void BVMulAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                       ModelStore::DefinitionStack& defs)
 {
-  unsigned long w = 0;
-  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  QNumber a_number;
-  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
-  QNumber b_number;
-  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
+  const unsigned long w = read_width(mgr, t);
+  const QNumber v = read_number(mgr, value);
+  auto [a, b, a_is_number, b_is_number, a_number, b_number] = read_numbers(mgr, t);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
 
@@ -116,14 +99,9 @@ void BVMulAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 void BVUdivAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                        ModelStore::DefinitionStack& defs)
 {
-  unsigned long w = 0;
-  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
-  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+  const unsigned long w = read_width(mgr, t);
+  const QNumber v = read_number(mgr, value);
+  auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number != b_is_number) throw error("Cannot find a value, should be free!");
   if (a_is_number) throw error("should have been handled at the normalization step");
@@ -137,14 +115,9 @@ void BVUdivAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Te
 void BVSdivAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                        ModelStore::DefinitionStack& defs)
 {
-  unsigned long w = 0;
-  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
-  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+  const unsigned long w = read_width(mgr, t);
+  const QNumber v = read_number(mgr, value);
+  auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
   if (a_is_number || b_is_number) throw error("Cannot find a value, should be free!");

@@ -15,8 +15,7 @@ void BVNotAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 
   if (mgr->is_number(x->get_symbol(), nullptr)) throw error("Term was not free!");
 
-  unsigned long w = 0;
-  mgr->is_bv_type(value->get_symbol()->get_output_type(), &w);
+  const unsigned long w = read_width(mgr, value);
   const std::vector<const Term*> args{value};
   const Term* inverse = termsimpl::BVNotSimpl()(mgr, mgr->make_bv_not_symbol(w), args);
 
@@ -30,8 +29,7 @@ void BVNegAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 
   if (mgr->is_number(x->get_symbol(), nullptr)) throw error("Is not free!");
 
-  unsigned long w = 0;
-  mgr->is_bv_type(value->get_symbol()->get_output_type(), &w);
+  const unsigned long w = read_width(mgr, value);
   const std::vector<const Term*> args{value};
   const Term* inverse = termsimpl::BVNegSimpl()(mgr, mgr->make_bv_neg_symbol(w), args);
 
@@ -73,10 +71,8 @@ void BVRorAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 void BVAndAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                       ModelStore::DefinitionStack& defs)
 {
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
-  unsigned long w = 0;
-  mgr->is_bv_type(value->get_symbol()->get_output_type(), &w);
+  const QNumber v = read_number(mgr, value);
+  const unsigned long w = read_width(mgr, value);
   const Term* a = t->get_arg(0);
   const Term* b = t->get_arg(1);
 
@@ -93,10 +89,8 @@ void BVAndAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 void BVOrAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                      ModelStore::DefinitionStack& defs)
 {
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
-  unsigned long w = 0;
-  mgr->is_bv_type(value->get_symbol()->get_output_type(), &w);
+  const QNumber v = read_number(mgr, value);
+  const unsigned long w = read_width(mgr, value);
   const Term* a = t->get_arg(0);
   const Term* b = t->get_arg(1);
 
@@ -114,14 +108,9 @@ void BVOrAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term
 void BVXorAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                       ModelStore::DefinitionStack& defs)
 {
-  unsigned long w = 0;
-  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
-  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+  const unsigned long w = read_width(mgr, t);
+  const QNumber v = read_number(mgr, value);
+  auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
 

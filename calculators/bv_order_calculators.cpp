@@ -63,12 +63,7 @@ void BVUltAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
   const bool want = value->get_symbol() == mgr->get_true_symbol();
   unsigned long w = 0;
   mgr->is_bv_ult(t->get_symbol(), &w);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  QNumber a_number;
-  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
-  QNumber b_number;
-  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
+  auto [a, b, a_is_number, b_is_number, a_number, b_number] = read_numbers(mgr, t);
 
   if (a_is_number && b_is_number) throw error("term was not free");
 
@@ -98,12 +93,7 @@ void BVUleAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
   const bool want = value->get_symbol() == mgr->get_true_symbol();
   unsigned long w = 0;
   mgr->is_bv_ule(t->get_symbol(), &w);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  QNumber a_number;
-  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
-  QNumber b_number;
-  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
+  auto [a, b, a_is_number, b_is_number, a_number, b_number] = read_numbers(mgr, t);
 
   if (a_is_number && b_is_number) throw error("We cannot find a value for this atom!");
 
@@ -133,12 +123,7 @@ void BVSltAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
   const bool want = value->get_symbol() == mgr->get_true_symbol();
   unsigned long w = 0;
   mgr->is_bv_slt(t->get_symbol(), &w);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  QNumber a_number;
-  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
-  QNumber b_number;
-  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
+  auto [a, b, a_is_number, b_is_number, a_number, b_number] = read_numbers(mgr, t);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
 
@@ -170,12 +155,7 @@ void BVSleAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
   const bool want = value->get_symbol() == mgr->get_true_symbol();
   unsigned long w = 0;
   mgr->is_bv_sle(t->get_symbol(), &w);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  QNumber a_number;
-  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
-  QNumber b_number;
-  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
+  auto [a, b, a_is_number, b_is_number, a_number, b_number] = read_numbers(mgr, t);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
 

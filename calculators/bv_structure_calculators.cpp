@@ -13,11 +13,9 @@ namespace {
 /// Either extension: 0 and 1 look alike at every width; no other value is taken back.
 void solve_extension(TermManager* mgr, const Term* t, const Term* value, ModelStore::DefinitionStack& defs)
 {
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
+  const QNumber v = read_number(mgr, value);
   const Term* x = t->get_arg(0);
-  unsigned long w = 0;
-  mgr->is_bv_type(x->get_symbol()->get_output_type(), &w);
+  const unsigned long w = read_width(mgr, x);
 
   if (v.sign() != 0 && v != QNumber(1)) throw AdHocCalculator::error("not free!");
 
@@ -28,14 +26,9 @@ void solve_extension(TermManager* mgr, const Term* t, const Term* value, ModelSt
 void solve_logical_shift(TermManager* mgr, const Term* t, const Term* value,
                          ModelStore::DefinitionStack& defs)
 {
-  unsigned long w = 0;
-  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
-  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+  const unsigned long w = read_width(mgr, t);
+  const QNumber v = read_number(mgr, value);
+  auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number && b_is_number) {
     throw AdHocCalculator::error("should have been handled at the normalization step");
@@ -54,10 +47,7 @@ void BVConcatAdHocCalculator::operator()(TermManager* mgr, const Term* t, const 
   unsigned long hw = 0;
   unsigned long lw = 0;
   mgr->is_bv_concat(t->get_symbol(), &hw, &lw);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
-  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+  auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number != b_is_number) throw error("Cannot find a value, should be free!");
   if (a_is_number) throw error("should have been handled at the normalization step");
@@ -88,8 +78,7 @@ void BVSelectAdHocCalculator::operator()(TermManager* mgr, const Term* t, const 
 
   // The value, then zeros below it, then zeros above both; r is cur bits wide.
   unsigned long cur = msb + 1 - lsb;
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
+  const QNumber v = read_number(mgr, value);
   const Term* r = mgr->make_bv_number(v, cur);
   if (lsb != 0) {
     const std::vector<const Term*> args{r, mgr->make_bv_number(0, lsb)};
@@ -131,14 +120,9 @@ void BVLsrAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 void BVAsrAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                       ModelStore::DefinitionStack& defs)
 {
-  unsigned long w = 0;
-  mgr->is_bv_type(t->get_symbol()->get_output_type(), &w);
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
-  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+  const unsigned long w = read_width(mgr, t);
+  const QNumber v = read_number(mgr, value);
+  auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number != b_is_number) throw error("Cannot find a value, should be free!");
   if (a_is_number) throw error("should have been handled at the normalization step");

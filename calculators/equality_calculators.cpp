@@ -20,12 +20,8 @@ const Term* make_successor(TermManager* mgr, const Term* n, unsigned long w)
 /// Makes t's two arguments equal, or different.
 void solve_equality(TermManager* mgr, const Term* t, bool equal, ModelStore::DefinitionStack& defs)
 {
-  const Term* a = t->get_arg(0);
-  const Term* b = t->get_arg(1);
-  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
-  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
-  unsigned long w = 0;
-  mgr->is_bv_type(a->get_symbol()->get_output_type(), &w);
+  auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
+  const unsigned long w = read_width(mgr, a);
 
   if (a_is_number && b_is_number) throw AdHocCalculator::error("term was not free");
 
@@ -53,8 +49,7 @@ void EqAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* 
 void BVCompAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                        ModelStore::DefinitionStack& defs)
 {
-  QNumber v;
-  mgr->is_number(value->get_symbol(), &v);
+  const QNumber v = read_number(mgr, value);
 
   const bool one = v == QNumber(1);
   if (!one && v != QNumber(0)) throw error("unexpected value from comp");

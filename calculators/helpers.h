@@ -20,6 +20,59 @@ namespace {  // NOLINT(google-build-namespaces): private to each source of the m
   defs.push(ModelStore::ModelDefinition(term, value, true));
 }
 
+/// The width of a term's sort, 0 if it is no bit-vector.
+[[maybe_unused]] inline unsigned long read_width(const TermManager* mgr, const Term* term)
+{
+  unsigned long w = 0;
+  mgr->is_bv_type(term->get_symbol()->get_output_type(), &w);
+  return w;
+}
+
+/// The number of a numeral, 0 for any other term.
+[[maybe_unused]] inline QNumber read_number(const TermManager* mgr, const Term* term)
+{
+  QNumber number;
+  mgr->is_number(term->get_symbol(), &number);
+  return number;
+}
+
+/// The first two arguments of an application, and which of them are numerals.
+struct Operands
+{
+  const Term* a;
+  const Term* b;
+  bool a_is_number;
+  bool b_is_number;
+};
+
+[[maybe_unused]] inline Operands read_operands(const TermManager* mgr, const Term* t)
+{
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
+  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+  return {a, b, a_is_number, b_is_number};
+}
+
+/// The same with the numbers of those that are, 0 for those that are not.
+struct NumberOperands
+{
+  const Term* a;
+  const Term* b;
+  bool a_is_number;
+  bool b_is_number;
+  QNumber a_number;
+  QNumber b_number;
+};
+
+[[maybe_unused]] inline NumberOperands read_numbers(const TermManager* mgr, const Term* t)
+{
+  NumberOperands operands{t->get_arg(0), t->get_arg(1), false, false, {}, {}};
+  operands.a_is_number = mgr->is_number(operands.a->get_symbol(), &operands.a_number);
+  operands.b_is_number = mgr->is_number(operands.b->get_symbol(), &operands.b_number);
+  return operands;
+}
+
 /// Puts an operand that is a declared constant first; returns whether it exchanged a and b for that. If both
 /// are constants, a stays.
 ///
