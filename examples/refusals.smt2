@@ -21,4 +21,7 @@
 (assert (= (bvsub x #x01) #x08))
 ; 7: Nothing is applied here.
 (assert p)
+; 8, 9: The calculators of remainders refuse every call.
+(assert (= (bvurem y z) #x07))
+(assert (= (bvsrem y z) #x07))
 (check-sat)

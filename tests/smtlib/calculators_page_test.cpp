@@ -16,6 +16,7 @@ namespace lumo::smtlib {
 namespace {
 
 const std::string kExample = LUMO_SOURCE_DIR "/examples/calculators.smt2";
+const std::string kRefusals = LUMO_SOURCE_DIR "/examples/refusals.smt2";
 const std::string kPage = LUMO_SOURCE_DIR "/docs/calculators.md";
 
 /// The lines of a text that start with the given characters, in their order.
@@ -63,6 +64,22 @@ TEST(CalculatorsPage, ShowsTheDefinitionsBesideTheirAssertion)
     }
   }
   EXPECT_EQ(num_blocks, select_lines(page, "(define-fun ").size());
+}
+
+/// What both pages show of the refusals, with the path as a reader in the repository's folder sees it
+TEST(CalculatorsPage, AndTheGuideShowTheRefusalsThatTheProgramPrints)
+{
+  std::istringstream in;
+  std::ostringstream out;
+  std::ostringstream err;
+  EXPECT_EQ(run_invert({kRefusals}, in, out, err), kSomeRefused);
+  std::vector<std::string> messages = select_lines(err.str(), "");
+  for (std::string& message : messages)
+    message.erase(0, std::string(LUMO_SOURCE_DIR "/").size());
+  EXPECT_EQ(select_lines(read_file(LUMO_SOURCE_DIR "/docs/program.md"), "examples/refusals.smt2: "),
+            messages);
+  const std::vector<std::string> remainders(messages.end() - 2, messages.end());
+  EXPECT_EQ(select_lines(read_file(kPage), "examples/refusals.smt2: "), remainders);
 }
 
 TEST(CalculatorsPage, HasARowForEachOperator)
