@@ -119,7 +119,8 @@ TEST(AdHocCalculators, EndInAnExceptionOrInDefinitionsOnAnApplicationOfAnotherOp
   for (const std::unique_ptr<AdHocCalculator>& calculator : make_all()) {
     for (const char* other : {"(bvsle #x05 x8)", "(bvsle x8 #x05)", "(bvadd x8 #x05)", "(and p q)"}) {
       const Term* t = test::parse_term(mgr, other);
-      if (typeid(*calculator) == typeid(IteAdHocCalculator)) continue;  // reads a third argument
+      const AdHocCalculator& object = *calculator;
+      if (typeid(object) == typeid(IteAdHocCalculator)) continue;  // reads a third argument
       for (const Term* value : {mgr.make_true(), mgr.make_false(), test::parse_term(mgr, "#x01")}) {
         ModelStore::DefinitionStack defs;
         try {
