@@ -72,7 +72,12 @@ void BVMulAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 {
   const unsigned long w = read_width(mgr, t);
   const QNumber v = read_number(mgr, value);
-  auto [a, b, a_is_number, b_is_number, a_number, b_number] = read_numbers(mgr, t);
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  QNumber a_number;
+  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
+  QNumber b_number;
+  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
 

@@ -63,7 +63,12 @@ void BVUltAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
   const bool want = value->get_symbol() == mgr->get_true_symbol();
   unsigned long w = 0;
   mgr->is_bv_ult(t->get_symbol(), &w);
-  auto [a, b, a_is_number, b_is_number, a_number, b_number] = read_numbers(mgr, t);
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  QNumber a_number;
+  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
+  QNumber b_number;
+  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
 
   if (a_is_number && b_is_number) throw error("term was not free");
 
@@ -93,7 +98,12 @@ void BVUleAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
   const bool want = value->get_symbol() == mgr->get_true_symbol();
   unsigned long w = 0;
   mgr->is_bv_ule(t->get_symbol(), &w);
-  auto [a, b, a_is_number, b_is_number, a_number, b_number] = read_numbers(mgr, t);
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  QNumber a_number;
+  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
+  QNumber b_number;
+  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
 
   if (a_is_number && b_is_number) throw error("We cannot find a value for this atom!");
 
@@ -123,7 +133,12 @@ void BVSltAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
   const bool want = value->get_symbol() == mgr->get_true_symbol();
   unsigned long w = 0;
   mgr->is_bv_slt(t->get_symbol(), &w);
-  auto [a, b, a_is_number, b_is_number, a_number, b_number] = read_numbers(mgr, t);
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  QNumber a_number;
+  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
+  QNumber b_number;
+  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
 
@@ -155,7 +170,12 @@ void BVSleAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
   const bool want = value->get_symbol() == mgr->get_true_symbol();
   unsigned long w = 0;
   mgr->is_bv_sle(t->get_symbol(), &w);
-  auto [a, b, a_is_number, b_is_number, a_number, b_number] = read_numbers(mgr, t);
+  const Term* a = t->get_arg(0);
+  const Term* b = t->get_arg(1);
+  QNumber a_number;
+  const bool a_is_number = mgr->is_number(a->get_symbol(), &a_number);
+  QNumber b_number;
+  const bool b_is_number = mgr->is_number(b->get_symbol(), &b_number);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
 

@@ -54,25 +54,6 @@ struct Operands
   return {a, b, a_is_number, b_is_number};
 }
 
-/// The same with the numbers of those that are, 0 for those that are not.
-struct NumberOperands
-{
-  const Term* a;
-  const Term* b;
-  bool a_is_number;
-  bool b_is_number;
-  QNumber a_number;
-  QNumber b_number;
-};
-
-[[maybe_unused]] inline NumberOperands read_numbers(const TermManager* mgr, const Term* t)
-{
-  NumberOperands operands{t->get_arg(0), t->get_arg(1), false, false, {}, {}};
-  operands.a_is_number = mgr->is_number(operands.a->get_symbol(), &operands.a_number);
-  operands.b_is_number = mgr->is_number(operands.b->get_symbol(), &operands.b_number);
-  return operands;
-}
-
 /// Puts an operand that is a declared constant first; returns whether it exchanged a and b for that. If both
 /// are constants, a stays.
 ///
