@@ -1,5 +1,7 @@
 #include "model/model_store.h"
 
+#include <utility>
+
 #include "terms/exception.h"
 #include "terms/fold.h"
 
@@ -34,7 +36,11 @@ void ModelStore::replay(DefinitionStack& defs)
     check_own_term(*mgr_, definition.term);
     check_own_term(*mgr_, definition.value);
     check_sorts(definition);
-    if (definition.flag) evaluator_.set_value(definition.term, evaluator_.evaluate(definition.value));
+    if (!definition.flag) continue;
+    // Most values are numerals; they need no place among the evaluator's results.
+    QNumber number;
+    if (!get_value_number(*mgr_, definition.value, number)) number = evaluator_.evaluate(definition.value);
+    evaluator_.set_value(definition.term, std::move(number));
   }
 }
 

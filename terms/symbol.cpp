@@ -44,8 +44,12 @@ std::unique_ptr<const std::string> make_operator_name(Kind kind, const Parameter
 
 }  // namespace
 
-std::unique_ptr<const std::string> Symbol::make_numeral_name() const
+std::unique_ptr<const std::string> Symbol::make_name() const
 {
+  // Only fresh constants are constants without a name.
+  if (kind_ == Kind::kConstant) {
+    return std::make_unique<const std::string>(static_cast<const FreshSymbol*>(this)->make_name());
+  }
   QNumber value;
   output_type_->get_manager()->is_number(this, &value);
   return std::make_unique<const std::string>(make_numeral_text(value, output_type_->get_width()));

@@ -25,11 +25,12 @@ class Symbol
   Symbol& operator=(const Symbol&) = delete;
 
   /// An operator's SMT-LIB 2 spelling with its indices (`bvmul`, `(_ extract 7 4)`), a constant's name as it
-  /// was declared, without quotes, or a numeral's literal (`#x0f`, `#b101`), which is made at the first call.
+  /// was declared, without quotes, or a numeral's literal (`#x0f`, `#b101`). The names of numerals and of fresh
+  /// constants are made at the first call.
   [[nodiscard]] const std::string& get_name() const
   {
     if (name_ == nullptr) [[unlikely]]
-      name_ = make_numeral_name();
+      name_ = make_name();
     return *name_;
   }
   /// The sort of the symbol's applications.
@@ -47,11 +48,28 @@ class Symbol
   {}
 
  private:
-  [[nodiscard]] std::unique_ptr<const std::string> make_numeral_name() const;
+  /// The name of a numeral or of a fresh constant
+  [[nodiscard]] std::unique_ptr<const std::string> make_name() const;
 
   const DataType* output_type_;
   mutable std::unique_ptr<const std::string> name_;
   Kind kind_;
+};
+
+/// A constant that was made under a name which nobody chose: a prefix and a number.
+class FreshSymbol : public Symbol
+{
+ public:
+  /// The prefix must outlive the symbol.
+  FreshSymbol(TermManagerKey /*key*/, const DataType* output_type, const std::string* prefix,
+              std::size_t number)
+      : Symbol(Kind::kConstant, output_type, nullptr), prefix_(prefix), number_(number)
+  {}
+  [[nodiscard]] std::string make_name() const { return *prefix_ + "!" + std::to_string(number_); }
+
+ private:
+  const std::string* prefix_;
+  std::size_t number_;
 };
 
 /// The parameters of an operator, in the order in which its factory takes them; unused ones are 0.

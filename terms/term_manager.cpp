@@ -24,20 +24,6 @@ TermManager::TermManager()
 
 TermManager::~TermManager() = default;
 
-std::size_t TermManager::NumeralHash::operator()(const NumeralTable::Entry& entry) const
-{
-  return hash_numeral(entry.value, entry.symbol->get_output_type()->get_width());
-}
-
-std::size_t TermManager::TermHash::operator()(const Term& t) const
-{
-  const std::size_t num_args = t.get_num_args();
-  std::array<const Term*, kMaxArity> args;
-  for (std::size_t i = 0; i < num_args; ++i)
-    args[i] = t.get_arg(i);
-  return hash_term(t.get_symbol(), args.data(), num_args);
-}
-
 // -----------------------------------------------------------------------------------------------------------
 // sorts
 
@@ -79,14 +65,15 @@ const Symbol* TermManager::make_constant_symbol(const std::string& name, const D
 const Term* TermManager::make_constant(const std::string& name, const DataType* type)
 {
   check_own_type(type);
-  if (const auto known = constants_.find(name); known != constants_.end()) {
-    const DataType* known_type = known->second->get_symbol()->get_output_type();
+  if (const Term* known = find_constant(name); known != nullptr) {
+    const DataType* known_type = known->get_symbol()->get_output_type();
     if (known_type != type) {
       throw Exception("the constant " + name + " was declared with sort " + known_type->to_string() +
                       ", but sort " + type->to_string() + " was given");
     }
-    return known->second;
+    return known;
   }
+  fresh_constants_.take(name);
   const Symbol* s = make_leaf_symbol(Kind::kConstant, type, std::make_unique<std::string>(name));
   const Term* t = allocate_term(s, nullptr, 0);
   constants_.emplace(s->get_name(), t);
@@ -96,12 +83,17 @@ const Term* TermManager::make_constant(const std::string& name, const DataType* 
 const Term* TermManager::make_fresh_constant(const std::string& prefix, const DataType* type)
 {
   check_own_type(type);
-  unsigned long& next = next_fresh_[prefix];
-  std::string name;
-  do {
-    name = prefix + "!" + std::to_string(next++);
-  } while (constants_.contains(name));
-  return make_constant(name, type);
+  const auto [own_prefix, family, number] = fresh_constants_.make_vacancy(prefix);
+  const Symbol* s = &fresh_symbols_.emplace_back(TermManagerKey(), type, own_prefix, number);
+  const Term* t = allocate_term(s, nullptr, 0);
+  family->members[number] = t;
+  return t;
+}
+
+const Term* TermManager::find_constant(const std::string& name) const
+{
+  const auto declared = constants_.find(name);
+  return declared != constants_.end() ? declared->second : fresh_constants_.find(name);
 }
 
 // --------------------------------------------------------------------------------------------------------
@@ -191,7 +183,7 @@ const Term* TermManager::find_leaf(const Symbol* s) const
 {
   if (s == get_true_symbol()) return true_;
   if (s == get_false_symbol()) return false_;
-  if (is_constant(s)) return constants_.find(s->get_name())->second;
+  if (is_constant(s)) return find_constant(s->get_name());
   return numerals_.find(s)->term;
 }
 

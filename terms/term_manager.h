@@ -15,6 +15,7 @@
 #include "numbers/hash_mix.h"
 #include "numbers/qnumber.h"
 #include "terms/data_type.h"
+#include "terms/fresh_constants.h"
 #include "terms/kind.h"
 #include "terms/numeral_table.h"
 #include "terms/symbol.h"
@@ -58,7 +59,7 @@ class TermManager
   /// The declared constant of that name; a second call must name the same sort.
   const Symbol* make_constant_symbol(const std::string& name, const DataType* type);
   const Term* make_constant(const std::string& name, const DataType* type);
-  /// A constant whose name starts with the prefix and was not taken before.
+  /// A constant whose name was not taken before: the prefix, an exclamation mark and a number. Numbers grow.
   const Term* make_fresh_constant(const std::string& prefix, const DataType* type);
   /// Whether s is a declared constant; true, false and numerals are none.
   [[nodiscard]] bool is_constant(const Symbol* s) const { return s->get_kind() == Kind::kConstant; }
@@ -115,7 +116,7 @@ class TermManager
   [[nodiscard]] std::size_t get_num_terms() const { return num_terms_; }
   [[nodiscard]] std::size_t get_num_symbols() const
   {
-    return leaf_symbols_.size() + operator_symbols_.size();
+    return leaf_symbols_.size() + fresh_symbols_.size() + operator_symbols_.size();
   }
 
   // ------------------------------------------------------------------------ Boolean operators, ite, eq
@@ -255,21 +256,6 @@ class TermManager
       h = mix_hash(h, args[i]);
     return h;
   }
-  struct OperatorHash
-  {
-    std::size_t operator()(const OperatorSymbol& s) const
-    {
-      return hash_operator(s.get_kind(), s.get_parameters());
-    }
-  };
-  struct NumeralHash
-  {
-    std::size_t operator()(const NumeralTable::Entry& entry) const;
-  };
-  struct TermHash
-  {
-    std::size_t operator()(const Term& t) const;
-  };
 
   template <class... Out>
   static bool is_operator_of(const Symbol* s, Kind kind, Out*... out)
@@ -303,6 +289,8 @@ class TermManager
   /// A new object; it is in no table yet.
   const Term* allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args);
   [[nodiscard]] const Term* find_leaf(const Symbol* s) const;
+  /// The constant of that name, or null.
+  [[nodiscard]] const Term* find_constant(const std::string& name) const;
 
   DataType bool_type_;
   std::unordered_map<unsigned long, DataType> bv_types_;
@@ -312,16 +300,18 @@ class TermManager
   std::pmr::monotonic_buffer_resource leaf_memory_;
   std::pmr::deque<Symbol> leaf_symbols_{&leaf_memory_};
   std::deque<OperatorSymbol> operator_symbols_;
-  UniqueTable<OperatorSymbol, OperatorHash> operators_;
+  UniqueTable<OperatorSymbol> operators_;
   std::array<const OperatorSymbol*, kNumOperators> last_operators_{};
 
-  std::unordered_map<std::string_view, const Term*> constants_;  ///< the keys are the symbols' own names
-  std::unordered_map<std::string, unsigned long> next_fresh_;    ///< by prefix
+  /// All but the fresh ones; the keys are the symbols' own names.
+  std::unordered_map<std::string_view, const Term*> constants_;
+  std::deque<FreshSymbol> fresh_symbols_;
+  FreshConstants fresh_constants_;
   NumeralTable numerals_;
-  UniqueTable<NumeralTable::Entry, NumeralHash> numerals_by_value_;
+  UniqueTable<NumeralTable::Entry> numerals_by_value_;
 
   std::pmr::monotonic_buffer_resource term_memory_;
-  UniqueTable<Term, TermHash> applications_;
+  UniqueTable<Term> applications_;
   std::size_t num_terms_ = 0;
   const Term* true_;
   const Term* false_;

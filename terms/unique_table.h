@@ -2,13 +2,17 @@
 #define LUMO_TERMS_UNIQUE_TABLE_H
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace lumo {
 
 /// The index by which structurally equal nodes are found again: an open-addressing hash set of node pointers,
-/// which it does not own. `Hash` gives a node's hash; nodes are never removed.
-template <class Node, class Hash>
+/// which it does not own. Nodes are never removed.
+///
+/// A part of each hash stands beside the pointers, so that a node is only looked at if it is very likely the
+/// wanted one, and none is when the table grows.
+template <class Node>
 class UniqueTable
 {
  public:
@@ -16,9 +20,10 @@ class UniqueTable
   template <class Matches>
   [[nodiscard]] const Node* find(std::size_t hash, Matches matches) const
   {
-    if (slots_.empty()) return nullptr;
-    for (std::size_t i = hash & mask(); slots_[i] != nullptr; i = (i + 1) & mask()) {
-      if (matches(*slots_[i])) return slots_[i];
+    if (nodes_.empty()) return nullptr;
+    const Tag tag = make_tag(hash);
+    for (std::size_t i = tag & mask(); tags_[i] != kEmpty; i = (i + 1) & mask()) {
+      if (tags_[i] == tag && matches(*nodes_[i])) return nodes_[i];
     }
     return nullptr;
   }
@@ -26,36 +31,49 @@ class UniqueTable
   /// Makes room for one more node, so that the next `insert` cannot fail.
   void reserve_one()
   {
-    if (2 * (size_ + 1) <= slots_.size()) return;
-    std::vector<const Node*> old(slots_.empty() ? kFirstSize : 2 * slots_.size());
-    old.swap(slots_);
-    for (const Node* node : old) {
-      if (node != nullptr) place(Hash{}(*node), node);
+    if (2 * (size_ + 1) <= nodes_.size()) return;
+    const std::size_t new_size = nodes_.empty() ? kFirstSize : 2 * nodes_.size();
+    std::vector<Tag> old_tags(new_size, kEmpty);
+    std::vector<const Node*> old_nodes(new_size);
+    old_tags.swap(tags_);
+    old_nodes.swap(nodes_);
+    for (std::size_t i = 0; i < old_tags.size(); ++i) {
+      if (old_tags[i] != kEmpty) place(old_tags[i], old_nodes[i]);
     }
   }
 
   /// Adds a node that is not yet in the table; room for it must have been made.
   void insert(std::size_t hash, const Node* node) noexcept
   {
-    place(hash, node);
+    place(make_tag(hash), node);
     ++size_;
   }
 
   [[nodiscard]] std::size_t size() const { return size_; }
 
  private:
-  static constexpr std::size_t kFirstSize = 64;
+  using Tag = std::uint32_t;
 
-  [[nodiscard]] std::size_t mask() const { return slots_.size() - 1; }
-  void place(std::size_t hash, const Node* node) noexcept
+  static constexpr std::size_t kFirstSize = 64;
+  static constexpr Tag kEmpty = 0;
+
+  [[nodiscard]] static Tag make_tag(std::size_t hash)
   {
-    std::size_t i = hash & mask();
-    while (slots_[i] != nullptr)
+    const Tag tag = static_cast<Tag>(hash);
+    return tag == kEmpty ? 1 : tag;
+  }
+  [[nodiscard]] std::size_t mask() const { return nodes_.size() - 1; }
+  void place(Tag tag, const Node* node) noexcept
+  {
+    std::size_t i = tag & mask();
+    while (tags_[i] != kEmpty)
       i = (i + 1) & mask();
-    slots_[i] = node;
+    tags_[i] = tag;
+    nodes_[i] = node;
   }
 
-  std::vector<const Node*> slots_;  ///< a power of two, at most half of them taken
+  std::vector<Tag> tags_;           ///< as many as nodes, kEmpty where there is none
+  std::vector<const Node*> nodes_;  ///< a power of two, at most half of them taken
   std::size_t size_ = 0;
 };
 

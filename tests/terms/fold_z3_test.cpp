@@ -2,7 +2,6 @@
 
 #include <array>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -13,94 +12,12 @@
 #include "tests/support/number.h"
 #include "tests/support/numbered.h"
 #include "tests/support/random.h"
+#include "tests/support/z3_terms.h"
 #include "tests/terms/operator_cases.h"
 
 namespace lumo::test {
 
 namespace {
-
-// -----------------------------------------------------------------------------------------------------------
-// applications in Z3
-
-using Apply = Z3_ast (*)(Z3_context, const Parameters&, const Z3_ast*);
-
-/// An operator that needs no parameter.
-template <auto kMake>
-Z3_ast plain(Z3_context c, const Parameters& /*p*/, const Z3_ast* a)
-{
-  if constexpr (std::is_invocable_v<decltype(kMake), Z3_context, Z3_ast>) {
-    return kMake(c, a[0]);
-  } else if constexpr (std::is_invocable_v<decltype(kMake), Z3_context, Z3_ast, Z3_ast>) {
-    return kMake(c, a[0], a[1]);
-  } else if constexpr (std::is_invocable_v<decltype(kMake), Z3_context, unsigned, const Z3_ast*>) {
-    return kMake(c, 2, a);
-  } else {
-    return kMake(c, a[0], a[1], a[2]);
-  }
-}
-
-/// An operator that needs the first parameter.
-template <auto kMake>
-Z3_ast indexed(Z3_context c, const Parameters& p, const Z3_ast* a)
-{
-  return kMake(c, static_cast<unsigned>(p[0]), a[0]);
-}
-
-Z3_ast extract(Z3_context c, const Parameters& p, const Z3_ast* a)
-{
-  return Z3_mk_extract(c, static_cast<unsigned>(p[0]), static_cast<unsigned>(p[1]), a[0]);
-}
-
-struct Row
-{
-  Kind kind;
-  Apply apply;
-};
-
-constexpr std::array<Row, 32> kJudge = {{
-    {Kind::kNot, plain<Z3_mk_not>},
-    {Kind::kAnd, plain<Z3_mk_and>},
-    {Kind::kOr, plain<Z3_mk_or>},
-    {Kind::kIff, plain<Z3_mk_iff>},
-    {Kind::kIte, plain<Z3_mk_ite>},
-    {Kind::kEq, plain<Z3_mk_eq>},
-    {Kind::kBvNot, plain<Z3_mk_bvnot>},
-    {Kind::kBvNeg, plain<Z3_mk_bvneg>},
-    {Kind::kBvRotateLeft, indexed<Z3_mk_rotate_left>},
-    {Kind::kBvRotateRight, indexed<Z3_mk_rotate_right>},
-    {Kind::kBvAnd, plain<Z3_mk_bvand>},
-    {Kind::kBvOr, plain<Z3_mk_bvor>},
-    {Kind::kBvXor, plain<Z3_mk_bvxor>},
-    {Kind::kBvConcat, plain<Z3_mk_concat>},
-    {Kind::kBvExtract, extract},
-    {Kind::kBvZeroExtend, indexed<Z3_mk_zero_ext>},
-    {Kind::kBvSignExtend, indexed<Z3_mk_sign_ext>},
-    {Kind::kBvLsl, plain<Z3_mk_bvshl>},
-    {Kind::kBvLsr, plain<Z3_mk_bvlshr>},
-    {Kind::kBvAsr, plain<Z3_mk_bvashr>},
-    {Kind::kBvAdd, plain<Z3_mk_bvadd>},
-    {Kind::kBvSub, plain<Z3_mk_bvsub>},
-    {Kind::kBvMul, plain<Z3_mk_bvmul>},
-    {Kind::kBvUdiv, plain<Z3_mk_bvudiv>},
-    {Kind::kBvSdiv, plain<Z3_mk_bvsdiv>},
-    {Kind::kBvUrem, plain<Z3_mk_bvurem>},
-    {Kind::kBvSrem, plain<Z3_mk_bvsrem>},
-    {Kind::kBvUlt, plain<Z3_mk_bvult>},
-    {Kind::kBvUle, plain<Z3_mk_bvule>},
-    {Kind::kBvSlt, plain<Z3_mk_bvslt>},
-    {Kind::kBvSle, plain<Z3_mk_bvsle>},
-    // Z3's interface has no bvcomp of its own; its value is told from that of the equality.
-    {Kind::kBvComp, plain<Z3_mk_eq>},
-}};
-
-constexpr bool rows_are_in_order()
-{
-  for (std::size_t i = 0; i < kJudge.size(); ++i) {
-    if (kJudge[i].kind != static_cast<Kind>(i)) return false;
-  }
-  return true;
-}
-static_assert(rows_are_in_order());
 
 class Judge
 {
@@ -109,15 +26,9 @@ class Judge
   std::string compute(Kind kind, const SymbolCase& symbol, const std::vector<QNumber>& numbers)
   {
     std::vector<z3::expr> operands;
-    std::vector<Z3_ast> args;
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
+    for (std::size_t i = 0; i < numbers.size(); ++i)
       operands.push_back(make_value(numbers[i], symbol.argument_widths[i]));
-      args.push_back(operands.back());
-    }
-    const Apply apply = kJudge[static_cast<std::size_t>(kind)].apply;
-    const z3::expr t(context_, apply(context_, symbol.parameters, args.data()));
-    context_.check_error();
-    return tell(t.simplify());
+    return tell(apply_in_z3(context_, kind, symbol.parameters, operands).simplify());
   }
 
  private:

@@ -241,6 +241,50 @@ TEST(FreshConstants, AreFoundByTheirNames)
   EXPECT_EQ(mgr.make_constant(t->get_symbol()->get_name(), mgr.make_bv_type(4)), t);
 }
 
+TEST(FreshConstants, CountUpPerPrefixAndSkipDeclaredNames)
+{
+  TermManager mgr;
+  const DataType* type = mgr.make_bool_type();
+  const auto next = [&mgr, type](const std::string& prefix) {
+    return mgr.make_fresh_constant(prefix, type)->get_symbol()->get_name();
+  };
+  for (const char* name :
+       {"u!1", "u!3", "u!01", "u!-2", "u!", "u", "u!0x", "u!18446744073709551616", "v!u!0"})
+    mgr.make_constant(name, type);
+  EXPECT_EQ(next("u"), "u!0");
+  EXPECT_EQ(next("u"), "u!2");
+  mgr.make_constant("u!4", type);
+  EXPECT_EQ(next("u"), "u!5");
+  EXPECT_EQ(next("v!u"), "v!u!1");
+  EXPECT_EQ(next("v"), "v!0");
+  EXPECT_EQ(next("u"), "u!6");
+}
+
+TEST(FreshConstants, NameOfOneIsNotFreeForAnotherSort)
+{
+  TermManager mgr;
+  mgr.make_fresh_constant("u", mgr.make_bool_type());
+  expect_refusal(
+      mgr, [&mgr] { mgr.make_constant("u!0", mgr.make_bv_type(4)); },
+      "the constant u!0 was declared with sort Bool, but sort (_ BitVec 4) was given");
+}
+
+TEST(FreshConstants, NamesThatOnlyLookAlikeAreOtherConstants)
+{
+  TermManager mgr;
+  const Term* fresh = mgr.make_fresh_constant("u", mgr.make_bool_type());
+  for (const char* name : {"u!00", "u!1", "u", "!0", "v!0"})
+    EXPECT_NE(mgr.make_constant(name, mgr.make_bool_type()), fresh) << name;
+}
+
+TEST(FreshConstants, AreTermsOfTheirSymbols)
+{
+  TermManager mgr;
+  const Term* fresh = mgr.make_fresh_constant("u", mgr.make_bool_type());
+  EXPECT_EQ(mgr.make_term(fresh->get_symbol(), {}), fresh);
+  EXPECT_EQ(mgr.make_constant_symbol("u!0", mgr.make_bool_type()), fresh->get_symbol());
+}
+
 // -----------------------------------------------------------------------------------------------------------
 // managers side by side
 

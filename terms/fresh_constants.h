@@ -1,0 +1,50 @@
+#ifndef LUMO_TERMS_FRESH_CONSTANTS_H
+#define LUMO_TERMS_FRESH_CONSTANTS_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+namespace lumo {
+
+class Term;
+
+/// The fresh constants of a manager by prefix and number. A fresh constant is called `<prefix>!<number>`, so it is
+/// found by its name without a table of names, and nobody needs to write the name down before it is asked for.
+class FreshConstants
+{
+ public:
+  /// The constants of one prefix
+  struct Family
+  {
+    std::vector<const Term*> members;       ///< by number; null where the name is another constant's
+    std::unordered_set<std::size_t> taken;  ///< larger numbers for which it is so
+  };
+  /// A place that a new member may have
+  struct Vacancy
+  {
+    const std::string* prefix;  ///< lives as long as the object
+    Family* family;
+    std::size_t number;
+  };
+
+  /// The next vacancy: the caller puts the new constant there. If it does not, the number is skipped.
+  Vacancy make_vacancy(const std::string& prefix);
+  /// The fresh constant of that name, or null.
+  [[nodiscard]] const Term* find(std::string_view name) const;
+  /// Notes that another constant has the name, which is no fresh one's.
+  void take(std::string_view name);
+
+ private:
+  using Families = std::unordered_map<std::string, Family>;
+
+  Families families_;
+  Families::value_type* last_ = nullptr;  ///< that a vacancy was made in
+};
+
+}  // namespace lumo
+
+#endif
