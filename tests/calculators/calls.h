@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "model/model_store.h"
+#include "tests/calculators/definition.h"
 #include "tests/calculators/edge_cases.h"
 
 namespace lumo {
@@ -19,14 +20,6 @@ inline std::ostream& operator<<(std::ostream& out, const OperatorInfo& info)
 }  // namespace lumo
 
 namespace lumo::test {
-
-struct Definition
-{
-  const Term* term;
-  const Term* value;
-
-  friend bool operator==(const Definition&, const Definition&) = default;
-};
 
 /// Everything on the stack, oldest first; the stack is empty afterwards. Every flag must be set.
 std::vector<Definition> take_definitions(ModelStore::DefinitionStack& defs);

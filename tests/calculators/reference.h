@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "terms/term_manager.h"
-#include "tests/calculators/calls.h"
+#include "tests/calculators/definition.h"
 
 namespace lumo::test {
 

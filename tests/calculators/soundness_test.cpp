@@ -1,11 +1,12 @@
 // Whatever a calculator solves for distinct constants and a proper value makes the application take that
 // value.
 
+#include "tests/calculators/soundness.h"
+
 #include <gtest/gtest.h>
 
 #include "calculators/calculator_table.h"
 #include "numbers/bvnumber.h"
-#include "terms/fold.h"
 #include "tests/calculators/calls.h"
 #include "tests/calculators/enumeration.h"
 #include "tests/support/gmp_number.h"
@@ -36,34 +37,6 @@ Result solve_and_evaluate(TermManager& mgr, const Term* t, const Term* value)
   ModelStore model(&mgr);
   model.replay(defs);
   return model.get_value(t) == value ? Result::kSound : Result::kUnsound;
-}
-
-/// Whether all arguments are values or constants, no constant twice.
-bool has_distinct_constants(const TermManager& mgr, const Term* t)
-{
-  for (std::size_t i = 0; i < t->get_num_args(); ++i) {
-    const Term* a = t->get_arg(i);
-    if (a->get_num_args() != 0) return false;
-    for (std::size_t j = 0; j < i; ++j) {
-      if (t->get_arg(j) == a && !is_value(mgr, a)) return false;
-    }
-  }
-  return true;
-}
-
-/// The cases that are unsound by design: extensions give a value also to a numeral, a one-bit argument whose
-/// sign is extended takes 1 for 1, and an if-then-else takes true and false for free branches.
-bool is_known_exception(const TermManager& mgr, const Term* t)
-{
-  const Kind kind = t->get_symbol()->get_kind();
-  const Term* first = t->get_arg(0);
-  if (kind == Kind::kBvZeroExtend) return mgr.is_number(first->get_symbol(), nullptr);
-  if (kind == Kind::kBvSignExtend) {
-    return mgr.is_number(first->get_symbol(), nullptr) ||
-           first->get_symbol()->get_output_type()->get_width() == 1;
-  }
-  return kind == Kind::kIte && t->get_symbol()->get_output_type()->is_bool() &&
-         (is_value(mgr, t->get_arg(1)) || is_value(mgr, t->get_arg(2)));
 }
 
 class SmallSoundnessTest : public testing::TestWithParam<OperatorInfo>

@@ -4,7 +4,7 @@
 #include <climits>
 #include <numeric>
 
-#include "tests/numbers/number_testing.h"
+#include "tests/numbers/number_forms.h"
 #include "tests/support/gmp_number.h"
 
 namespace lumo::test {

@@ -33,6 +33,16 @@ class Random
     bits();
   }
 
+  /// A generator whose first numbers follow from two bytes each, so that a fuzzer can change one decision and
+  /// leave the others alone; when the bytes are used up, it goes on by itself. The bytes must outlive it.
+  [[nodiscard]] static Random from_bytes(const std::uint8_t* bytes, std::size_t size)
+  {
+    Random random(kDefaultSeed, 0);
+    random.next_byte_ = bytes;
+    random.num_bytes_ = size;
+    return random;
+  }
+
   [[nodiscard]] std::uint64_t seed() const { return seed_; }
   [[nodiscard]] static std::uint64_t run_seed()
   {
@@ -50,6 +60,11 @@ class Random
   /// 64 uniform bits (S. Vigna, splitmix64).
   std::uint64_t bits()
   {
+    if (num_bytes_ >= 2) {
+      state_ = std::uint64_t{next_byte_[0]} << 8U | next_byte_[1];
+      next_byte_ += 2;
+      num_bytes_ -= 2;
+    }
     state_ += 0x9e3779b97f4a7c15U;
     std::uint64_t z = state_;
     z = (z ^ (z >> 30U)) * 0xbf58476d1ce4e5b9U;
@@ -172,6 +187,8 @@ class Random
 
   std::uint64_t seed_;
   std::uint64_t state_;
+  const std::uint8_t* next_byte_ = nullptr;
+  std::size_t num_bytes_ = 0;
 };
 
 }  // namespace lumo::test

@@ -1,0 +1,19 @@
+#ifndef LUMO_TESTS_CALCULATORS_DEFINITION_H
+#define LUMO_TESTS_CALCULATORS_DEFINITION_H
+
+#include "terms/term.h"
+
+namespace lumo::test {
+
+/// What a calculator pushes, without the flag.
+struct Definition
+{
+  const Term* term;
+  const Term* value;
+
+  friend bool operator==(const Definition&, const Definition&) = default;
+};
+
+}  // namespace lumo::test
+
+#endif
