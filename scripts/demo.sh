@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Builds the program lumo, lets it invert an example, and has the solver z3 confirm that the values it finds make
-# the example's assertions true. Installs what is missing first.
+# Builds the program lumo, lets it solve an example, and has the solver z3 confirm that the model that it prints
+# makes the example's assertions true. Installs what is missing first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-example=examples/demo.smt2
+example=examples/solve/checksum.smt2
 build=build/demo
 log=build/demo-build.log
 
@@ -25,19 +25,14 @@ echo
 echo "\$ cat $example"
 cat "$example"
 echo
-echo "\$ lumo invert $example"
-definitions=$("$build/cli/lumo" invert "$example")
-echo "$definitions"
+echo "\$ lumo solve $example --model --stats"
+output=$("$build/cli/lumo" solve "$example" --model --stats)
+echo "$output"
 
-# The example with the definitions in place of the declarations of what they define. The declarations that are
-# left come first, since a definition may mention what they declare.
-defined_names=$(sed -nE 's/^\(define-fun ([^ ]+) .*/\1/p' <<< "$definitions")
+# The example's assertions under definitions of its constants: the lines of the model between its parentheses
 question=$(
-  awk -v names="$defined_names" '
-    BEGIN { split(names, list, "\n"); for (i in list) defined[list[i]] = 1 }
-    /^\(declare-(const|fun) / && $2 in defined { next }
-    /^\((declare-const|declare-fun|set-logic) /' "$example"
-  echo "$definitions"
+  grep '^(set-logic ' "$example"
+  sed -n 's/^  (define-fun/(define-fun/p' <<< "$output"
   grep '^(assert ' "$example"
   echo "(check-sat)"
 )

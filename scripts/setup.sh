@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building lumo needs and that are missing.
 #
-#   scripts/setup.sh [run|test|check|bench]...
+#   scripts/setup.sh [run|test|check|bench|fuzz|coverage]...
 #
 # run (the default) is what the library and the program need, test adds the tests, check the tools of a full
-# check, bench the benchmarks. Says and does nothing when all packages are there. Needs root or sudo.
+# check, bench the benchmarks, fuzz the fuzz targets, coverage what measures which code the tests reach. Says and
+# does nothing when all packages are there. Needs root or sudo.
 set -euo pipefail
 
 fail()
@@ -22,7 +23,9 @@ add_group()
     test) add_group run && wanted+=(libgtest-dev cvc5) ;;
     check) add_group test && wanted+=(clang clang-format clang-tidy git shellcheck) ;;
     bench) add_group run && wanted+=(libbenchmark-dev libflint-dev) ;;
-    *) fail "unknown group '$1'; the groups are run, test, check and bench." ;;
+    fuzz) add_group run && wanted+=(clang libclang-rt-dev) ;;
+    coverage) add_group test && wanted+=(gcovr python3) ;;
+    *) fail "unknown group '$1'; the groups are run, test, check, bench, fuzz and coverage." ;;
   esac
 }
 

@@ -8,6 +8,15 @@
 
 namespace lumo::smtlib {
 
+std::vector<const Term*> Script::get_asserted_terms() const
+{
+  std::vector<const Term*> terms;
+  terms.reserve(assertions.size());
+  for (const Assertion& assertion : assertions)
+    terms.push_back(assertion.term);
+  return terms;
+}
+
 Script read_script(TermManager& mgr, std::string_view text)
 {
   Scanner scanner(mgr, text);

@@ -20,6 +20,9 @@ struct Script
 {
   std::vector<const Term*> constants;  ///< all that are declared, whether used or not
   std::vector<Assertion> assertions;
+
+  /// The terms of the assertions in their order.
+  [[nodiscard]] std::vector<const Term*> get_asserted_terms() const;
 };
 
 /// Reads SMT-LIB 2 text over Booleans and bit-vectors into terms of a manager, which should be new: the names

@@ -1,55 +1,16 @@
 #include "smtlib/run_invert.h"
 
-#include <cerrno>
-#include <istream>
+#include <algorithm>
 #include <memory>
 #include <ostream>
-#include <system_error>
 
-#include "smtlib/input_error.h"
+#include "smtlib/command.h"
 #include "smtlib/invert.h"
 #include "smtlib/printer.h"
-#include "smtlib/reader.h"
-#include "smtlib/symbol_text.h"
-#include "smtlib/text_file.h"
 
 namespace lumo::smtlib {
 
 namespace {
-
-/// One input: its terms and what it asserts over them.
-struct Input
-{
-  std::string name;  ///< as messages show it
-  TermManager mgr;
-  Script script;
-};
-
-/// A message of the library as the end of a line.
-std::string make_sentence(const Exception& e)
-{
-  std::string sentence = e.what();
-  while (!sentence.empty() && sentence.back() == '\n')
-    sentence.pop_back();
-  return sentence;
-}
-
-/// Null if the input cannot be read; then err says why.
-std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, std::ostream& err)
-{
-  auto input = std::make_unique<Input>();
-  const bool is_standard_input = file == "-";
-  input->name = is_standard_input ? "<stdin>" : make_excerpt(file);
-  try {
-    input->script = read_script(input->mgr, is_standard_input ? read_stream(in) : read_file(file));
-    return input;
-  } catch (const InputError& e) {
-    err << make_located_message(input->name, e) << '\n';
-  } catch (const Exception& e) {
-    err << input->name << ": " << make_sentence(e) << '\n';
-  }
-  return nullptr;
-}
 
 void solve_assertion(Input& input, Inverter& inverter, std::size_t number, std::ostream& out)
 {
@@ -79,12 +40,17 @@ bool solve_input(Input& input, std::ostream& out, std::ostream& err)
   return is_solved;
 }
 
-/// Whoever closed the other end of a pipe has seen enough and wants no message.
-void report_write_failure(std::ostream& err, int reason)
+/// Returns whether every assertion of every input got its definitions.
+bool solve_inputs(std::vector<std::unique_ptr<Input>>& inputs, std::ostream& out, std::ostream& err)
 {
-  if (reason == EPIPE) return;
-  err << "<stdout>: this cannot be written: " << std::generic_category().message(reason != 0 ? reason : EIO)
-      << '\n';
+  bool is_solved = true;
+  for (std::size_t i = 0; i < inputs.size(); ++i) {
+    if (i > 0) out << "(reset)\n";
+    if (inputs.size() > 1) out << "; " << inputs[i]->name << '\n';
+    is_solved = solve_input(*inputs[i], out, err) && is_solved;
+    inputs[i].reset();
+  }
+  return is_solved;
 }
 
 }  // namespace
@@ -92,27 +58,20 @@ void report_write_failure(std::ostream& err, int reason)
 int run_invert(const std::vector<std::string>& files, std::istream& in, std::ostream& out, std::ostream& err)
 {
   std::vector<std::unique_ptr<Input>> inputs;
-  bool is_readable = true;
+  int status = kAllSolved;
   for (const std::string& file : files) {
-    inputs.push_back(read_input(file, in, err));
-    is_readable = is_readable && inputs.back() != nullptr;
+    status = std::max(status, run_command(err, [&] {
+                        inputs.push_back(read_input(file, in));
+                        return kAllSolved;
+                      }));
   }
-  if (!is_readable) return kFailed;
+  if (status != kAllSolved) return status;
 
-  bool is_solved = true;
-  errno = 0;
-  for (std::size_t i = 0; i < inputs.size(); ++i) {
-    if (i > 0) out << "(reset)\n";
-    if (inputs.size() > 1) out << "; " << inputs[i]->name << '\n';
-    is_solved = solve_input(*inputs[i], out, err) && is_solved;
-    inputs[i].reset();
-  }
-  out.flush();
-  if (!out) {
-    report_write_failure(err, errno);
-    return kFailed;
-  }
-  return is_solved ? kAllSolved : kSomeRefused;
+  return run_command(err, [&] {
+    bool is_solved = true;
+    write_output(out, [&](std::ostream& stream) { is_solved = solve_inputs(inputs, stream, err); });
+    return is_solved ? kAllSolved : kSomeRefused;
+  });
 }
 
 }  // namespace lumo::smtlib

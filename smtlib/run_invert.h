@@ -5,11 +5,12 @@
 #include <string>
 #include <vector>
 
+#include "smtlib/exit_status.h"
+
 namespace lumo::smtlib {
 
-inline constexpr int kAllSolved = 0;
-inline constexpr int kSomeRefused = 1;
-inline constexpr int kFailed = 2;
+inline constexpr int kAllSolved = kAnswered;
+inline constexpr int kSomeRefused = kRefused;
 
 /// Does `lumo invert` and returns its exit status.
 ///

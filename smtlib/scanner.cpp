@@ -44,7 +44,7 @@ const Scanner::Command Scanner::kCommands[] = {
     {"get-unsat-assumptions", &Scanner::skip},
     {"get-unsat-core", &Scanner::skip},
     {"get-value", &Scanner::skip},
-    {"set-info", &Scanner::skip},
+    {"set-info", &Scanner::set_info},
     {"set-logic", &Scanner::skip},
     {"set-option", &Scanner::skip},
 };
@@ -103,6 +103,14 @@ void Scanner::check_sat()
   close_command();
   if (has_query_) throw InputError(place_, "a second check-sat was found, but only one was expected");
   has_query_ = true;
+}
+
+void Scanner::set_info()
+{
+  Lexer content = lexer_;
+  skip();
+  const Token keyword = content.next();
+  if (keyword.kind == TokenKind::kKeyword) infos_.push_back({keyword, content});
 }
 
 void Scanner::exit()

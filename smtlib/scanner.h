@@ -39,6 +39,13 @@ class Scanner
     std::string_view name;  ///< that is defined
   };
 
+  /// What a `set-info` says
+  struct Info
+  {
+    Token keyword;
+    Lexer content;  ///< stands behind the keyword; the command is closed for sure
+  };
+
   /// The text must outlive the object.
   Scanner(TermManager& mgr, std::string_view text)
       : mgr_(mgr), text_(text), lexer_(text), sorts_(mgr, lexer_), rewritten_(text)
@@ -49,6 +56,8 @@ class Scanner
 
   [[nodiscard]] const std::vector<Declaration>& get_declarations() const { return declarations_; }
   [[nodiscard]] const std::vector<Item>& get_items() const { return items_; }
+  /// In their order
+  [[nodiscard]] const std::vector<Info>& get_infos() const { return infos_; }
   [[nodiscard]] const RewrittenText& get_rewritten_text() const { return rewritten_; }
   /// What the constants that stand for literals mean, by name.
   [[nodiscard]] const std::unordered_map<std::string, const Term*>& get_literals() const { return literals_; }
@@ -76,6 +85,7 @@ class Scanner
 
   void skip() { lexer_.skip_list(place_); }
   void check_sat();
+  void set_info();
   void exit();
   void assert_term();
   void declare_const();
@@ -101,6 +111,7 @@ class Scanner
   RewrittenText rewritten_;
   std::vector<Declaration> declarations_;
   std::vector<Item> items_;
+  std::vector<Info> infos_;
   std::unordered_set<std::string_view> names_;
   std::unordered_map<std::string, const Term*> literals_;
 

@@ -49,12 +49,19 @@ const Term* Z3Converter::convert(Z3_ast root)
   return result_of(root);
 }
 
-void Z3Converter::define(std::string_view name, Z3_ast equation)
+const Term* Z3Converter::convert_definition(std::string_view name, Z3_ast equation)
 {
   // The defined name is declared before the equation, but has no meaning in it.
   const auto place = meanings_.insert_or_assign(std::string(name), nullptr).first;
   const Term* meaning = convert(Z3_get_app_arg(z3_, Z3_to_app(z3_, equation), 1));
-  place->second = meaning;
+  meanings_.erase(place);
+  return meaning;
+}
+
+void Z3Converter::define(std::string_view name, Z3_ast equation)
+{
+  const Term* meaning = convert_definition(name, equation);
+  meanings_.insert_or_assign(std::string(name), meaning);
 }
 
 const Term*& Z3Converter::result_of(Z3_ast expression)

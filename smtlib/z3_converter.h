@@ -28,7 +28,10 @@ class Z3Converter
 
   /// An `Exception` says what was found that is neither over Booleans nor over bit-vectors.
   const Term* convert(Z3_ast root);
-  /// Takes an equation of a constant of that name and an expression: from now on, the constant means that.
+  /// Converts the right side of an equation whose left side is the constant of that name. An `Exception` if the
+  /// right side contains the name.
+  const Term* convert_definition(std::string_view name, Z3_ast equation);
+  /// The same; and from now on, the constant means that.
   void define(std::string_view name, Z3_ast equation);
 
  private:

@@ -1,10 +1,7 @@
 #include "tests/cli/process.h"
 
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
-#include <sstream>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -12,13 +9,6 @@
 namespace lumo::test {
 
 namespace {
-
-std::string read_file(const std::filesystem::path& path)
-{
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
 
 /// In the child: makes a descriptor stand for a file.
 void redirect(int descriptor, const std::filesystem::path& path, int flags)
@@ -58,24 +48,6 @@ int wait_for(pid_t child)
 
 }  // namespace
 
-TemporaryFolder::TemporaryFolder()
-{
-  std::string name = (std::filesystem::temp_directory_path() / "lumo-test-XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder can be made");
-  path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder()
-{
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
-}
-
-void TemporaryFolder::write(const std::string& name, std::string_view text) const
-{
-  std::ofstream(path_ / name, std::ios::binary) << text;
-}
-
 Outcome run_program(const std::string& program, const std::vector<std::string>& args,
                     const std::filesystem::path& folder, std::string_view standard_input, Output output)
 {
@@ -98,7 +70,7 @@ Outcome run_program(const std::string& program, const std::vector<std::string>& 
     _exit(127);
   }
   const int status = wait_for(child);
-  return {status, read_file(streams.get_path() / "out"), read_file(streams.get_path() / "err")};
+  return {status, streams.read("out"), streams.read("err")};
 }
 
 }  // namespace lumo::test

@@ -6,24 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/temporary_folder.h"
+
 namespace lumo::test {
-
-/// A folder of its own that goes away with the object and all that is in it.
-class TemporaryFolder
-{
- public:
-  TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder();
-
-  [[nodiscard]] const std::filesystem::path& get_path() const { return path_; }
-  /// Writes a file into the folder.
-  void write(const std::string& name, std::string_view text) const;
-
- private:
-  std::filesystem::path path_;
-};
 
 /// How a run of a program ended, and what it printed.
 struct Outcome

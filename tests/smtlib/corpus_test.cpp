@@ -1,9 +1,5 @@
-// Files as solvers meet them: a folder of .smt2 files, which the environment variable LUMO_SMT2_FOLDER names
-// or which lies beside the checkout. Without one there is nothing to test.
+// Files as solvers meet them, wherever they lie: without a folder of them there is nothing to test.
 
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -12,29 +8,15 @@
 
 #include "smtlib/run_invert.h"
 #include "smtlib/text_file.h"
+#include "tests/smtlib/smt2_files.h"
 #include "tests/smtlib/z3_judge.h"
 
 namespace lumo::test {
 namespace {
 
-std::vector<std::string> list_files()
-{
-  const char* chosen = std::getenv("LUMO_SMT2_FOLDER");  // NOLINT(concurrency-mt-unsafe)
-  const std::filesystem::path folder = chosen != nullptr
-                                           ? std::filesystem::path(chosen)
-                                           : std::filesystem::path(LUMO_SOURCE_DIR) / "../shared/data/real";
-  std::vector<std::string> files;
-  if (!std::filesystem::is_directory(folder)) return files;
-  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    if (entry.path().extension() == ".smt2") files.push_back(entry.path().string());
-  }
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
 TEST(Corpus, MeansWhatItMeansToZ3)
 {
-  const std::vector<std::string> files = list_files();
+  const std::vector<std::string> files = list_foreign_files();
   if (files.empty()) GTEST_SKIP() << "no folder of SMT-LIB 2 files";
   Random random;
   SCOPED_TRACE(random);
@@ -48,7 +30,7 @@ TEST(Corpus, MeansWhatItMeansToZ3)
 
 TEST(Corpus, CanBeInvertedOrIsRefusedPolitely)
 {
-  const std::vector<std::string> files = list_files();
+  const std::vector<std::string> files = list_foreign_files();
   if (files.empty()) GTEST_SKIP() << "no folder of SMT-LIB 2 files";
   for (const std::string& file : files) {
     SCOPED_TRACE(file);

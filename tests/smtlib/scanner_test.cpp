@@ -46,6 +46,25 @@ TEST(Scanner, KeepsWhatTheParserNeeds)
     EXPECT_EQ(rewrite(row.text), row.rewritten);
 }
 
+TEST(Scanner, KnowsWhatIsSetAsInformation)
+{
+  TermManager mgr;
+  Scanner scanner(mgr,
+                  "(set-info)(set-info name \"a\")(set-info :one \"b\" (c))\n (set-info :two)(assert true)");
+  scanner.scan();
+  const std::vector<Scanner::Info>& infos = scanner.get_infos();
+  ASSERT_EQ(infos.size(), 2U);
+  EXPECT_EQ(infos[0].keyword.text, ":one");
+  Lexer content = infos[0].content;
+  const Token text = content.next();
+  EXPECT_EQ(text.text, "b");
+  EXPECT_EQ(text.place, (Place{1, 45}));
+  EXPECT_EQ(infos[1].keyword.text, ":two");
+  EXPECT_EQ(infos[1].keyword.place, (Place{2, 12}));
+  content = infos[1].content;
+  EXPECT_EQ(content.next().kind, TokenKind::kClose);
+}
+
 TEST(Scanner, ReplacesLongLiterals)
 {
   const std::string binary(513, '1');

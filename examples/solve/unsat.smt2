@@ -1,0 +1,15 @@
+; Four rooms, five guests: what each guest wears is nobody's business, and is eliminated.
+(set-logic QF_BV)
+(declare-const g1 (_ BitVec 2))
+(declare-const g2 (_ BitVec 2))
+(declare-const g3 (_ BitVec 2))
+(declare-const g4 (_ BitVec 2))
+(declare-const g5 (_ BitVec 2))
+(declare-const hat (_ BitVec 32))
+(declare-const coat (_ BitVec 32))
+(declare-const scarf (_ BitVec 32))
+
+(assert (distinct g1 g2 g3 g4 g5))
+(assert (or (= g1 #b00) (bvult hat coat)))
+(assert (= (bvlshr scarf #x00000003) (concat g1 g2 #x0000000)))
+(check-sat)

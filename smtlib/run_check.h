@@ -1,0 +1,26 @@
+#ifndef LUMO_SMTLIB_RUN_CHECK_H
+#define LUMO_SMTLIB_RUN_CHECK_H
+
+#include <iosfwd>
+#include <string>
+
+#include "smtlib/exit_status.h"
+
+namespace lumo::smtlib {
+
+struct CheckOptions
+{
+  std::string file;
+  std::string model;  ///< in the form of an answer to `get-model`
+};
+
+/// Does `lumo check` and returns its exit status. One of the files may be `-`, which stands for `in`.
+///
+/// If every assertion of the script is true under the model, where constants that it leaves out are 0 or false,
+/// `valid` goes to `out`. Else `invalid` does, the first assertion that is false and the values of its constants
+/// go to `err`, and the status is kRefused.
+int run_check(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
+
+}  // namespace lumo::smtlib
+
+#endif

@@ -1,0 +1,32 @@
+#include "smtlib/run_dot.h"
+
+#include <memory>
+#include <vector>
+
+#include "elimination/eliminate.h"
+#include "smtlib/command.h"
+#include "smtlib/dot_printer.h"
+
+namespace lumo::smtlib {
+
+int run_dot(const DotOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
+{
+  return run_command(err, [&] {
+    const std::unique_ptr<Input> input = read_input(options.file, in);
+    const std::vector<const Term*> assertions = input->script.get_asserted_terms();
+    Elimination elimination;
+    with_located_failures(input->name, [&] { elimination = eliminate(input->mgr, assertions); });
+
+    std::vector<const Term*> marked;
+    for (const Step& step : elimination.trail.steps) {
+      const Term* t = options.is_after ? step.constant : step.original;
+      if (t != nullptr) marked.push_back(t);
+    }
+    write_output(out, [&](std::ostream& stream) {
+      print_dot(stream, options.is_after ? elimination.assertions : assertions, marked);
+    });
+    return kAnswered;
+  });
+}
+
+}  // namespace lumo::smtlib

@@ -1,0 +1,23 @@
+#ifndef LUMO_SMTLIB_RUN_DOT_H
+#define LUMO_SMTLIB_RUN_DOT_H
+
+#include <iosfwd>
+#include <string>
+
+#include "smtlib/exit_status.h"
+
+namespace lumo::smtlib {
+
+struct DotOptions
+{
+  std::string file;       ///< `-` stands for the standard input
+  bool is_after = false;  ///< whether to show what eliminating has left
+};
+
+/// Does `lumo dot` and returns its exit status: prints the term graph before eliminating, in which the
+/// applications that will go are marked, or the one after it, in which the constants that stand for them are.
+int run_dot(const DotOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
+
+}  // namespace lumo::smtlib
+
+#endif

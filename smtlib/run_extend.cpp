@@ -1,0 +1,72 @@
+#include "smtlib/run_extend.h"
+
+#include <memory>
+#include <ostream>
+#include <unordered_set>
+#include <vector>
+
+#include "smtlib/command.h"
+#include "smtlib/complete_model.h"
+#include "smtlib/model_file.h"
+#include "smtlib/model_text.h"
+#include "smtlib/trail_text.h"
+
+namespace lumo::smtlib {
+
+namespace {
+
+/// What a model of the rest may give values to: the script's constants and the trail's.
+std::vector<const Term*> list_constants(const Script& script, const Trail& trail)
+{
+  std::vector<const Term*> constants = script.constants;
+  std::unordered_set<const Term*> known(constants.begin(), constants.end());
+  const auto add = [&](const Term* t) {
+    if (t->get_symbol()->get_kind() == Kind::kConstant && known.insert(t).second) constants.push_back(t);
+  };
+  for (const Step& step : trail.steps)
+    add(step.constant);
+  for (const Term* fact : trail.facts)
+    add(fact);
+  return constants;
+}
+
+Trail read_trail_of(Input& input, const std::string& file, std::istream& in)
+{
+  const std::string text = read_input_text(file, in);
+  Trail trail;
+  with_located_failures(make_input_name(file),
+                        [&] { trail = read_trail(input.mgr, input.script.constants, text); });
+  return trail;
+}
+
+std::vector<ModelValue> complete_model_of(Input& input, const Elimination& elimination,
+                                          const std::vector<ModelValue>& values)
+{
+  Statistics statistics;
+  try {
+    return complete_model(input.mgr, input.script, elimination, values, statistics);
+  } catch (const CheckFailure& e) {
+    const std::string sentence = make_sentence(e) + "; the model or the trail may belong to another script";
+    throw CommandFailure(
+        e.get_place() ? make_message(input.name, *e.get_place(), sentence) : input.name + ": " + sentence,
+        kCheckFailed);
+  }
+}
+
+}  // namespace
+
+int run_extend(const ExtendOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
+{
+  return run_command(err, [&] {
+    check_one_standard_input({options.file, options.trail, options.model});
+    const std::unique_ptr<Input> input = read_input(options.file, in);
+    const Trail trail = read_trail_of(*input, options.trail, in);
+    const std::vector<ModelValue> values =
+        read_model_file(input->mgr, list_constants(input->script, trail), options.model, in);
+    const std::vector<ModelValue> model = complete_model_of(*input, {{}, trail}, values);
+    write_output(out, [&](std::ostream& stream) { print_model(stream, model); });
+    return kAnswered;
+  });
+}
+
+}  // namespace lumo::smtlib

@@ -1,0 +1,88 @@
+#include "smtlib/run_simplify.h"
+
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <system_error>
+#include <vector>
+
+#include "elimination/eliminate.h"
+#include "smtlib/command.h"
+#include "smtlib/output_file.h"
+#include "smtlib/script_printer.h"
+#include "smtlib/term_walk.h"
+#include "smtlib/trail_text.h"
+
+namespace lumo::smtlib {
+
+namespace {
+
+using Printer = std::function<void(std::ostream&)>;
+
+/// None is opened for the standard output.
+void open_output(std::optional<OutputFile>& file, const std::string& name)
+{
+  if (name != "-") file.emplace(name);
+}
+
+void write_to(std::optional<OutputFile>& file, std::ostream& out, const Printer& print)
+{
+  if (!file) {
+    write_output(out, print);
+  } else {
+    print(file->get_stream());
+    file->finish();
+  }
+}
+
+/// Whether one of the two would take the place of the other.
+bool is_one_file(const std::string& first, const std::string& second)
+{
+  if (first == "-" || second == "-") return first == second;
+  std::error_code ignored;
+  const std::filesystem::file_status status = std::filesystem::status(first, ignored);
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) return false;
+  return std::filesystem::weakly_canonical(first, ignored) ==
+         std::filesystem::weakly_canonical(second, ignored);
+}
+
+void check_options(const SimplifyOptions& options)
+{
+  if (options.trail && is_one_file(options.rest, *options.trail)) {
+    throw CommandFailure("lumo: the rest and the trail would both go to " + make_excerpt(*options.trail) +
+                         ", but two files were expected");
+  }
+}
+
+}  // namespace
+
+int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
+{
+  return run_command(err, [&] {
+    check_options(options);
+    const std::unique_ptr<Input> input = read_input(options.file, in);
+    Elimination elimination;
+    with_located_failures(input->name,
+                          [&] { elimination = eliminate(input->mgr, input->script.get_asserted_terms()); });
+    const std::vector<const Term*>& rest = elimination.assertions;
+
+    std::optional<OutputFile> rest_file;
+    std::optional<OutputFile> trail_file;
+    open_output(rest_file, options.rest);
+    if (options.trail) open_output(trail_file, *options.trail);
+    if (options.trail) {
+      write_to(trail_file, out, [&](std::ostream& stream) {
+        print_trail(stream, input->script.constants, elimination.trail);
+      });
+    }
+    write_to(rest_file, out,
+             [&](std::ostream& stream) { print_script(stream, collect_constants(rest), rest, true); });
+
+    if (trail_file) trail_file->commit();
+    if (rest_file) rest_file->commit();
+    return kAnswered;
+  });
+}
+
+}  // namespace lumo::smtlib

@@ -1,0 +1,100 @@
+#include "smtlib/run_solve.h"
+
+#include <cmath>
+#include <memory>
+#include <ostream>
+
+#include "smtlib/command.h"
+#include "smtlib/complete_model.h"
+#include "smtlib/model_text.h"
+#include "smtlib/text_escapes.h"
+
+namespace lumo::smtlib {
+
+namespace {
+
+void check_options(const SolveOptions& options)
+{
+  const std::optional<double>& seconds = options.method.seconds;
+  if (seconds && !(std::isfinite(*seconds) && *seconds > 0)) {
+    throw CommandFailure("lumo: the time limit must be a number of seconds above 0");
+  }
+}
+
+Solution solve_input(Input& input, const SolveMethod& method, Statistics& statistics)
+{
+  Solution solution;
+  with_located_failures(input.name, [&] {
+    try {
+      solution = solve_script(input.mgr, input.script, method, statistics);
+    } catch (const CheckFailure& e) {
+      const std::string sentence = make_sentence(e) + ", so there is no answer";
+      throw CommandFailure(
+          e.get_place() ? make_message(input.name, *e.get_place(), sentence) : input.name + ": " + sentence,
+          kCheckFailed);
+    }
+  });
+  return solution;
+}
+
+void print_model_json(std::ostream& out, const std::vector<ModelValue>& model)
+{
+  const char* separator = "";
+  out << '[';
+  for (const ModelValue& value : model) {
+    const Symbol* symbol = value.constant->get_symbol();
+    out << separator << "{\"constant\": " << make_json_string(symbol->get_name()) << ", \"sort\": \""
+        << symbol->get_output_type()->to_string() << "\", \"value\": \""
+        << value.value->get_symbol()->get_name() << "\"}";
+    separator = ", ";
+  }
+  out << ']';
+}
+
+void print_json(std::ostream& out, const SolveOptions& options, const Solution& solution,
+                const Statistics& statistics)
+{
+  out << "{\"answer\": \"" << to_string(solution.answer) << "\", ";
+  if (options.wants_model && solution.answer == Answer::kSat) {
+    out << "\"model\": ";
+    print_model_json(out, solution.model);
+    out << ", ";
+  }
+  out << "\"stats\": ";
+  print_statistics_json(out, statistics);
+  out << "}\n";
+}
+
+void print_text(std::ostream& out, const SolveOptions& options, const Solution& solution)
+{
+  out << to_string(solution.answer) << '\n';
+  if (options.wants_model && solution.answer == Answer::kSat) print_model(out, solution.model);
+}
+
+}  // namespace
+
+int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
+{
+  return run_command(err, [&] {
+    check_options(options);
+    Statistics statistics;
+    std::unique_ptr<Input> input;
+    {
+      const PhaseTimer timer(statistics, Phase::kRead);
+      input = read_input(options.file, in);
+    }
+    const Solution solution = solve_input(*input, options.method, statistics);
+
+    write_output(out, [&](std::ostream& stream) {
+      if (options.wants_json) {
+        print_json(stream, options, solution, statistics);
+      } else {
+        print_text(stream, options, solution);
+      }
+    });
+    if (options.wants_statistics && !options.wants_json) print_statistics(err, statistics);
+    return kAnswered;
+  });
+}
+
+}  // namespace lumo::smtlib

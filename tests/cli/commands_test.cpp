@@ -1,0 +1,292 @@
+// What the commands do together, and what the program says of wrong options and files.
+
+#include <csignal>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/cli/process.h"
+#include "tests/support/temporary_folder.h"
+
+namespace lumo::test {
+namespace {
+
+Outcome run_lumo(const std::vector<std::string>& args, const TemporaryFolder& folder,
+                 std::string_view standard_input = "", Output output = Output::kFile)
+{
+  return run_program(LUMO_PROGRAM, args, folder.get_path(), standard_input, output);
+}
+
+/// The first assertion goes; of the others, the values of x that satisfy them are left: 2, 7 and 12.
+constexpr std::string_view kScript =
+    "(declare-const y (_ BitVec 4))\n"
+    "(declare-const x (_ BitVec 4))\n"
+    "(declare-const unused Bool)\n"
+    "(assert (= (bvadd y #x1) (bvmul x x)))\n"
+    "(assert (= (bvurem x #x5) #x2))\n"
+    "(check-sat)\n";
+constexpr std::string_view kModel =
+    "(\n"
+    "  (define-fun y () (_ BitVec 4) #x0)\n"
+    "  (define-fun x () (_ BitVec 4) #x7)\n"
+    "  (define-fun unused () Bool false)\n"
+    ")\n";
+constexpr std::string_view kSolverModel = "sat\n((define-fun x () (_ BitVec 4) #x7))\n";
+
+struct Row
+{
+  std::vector<std::string> args;
+  int status;
+  std::string out;
+  std::string err;
+};
+
+void expect_rows(const std::vector<Row>& rows, const TemporaryFolder& folder)
+{
+  for (const Row& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(row.args));
+    const Outcome outcome = run_lumo(row.args, folder, kScript);
+    EXPECT_EQ(outcome.status, row.status);
+    EXPECT_EQ(outcome.out, row.out);
+    EXPECT_EQ(outcome.err, row.err);
+  }
+}
+
+TEST(Commands, AnswerWithStatusAndTexts)
+{
+  const TemporaryFolder folder;
+  folder.write("script", kScript);
+  folder.write("answer", kSolverModel);
+  folder.write("wrong", "((define-fun x () (_ BitVec 4) #x3))");
+  folder.write("sorts", "((define-fun x () Bool true))");
+  folder.write("int.smt2", "(declare-const n Int)");
+  folder.write("twice.smt2", "(check-sat)(check-sat)");
+  const std::string model(kModel);
+  const std::string missing = "none: this cannot be read: No such file or directory\n";
+
+  expect_rows(
+      {
+          {{"simplify", "script", "-o", "rest", "--trail", "trail"}, 0, "", ""},
+          {{"solve", "script"}, 0, "sat\n", ""},
+          {{"solve", "-"}, 0, "sat\n", ""},
+          {{"solve", "script", "--model", "--solver", "cat answer"}, 0, "sat\n" + model, ""},
+          {{"solve", "script", "--solver", "echo unknown"}, 0, "unknown\n", ""},
+          {{"solve", "script", "--solver", "sleep 60", "--timeout", "0.1"}, 0, "unknown\n", ""},
+          {{"solve", "script", "--model", "--solver", "echo sat; cat wrong"},
+           3,
+           "",
+           "script:5:1: this assertion is false under the extended model, and the solver's model does not "
+           "satisfy "
+           "what the solver was asked, so there is no answer\n"},
+          {{"solve", "none"}, 2, "", missing},
+          {{"solve", "int.smt2"},
+           2,
+           "",
+           "int.smt2:1:18: the symbol Int was found, but the sort Bool or (_ BitVec w) was expected\n"},
+          {{"solve", "twice.smt2"},
+           2,
+           "",
+           "twice.smt2:1:12: a second check-sat was found, but only one was expected\n"},
+          {{"solve"}, 2, "", "lumo: FILE is required; see lumo --help\n"},
+          {{"solve", "script", "--timeout", "soon"},
+           2,
+           "",
+           "lumo: Could not convert: --timeout = soon; see lumo --help\n"},
+          {{"solve", "script", "--timeout", "0"},
+           2,
+           "",
+           "lumo: the time limit must be a number of seconds above 0\n"},
+          {{"extend", "script", "--trail", "trail", "--model", "answer"}, 0, model, ""},
+          {{"extend", "script", "--trail", "trail", "--model", "wrong"},
+           3,
+           "",
+           "script:5:1: this assertion is false under the extended model; the model or the trail may belong "
+           "to "
+           "another script\n"},
+          {{"extend", "script", "--trail", "none", "--model", "answer"}, 2, "", missing},
+          {{"extend", "script", "--trail", "trail"}, 2, "", "lumo: --model is required; see lumo --help\n"},
+          {{"extend", "script", "--model", "answer"}, 2, "", "lumo: --trail is required; see lumo --help\n"},
+          {{"check", "script", "--model", "wrong"},
+           1,
+           "invalid\n",
+           "script:4:1: this assertion is false under the model; the values of its constants are\n"
+           "  y = #x0, which the model leaves out\n"
+           "  x = #x3\n"},
+          {{"check", "script", "--model", "sorts"},
+           2,
+           "",
+           "sorts:1:19: the sort Bool was found, but (_ BitVec 4), the sort of the constant x, was "
+           "expected\n"},
+          {{"check", "-", "--model", "-"},
+           2,
+           "",
+           "lumo: several files are -, but the standard input can be read only once\n"},
+          {{"check", "script"}, 2, "", "lumo: --model is required; see lumo --help\n"},
+          {{"simplify", "script", "-o", "/dev/full"},
+           2,
+           "",
+           "/dev/full: this cannot be written: No space left on device\n"},
+          {{"simplify", "script", "-o", "none/rest"},
+           2,
+           "",
+           "none/rest: this cannot be written: No such file or directory\n"},
+          {{"dot", "none"}, 2, "", missing},
+      },
+      folder);
+}
+
+TEST(Commands, AcceptTheModelThatSolvePrints)
+{
+  const TemporaryFolder folder;
+  folder.write("script", kScript);
+  for (const std::vector<std::string>& options :
+       {std::vector<std::string>{}, std::vector<std::string>{"--no-elimination"}})
+  {
+    std::vector<std::string> args = {"solve", "script", "--model"};
+    args.insert(args.end(), options.begin(), options.end());
+    folder.write("model", run_lumo(args, folder).out);
+    EXPECT_EQ(run_lumo({"check", "script", "--model", "model"}, folder).out, "valid\n");
+  }
+}
+
+TEST(Commands, FailWithTheSolver)
+{
+  const TemporaryFolder folder;
+  folder.write("script", kScript);
+  for (const std::string solver : {"exit 3", "kill -9 $$", "echo maybe", "/no/such/program", "echo sat", ""})
+  {
+    SCOPED_TRACE(solver);
+    const Outcome outcome = run_lumo({"solve", "script", "--solver", solver}, folder);
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_TRUE(outcome.err.starts_with("script: the solver ")) << outcome.err;
+    EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
+  }
+}
+
+TEST(Commands, FailIfTheirOutputCannotBeWritten)
+{
+  const TemporaryFolder folder;
+  folder.write("script", kScript);
+  folder.write("answer", kSolverModel);
+  ASSERT_EQ(run_lumo({"simplify", "script", "--trail", "trail"}, folder).status, 0);
+  for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
+           {"solve", "script"},
+           {"solve", "script", "--json"},
+           {"simplify", "script"},
+           {"extend", "script", "--trail", "trail", "--model", "answer"},
+           {"check", "script", "--model", "answer"},
+           {"dot", "script"},
+       })
+  {
+    SCOPED_TRACE(args[0]);
+    const Outcome full = run_lumo(args, folder, "", Output::kFullDevice);
+    EXPECT_EQ(full.status, 2);
+    EXPECT_EQ(full.err, "<stdout>: this cannot be written: No space left on device\n");
+    const Outcome pipe = run_lumo(args, folder, "", Output::kUnreadPipe);
+    EXPECT_EQ(pipe.status, -SIGPIPE);
+    EXPECT_EQ(pipe.err, "");
+  }
+}
+
+TEST(Commands, ExplainThemselves)
+{
+  const TemporaryFolder folder;
+  const std::string all = run_lumo({"--help"}, folder).out;
+  for (const std::string command : {"solve", "simplify", "extend", "check", "dot", "invert"}) {
+    EXPECT_NE(all.find("\n  " + command + " "), std::string::npos) << command;
+    const Outcome help = run_lumo({command, "--help"}, folder);
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.out.find("Usage: lumo " + command), std::string::npos) << help.out;
+  }
+}
+
+/// Runs a solver on what is left of a script, and expects that its model becomes one of the script.
+[[maybe_unused]] void expect_round_trip(const std::string& solver, const std::vector<std::string>& options,
+                                        const TemporaryFolder& folder)
+{
+  const Outcome simplified = run_lumo({"simplify", "script", "-o", "rest", "--trail", "trail"}, folder);
+  ASSERT_EQ(simplified.status, 0) << simplified.err;
+  std::vector<std::string> args = options;
+  args.emplace_back("rest");
+  const Outcome answer = run_program(solver, args, folder.get_path());
+  ASSERT_TRUE(answer.out.starts_with("sat\n")) << answer.out << answer.err;
+  const Outcome model =
+      run_lumo({"extend", "script", "--trail", "trail", "--model", "-"}, folder, answer.out);
+  ASSERT_EQ(model.status, 0) << model.err;
+  const Outcome verdict = run_lumo({"check", "script", "--model", "-"}, folder, model.out);
+  EXPECT_EQ(verdict.out, "valid\n") << verdict.err;
+}
+
+/// Two constants for each name, one that is used more than once and one that is free
+std::string make_script_of_names(const std::vector<std::string>& names)
+{
+  std::string script;
+  for (const std::string& name : names) {
+    script += "(declare-const |" + name + "| (_ BitVec 8))\n(declare-const |" + name +
+              " is free| (_ BitVec 8))\n(assert (bvult |" + name + " is free| (bvurem |" + name +
+              "| #x0b)))\n(assert (= (bvurem |" + name + "| #x77) #x0c))\n";
+  }
+  return script;
+}
+
+/// Names of each printable character, and others that solvers or lumo itself might take for something else. Left
+/// out is what a solver reserves for itself: a dot or an at sign in front, and some names of one character.
+std::vector<std::string> make_names()
+{
+  std::vector<std::string> names = {"",      "a b", "a\nb",  "let",  "assert", "true1", "0a", ";x",
+                                    "\"q\"", "é",   "u!0",   "u!1",  "s!1",    "a=",    "a_", "a.",
+                                    "a@",    "a!",  "u!001", "#x07", "x:y",    "bv7"};
+  for (char c = ' '; c <= '~'; ++c) {
+    if (std::string_view("|\\.!_@=").find(c) == std::string_view::npos) names.emplace_back(1, c);
+  }
+  return names;
+}
+
+#ifdef Z3_PROGRAM
+TEST(Commands, WorkTogetherWithZ3)
+{
+  const TemporaryFolder folder;
+  folder.write("script", kScript);
+  expect_round_trip(Z3_PROGRAM, {}, folder);
+  EXPECT_EQ(run_lumo({"solve", "script", "--solver", Z3_PROGRAM " -in"}, folder).out, "sat\n");
+}
+
+TEST(Commands, KeepNamesThroughZ3)
+{
+  const TemporaryFolder folder;
+  folder.write("script", make_script_of_names(make_names()));
+  expect_round_trip(Z3_PROGRAM, {}, folder);
+  EXPECT_EQ(run_lumo({"solve", "script", "--solver", Z3_PROGRAM " -in"}, folder).out, "sat\n");
+}
+#endif
+
+#ifdef CVC5_PROGRAM
+TEST(Commands, WorkTogetherWithCvc5)
+{
+  const TemporaryFolder folder;
+  folder.write("script", kScript);
+  expect_round_trip(CVC5_PROGRAM, {"--lang", "smt2"}, folder);
+  EXPECT_EQ(run_lumo({"solve", "script", "--solver", CVC5_PROGRAM " --lang smt2"}, folder).out, "sat\n");
+}
+
+TEST(Commands, KeepNamesThroughCvc5)
+{
+  const TemporaryFolder folder;
+  folder.write("script", make_script_of_names(make_names()));
+  expect_round_trip(CVC5_PROGRAM, {"--lang", "smt2"}, folder);
+}
+#endif
+
+TEST(Commands, KeepNamesWithinOneProcess)
+{
+  const TemporaryFolder folder;
+  folder.write("script", make_script_of_names(make_names()));
+  folder.write("model", run_lumo({"solve", "script", "--model"}, folder).out);
+  EXPECT_EQ(run_lumo({"check", "script", "--model", "model"}, folder).out, "valid\n");
+}
+
+}  // namespace
+}  // namespace lumo::test

@@ -1,0 +1,11 @@
+; No room between neighbours.
+(set-info :status unsat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 65))
+(declare-const y (_ BitVec 65))
+(declare-const z (_ BitVec 65))
+(assert (bvult y x))
+(assert (bvult x z))
+(assert (= z (bvadd y (_ bv1 65))))
+(assert (not (= y (bvnot (_ bv0 65)))))
+(check-sat)

@@ -1,0 +1,10 @@
+; A clamped number lies between the bounds.
+(set-info :status unsat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 32))
+(declare-const lo (_ BitVec 32))
+(declare-const hi (_ BitVec 32))
+(define-fun clamped () (_ BitVec 32) (ite (bvslt x lo) lo (ite (bvsgt x hi) hi x)))
+(assert (bvsle lo hi))
+(assert (not (and (bvsle lo clamped) (bvsle clamped hi))))
+(check-sat)

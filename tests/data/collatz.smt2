@@ -1,0 +1,18 @@
+; A start from which seven steps of halving or tripling reach 1 for the first time.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const n (_ BitVec 10))
+(define-fun next ((n (_ BitVec 10))) (_ BitVec 10) (ite (= ((_ extract 0 0) n) #b1) (bvadd (bvmul n (_ bv3 10)) (_
+  bv1 10)) (bvlshr n (_ bv1 10))))
+(define-fun n0 () (_ BitVec 10) (next n))
+(define-fun n1 () (_ BitVec 10) (next n0))
+(define-fun n2 () (_ BitVec 10) (next n1))
+(define-fun n3 () (_ BitVec 10) (next n2))
+(define-fun n4 () (_ BitVec 10) (next n3))
+(define-fun n5 () (_ BitVec 10) (next n4))
+(define-fun n6 () (_ BitVec 10) (next n5))
+(assert (= n6 (_ bv1 10)))
+(assert (distinct n0 n1 n2 n3 n4 n5 n6))
+(assert (not (= n (_ bv128 10))))
+(assert (bvult n (_ bv340 10)))
+(check-sat)

@@ -1,0 +1,13 @@
+; Repeated patterns.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 4))
+(declare-const y (_ BitVec 3))
+(declare-const z (_ BitVec 17))
+(declare-const t (_ BitVec 6))
+(assert (= (bvand ((_ repeat 4) x) #xff00) #x9900))
+(assert (= ((_ repeat 1) z) (_ bv77777 17)))
+(assert (= ((_ repeat 2) y) t))
+(assert (bvult t (_ bv40 6)))
+(assert (bvugt y #b010))
+(check-sat)

@@ -1,0 +1,10 @@
+; Even factors: solvable in the high bits that the factor leaves, whatever the other constants are.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 12))
+(declare-const y (_ BitVec 12))
+(declare-const z (_ BitVec 12))
+(assert (= (bvmul #x00c x) #x014))
+(assert (= (bvadd (bvmul y #x008) #x003) (bvor #x003 #x010)))
+(assert (bvult (bvmul #x800 z) #x801))
+(check-sat)

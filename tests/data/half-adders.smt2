@@ -1,0 +1,13 @@
+; A full adder made of nand alone is one.
+(set-info :status unsat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 1))
+(declare-const y (_ BitVec 1))
+(declare-const z (_ BitVec 1))
+(define-fun n1 () (_ BitVec 1) (bvnand x y))
+(define-fun h () (_ BitVec 1) (bvnand (bvnand x n1) (bvnand y n1)))
+(define-fun n2 () (_ BitVec 1) (bvnand h z))
+(define-fun sum () (_ BitVec 1) (bvnand (bvnand h n2) (bvnand z n2)))
+(define-fun carry () (_ BitVec 1) (bvnand n1 n2))
+(assert (distinct (concat carry sum) (bvadd (concat #b0 x) (concat #b0 y) (concat #b0 z))))
+(check-sat)

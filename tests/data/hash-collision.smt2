@@ -1,0 +1,12 @@
+; Two different messages of two bytes that a small hash cannot tell apart.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const a (_ BitVec 8))
+(declare-const b (_ BitVec 8))
+(declare-const c (_ BitVec 8))
+(declare-const d (_ BitVec 8))
+(define-fun mix ((h (_ BitVec 8)) (c (_ BitVec 8))) (_ BitVec 8) ((_ rotate_left 3) (bvadd (bvmul h #x1f) c)))
+(assert (= (mix (mix #x5a a) b) (mix (mix #x5a c) d)))
+(assert (not (= a c)))
+(assert (not (= b d)))
+(check-sat)

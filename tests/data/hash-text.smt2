@@ -1,0 +1,13 @@
+; Three lower-case letters with a given hash.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const c0 (_ BitVec 8))
+(declare-const c1 (_ BitVec 8))
+(declare-const c2 (_ BitVec 8))
+(define-fun step ((h (_ BitVec 16)) (c (_ BitVec 8))) (_ BitVec 16)
+  (bvadd (bvmul (bvxor h ((_ zero_extend 8) c)) #x0193) #x0007))
+(define-fun h3 () (_ BitVec 16) (step (step (step #x811c c0) c1) c2))
+(define-fun letter ((c (_ BitVec 8))) Bool (and (bvuge c #x61) (bvule c #x7a)))
+(assert (and (letter c0) (letter c1) (letter c2)))
+(assert (= ((_ extract 9 0) h3) #b1010010110))
+(check-sat)

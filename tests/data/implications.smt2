@@ -1,0 +1,13 @@
+; A cycle of implications makes all alike.
+(set-info :status unsat)
+(set-logic QF_BV)
+(declare-const p Bool)
+(declare-const q Bool)
+(declare-const r Bool)
+(declare-const s Bool)
+(assert (=> p q))
+(assert (=> q r))
+(assert (=> r s))
+(assert (=> s p))
+(assert (or (distinct p r) (distinct q s)))
+(check-sat)

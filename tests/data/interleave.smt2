@@ -1,0 +1,13 @@
+; Two bytes whose interleaved bits are a given word.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const a (_ BitVec 8))
+(declare-const b (_ BitVec 8))
+(declare-const unrelated (_ BitVec 16))
+(define-fun spread ((v (_ BitVec 8))) (_ BitVec 16)
+  (let ((s1 (bvand (bvor (concat #x00 v) (bvshl (concat #x00 v) #x0004)) #x0f0f)))
+    (let ((s2 (bvand (bvor s1 (bvshl s1 #x0002)) #x3333)))
+      (bvand (bvor s2 (bvshl s2 #x0001)) #x5555))))
+(assert (= (bvor (spread a) (bvshl (spread b) #x0001)) #xb7c2))
+(assert (bvsgt (bvsub unrelated (concat a b)) #x0000))
+(check-sat)

@@ -1,0 +1,11 @@
+; Lets one inside the other, side by side, and with names that hide others.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 14))
+(declare-const y (_ BitVec 14))
+(assert (let ((x y) (y x)) (bvult x y)))
+(assert (let ((a (bvadd x y))) (let ((a (bvmul a a)) (b (bvsub a y))) (let ((c (bvxor a b)) (x b)) (= (bvand c x)
+  (bvand (bvxor a b) b))))))
+(assert (let ((p (= x (_ bv99 14))) (|p q| (bvult y x))) (=> p |p q| false)))
+(assert (let ((z (let ((z (bvnot x))) (bvneg z)))) (= z (bvadd y (_ bv8 14)))))
+(check-sat)

@@ -1,0 +1,11 @@
+; Odd factors can be inverted: a chain of them over constants that occur once.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 32))
+(declare-const y (_ BitVec 32))
+(declare-const z (_ BitVec 32))
+(declare-const k (_ BitVec 32))
+(assert (= (bvmul #x9e3779b1 (bvadd x (bvmul #x85ebca77 y))) (bvxor k #x12345678)))
+(assert (bvugt (bvmul z #x00000003) k))
+(assert (= ((_ extract 7 0) k) #x5a))
+(check-sat)

@@ -1,0 +1,11 @@
+; A product that overflows, seen by a wider one.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 12))
+(declare-const y (_ BitVec 12))
+(assert (distinct ((_ sign_extend 12) (bvmul x y)) (bvmul ((_ sign_extend 12) x) ((_ sign_extend 12) y))))
+(assert (bvslt x #x030))
+(assert (bvslt y #x040))
+(assert (bvsgt x #x000))
+(assert (bvsgt y #x000))
+(check-sat)

@@ -1,0 +1,11 @@
+; Extractions of concatenations and the other way round, all of free constants.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const a (_ BitVec 12))
+(declare-const b (_ BitVec 20))
+(declare-const c (_ BitVec 33))
+(declare-const d (_ BitVec 5))
+(assert (= ((_ extract 24 9) (concat a b)) #xbeef))
+(assert (= (concat ((_ extract 32 32) c) d) #b100110))
+(assert (distinct a #x000))
+(check-sat)

@@ -1,0 +1,10 @@
+; A solution of x^2 - 2 y^2 = 1 other than the first three.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 32))
+(declare-const y (_ BitVec 32))
+(assert (bvult x #x00000400))
+(assert (bvult y #x00000400))
+(assert (bvugt y #x0000000c))
+(assert (= (bvsub (bvmul x x) (bvmul #x00000002 (bvmul y y))) #x00000001))
+(check-sat)

@@ -1,0 +1,10 @@
+; Five pigeons, four holes.
+(set-info :status unsat)
+(set-logic QF_BV)
+(declare-const p0 (_ BitVec 2))
+(declare-const p1 (_ BitVec 2))
+(declare-const p2 (_ BitVec 2))
+(declare-const p3 (_ BitVec 2))
+(declare-const p4 (_ BitVec 2))
+(assert (distinct p0 p1 p2 p3 p4))
+(check-sat)

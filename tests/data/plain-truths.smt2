@@ -1,0 +1,13 @@
+; Assertions that are constants, negated ones, and true; a constant that occurs nowhere.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const p Bool)
+(declare-const q Bool)
+(declare-const r Bool)
+(declare-const unused (_ BitVec 77))
+(assert p)
+(assert (not q))
+(assert true)
+(assert (or r r))
+(assert (not false))
+(check-sat)

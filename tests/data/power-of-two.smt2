@@ -1,0 +1,13 @@
+; A power of two between bounds, with a free companion on each side.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 20))
+(declare-const lo (_ BitVec 20))
+(declare-const hi (_ BitVec 20))
+(assert (not (= x #x00000)))
+(assert (= (bvand x (bvsub x #x00001)) #x00000))
+(assert (bvult lo x))
+(assert (bvuge hi (bvmul x x)))
+(assert (bvugt x #x00400))
+(assert (bvult x #x01000))
+(check-sat)

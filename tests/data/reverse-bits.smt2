@@ -1,0 +1,10 @@
+; Reversing sixteen bits twice, by exchange of neighbours.
+(set-info :status unsat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 16))
+(define-fun swap ((v (_ BitVec 16)) (mask (_ BitVec 16)) (k (_ BitVec 16))) (_ BitVec 16)
+  (bvor (bvand (bvlshr v k) mask) (bvshl (bvand v mask) k)))
+(define-fun rev ((v (_ BitVec 16))) (_ BitVec 16)
+  (swap (swap (swap (swap v #x5555 #x0001) #x3333 #x0002) #x0f0f #x0004) #x00ff #x0008))
+(assert (not (= (rev (rev x)) x)))
+(check-sat)

@@ -1,0 +1,12 @@
+; Rotations of constants that occur once, by amounts below and above the width.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 13))
+(declare-const y (_ BitVec 13))
+(declare-const z (_ BitVec 13))
+(declare-const k (_ BitVec 13))
+(assert (= ((_ rotate_left 5) x) (bvmul k k)))
+(assert (bvugt ((_ rotate_right 20) y) k))
+(assert (= (bvnot ((_ rotate_left 13) z)) ((_ rotate_right 1) k)))
+(assert (bvugt k (_ bv4000 13)))
+(check-sat)

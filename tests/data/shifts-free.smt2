@@ -1,0 +1,12 @@
+; Shifts whose operands are all free, one inside the other.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const a (_ BitVec 33))
+(declare-const b (_ BitVec 33))
+(declare-const c (_ BitVec 33))
+(declare-const d (_ BitVec 33))
+(declare-const e (_ BitVec 33))
+(declare-const g (_ BitVec 33))
+(assert (= (bvshl (bvlshr a b) (bvashr c d)) #b100110011001100110011001100110011))
+(assert (bvslt (bvashr e g) (_ bv0 33)))
+(check-sat)

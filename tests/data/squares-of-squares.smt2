@@ -1,0 +1,15 @@
+; Squares are 0 or 1 modulo 4, through layers of squaring.
+(set-info :status unsat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 12))
+(define-fun s0 () (_ BitVec 12) (bvmul x x))
+(define-fun s1 () (_ BitVec 12) (bvadd (bvmul s0 s0) (_ bv1 12)))
+(define-fun s2 () (_ BitVec 12) (bvadd (bvmul s1 s1) (_ bv2 12)))
+(define-fun s3 () (_ BitVec 12) (bvadd (bvmul s2 s2) (_ bv3 12)))
+(define-fun s4 () (_ BitVec 12) (bvadd (bvmul s3 s3) (_ bv4 12)))
+(define-fun s5 () (_ BitVec 12) (bvadd (bvmul s4 s4) (_ bv5 12)))
+(define-fun s6 () (_ BitVec 12) (bvadd (bvmul s5 s5) (_ bv6 12)))
+(assert (or (= ((_ extract 1 0) (bvmul s0 s0)) #b10) (= ((_ extract 1 0) (bvmul s1 s1)) #b11) (= ((_ extract 1 0)
+  (bvmul s2 s2)) #b10) (= ((_ extract 1 0) (bvmul s3 s3)) #b11) (= ((_ extract 1 0) (bvmul s4 s4)) #b10) (= ((_
+  extract 1 0) (bvmul s5 s5)) #b11) (= ((_ extract 1 0) (bvmul s6 s6)) #b10)))
+(check-sat)

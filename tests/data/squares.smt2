@@ -1,0 +1,11 @@
+; Two numbers whose squares sum up to 65, in the order of size.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 16))
+(declare-const y (_ BitVec 16))
+(assert (bvult x #x0100))
+(assert (bvult y #x0100))
+(assert (bvult #x0001 y))
+(assert (bvult y x))
+(assert (= (bvadd (bvmul x x) (bvmul y y)) #x0041))
+(check-sat)

@@ -1,0 +1,12 @@
+; An assertion made twice, and arguments used twice in one application.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 8))
+(declare-const y (_ BitVec 8))
+(declare-const p Bool)
+(assert (= (bvadd x x) y))
+(assert (= (bvadd x x) y))
+(assert (bvult x y))
+(assert (and p p))
+(assert (or (bvult x y) p))
+(check-sat)

@@ -1,0 +1,12 @@
+; A word and its carry.
+(set-info :status sat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 64))
+(declare-const y (_ BitVec 64))
+(declare-const t (_ BitVec 65))
+(assert (= (bvadd ((_ zero_extend 1) x) ((_ zero_extend 1) y)) t))
+(assert (= ((_ extract 64 64) t) #b1))
+(assert (= ((_ extract 63 0) t) #x0000000000000001))
+(assert (bvult x #x8000000000000010))
+(assert (bvult y x))
+(check-sat)

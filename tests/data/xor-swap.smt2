@@ -1,0 +1,10 @@
+; Exchanging two words by three exclusive ors.
+(set-info :status unsat)
+(set-logic QF_BV)
+(declare-const x (_ BitVec 40))
+(declare-const y (_ BitVec 40))
+(define-fun a () (_ BitVec 40) (bvxor x y))
+(define-fun b () (_ BitVec 40) (bvxor y a))
+(define-fun c () (_ BitVec 40) (bvxor a b))
+(assert (or (not (= b x)) (not (= c y))))
+(check-sat)

@@ -1,0 +1,28 @@
+#ifndef LUMO_TESTS_ELIMINATION_ENUMERATION_JUDGE_H
+#define LUMO_TESTS_ELIMINATION_ENUMERATION_JUDGE_H
+
+#include <string>
+#include <vector>
+
+#include "elimination/eliminate.h"
+#include "terms/term_manager.h"
+
+namespace lumo::test {
+
+using Terms = std::vector<const Term*>;
+
+/// All constants that occur in the terms, in the order of their making.
+[[nodiscard]] Terms collect_constants(const TermManager& mgr, const Terms& terms);
+
+/// Tries every assignment to small assertions and their rest; empty if the elimination is right, else what is
+/// wrong with it:
+///
+/// - under every assignment to the constants of the assertions, with fresh constants as their definitions say,
+///   the rest and the facts hold if and only if the assertions do;
+/// - every model of the rest is extended to one of the assertions.
+[[nodiscard]] std::string judge_by_enumeration(TermManager& mgr, const Terms& assertions,
+                                               const Elimination& elimination);
+
+}  // namespace lumo::test
+
+#endif
