@@ -1,0 +1,56 @@
+#include "bench/heap_meter.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <malloc.h>
+#include <new>
+
+namespace lumo::bench {
+
+namespace {
+
+// Z3 has threads of its own.
+std::atomic<std::size_t> heap_bytes{0};
+std::atomic<std::size_t> peak_bytes{0};
+
+void* count(void* block)
+{
+  if (block == nullptr) throw std::bad_alloc();
+  const std::size_t now =
+      heap_bytes.fetch_add(malloc_usable_size(block), std::memory_order_relaxed) + malloc_usable_size(block);
+  if (now > peak_bytes.load(std::memory_order_relaxed)) peak_bytes.store(now, std::memory_order_relaxed);
+  return block;
+}
+
+void release(void* block)
+{
+  if (block == nullptr) return;
+  heap_bytes.fetch_sub(malloc_usable_size(block), std::memory_order_relaxed);
+  std::free(block);
+}
+
+}  // namespace
+
+std::size_t get_heap_bytes() { return heap_bytes; }
+std::size_t get_peak_heap_bytes() { return peak_bytes; }
+void reset_peak_heap_bytes() { peak_bytes = heap_bytes.load(); }
+
+}  // namespace lumo::bench
+
+void* operator new(std::size_t size)
+{
+  return lumo::bench::count(std::malloc(std::max<std::size_t>(size, 1)));
+}
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+  const auto unit = static_cast<std::size_t>(alignment);
+  return lumo::bench::count(std::aligned_alloc(unit, (size + unit - 1) / unit * unit));
+}
+void operator delete(void* block) noexcept { lumo::bench::release(block); }
+void operator delete(void* block, std::size_t /*size*/) noexcept { lumo::bench::release(block); }
+void operator delete(void* block, std::align_val_t /*alignment*/) noexcept { lumo::bench::release(block); }
+void operator delete(void* block, std::size_t /*size*/, std::align_val_t /*alignment*/) noexcept
+{
+  lumo::bench::release(block);
+}
