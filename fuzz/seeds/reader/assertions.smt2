@@ -1,0 +1,5 @@
+(declare-const let2 (_ BitVec 65))
+(declare-const || Bool)
+(assert (= let2 (bvmul let2 let2)))
+(assert ||)
+(assert (not (bvslt let2 ((_ zero_extend 64) #b1))))

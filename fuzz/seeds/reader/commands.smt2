@@ -1,0 +1,12 @@
+(set-option :produce-models true)
+(set-info :source |a|)
+(set-logic QF_BV) ; a comment
+(declare-fun x () (_ BitVec 8))
+(declare-const |a "b| Bool)
+(define-fun f () Bool (bvult x #x0f))
+(define-const g (_ BitVec 8) (bvnot x))
+(assert (! (and f |a "b|) :named n))
+(assert (=> n (= g (_ bv3 8) #b00000011)))
+(check-sat)
+(get-model)
+(exit)

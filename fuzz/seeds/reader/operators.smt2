@@ -1,0 +1,7 @@
+(declare-const x (_ BitVec 4))
+(declare-const y (_ BitVec 4))
+(declare-const p Bool)
+(assert (xor p (distinct x y ((_ extract 3 0) (concat x y)))))
+(assert (bvsge ((_ rotate_left 5) x) (bvsmod x (ite p x (bvxnor y x)))))
+(assert (= ((_ sign_extend 4) x) ((_ zero_extend 4) y) ((_ repeat 2) x)))
+(assert (let ((z (bvadd x y x)) (w #b1)) (let ((z w)) (= z (bvcomp x y)))))
