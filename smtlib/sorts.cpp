@@ -7,7 +7,7 @@ namespace lumo::smtlib {
 
 namespace {
 
-constexpr std::string_view kWanted = "the sort Bool or (_ BitVec w)";
+constexpr std::string_view kWantedSort = "the sort Bool or (_ BitVec w)";
 
 }  // namespace
 
@@ -29,15 +29,15 @@ const DataType* SortReader::read()
   if (first.is_symbol()) {
     if (first.text == "Bool") return mgr_.make_bool_type();
     const auto place = defined_.find(first.text);
-    if (place == defined_.end()) refuse(first, kWanted);
+    if (place == defined_.end()) refuse(first, kWantedSort);
     return place->second;
   }
-  if (first.kind != TokenKind::kOpen) refuse(first, kWanted);
+  if (first.kind != TokenKind::kOpen) refuse(first, kWantedSort);
 
   Token token = lexer_.next();
-  if (!token.is_word("_")) refuse(token, kWanted);
+  if (!token.is_word("_")) refuse(token, kWantedSort);
   token = lexer_.next();
-  if (!token.is_symbol() || token.text != "BitVec") refuse(token, kWanted);
+  if (!token.is_symbol() || token.text != "BitVec") refuse(token, kWantedSort);
   const unsigned long width = read_width(lexer_.next());
   lexer_.expect(TokenKind::kClose, "the end of the sort");
   return mgr_.make_bv_type(width);

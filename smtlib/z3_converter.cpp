@@ -10,7 +10,7 @@ namespace lumo::smtlib {
 
 namespace {
 
-constexpr const char* kWanted = ", but only Booleans and bit-vectors were expected";
+constexpr const char* kWantedOperators = ", but only Booleans and bit-vectors were expected";
 
 std::string get_name(const Z3Session& z3, Z3_func_decl declaration)
 {
@@ -78,7 +78,7 @@ void Z3Converter::visit(Z3_ast expression, std::vector<Z3_ast>& stack)
     result_of(expression) = make_numeral(expression);
     return;
   }
-  if (kind != Z3_APP_AST) throw Exception(std::string("a quantifier was found") + kWanted);
+  if (kind != Z3_APP_AST) throw Exception(std::string("a quantifier was found") + kWantedOperators);
 
   const Z3_app application = Z3_to_app(z3_, expression);
   const unsigned num_args = Z3_get_app_num_args(z3_, application);
@@ -110,7 +110,8 @@ const Term* Z3Converter::make_constant(Z3_func_decl declaration)
     case Z3_OP_UNINTERPRETED:
       return make_declared_constant(declaration);
     default:
-      throw Exception("the symbol " + make_excerpt(get_name(z3_, declaration)) + " was found" + kWanted);
+      throw Exception("the symbol " + make_excerpt(get_name(z3_, declaration)) + " was found" +
+                      kWantedOperators);
   }
 }
 
@@ -135,7 +136,7 @@ const Term* Z3Converter::make_application(Z3_func_decl declaration)
   }
   if (name == "if") name = "ite";  // Z3's own name for it
   const Operator* op = find_operator(name);
-  if (op == nullptr) throw Exception("the operator " + make_excerpt(name) + " was found" + kWanted);
+  if (op == nullptr) throw Exception("the operator " + make_excerpt(name) + " was found" + kWantedOperators);
   if (const std::string misfit = find_misfit(mgr_, *op, args_); !misfit.empty()) throw Exception(misfit);
   return op->build(mgr_, get_indices(z3_, declaration), args_);
 }
@@ -148,7 +149,8 @@ const DataType* Z3Converter::make_sort(Z3_sort sort)
     case Z3_BV_SORT:
       return mgr_.make_bv_type(Z3_get_bv_sort_size(z3_, sort));
     default:
-      throw Exception("the sort " + make_excerpt(Z3_sort_to_string(z3_, sort)) + " was found" + kWanted);
+      throw Exception("the sort " + make_excerpt(Z3_sort_to_string(z3_, sort)) + " was found" +
+                      kWantedOperators);
   }
 }
 

@@ -17,12 +17,12 @@ using adhoccalculator::AdHocCalculator;
 
 std::vector<std::string> observed_texts;
 
-void observe(const Exception& e) { observed_texts.emplace_back(e.what()); }
+void keep_text(const Exception& e) { observed_texts.emplace_back(e.what()); }
 
 class EdgeCaseTest : public testing::TestWithParam<EdgeCase>
 {
  protected:
-  EdgeCaseTest() : before_(Exception::set_observer(observe)) { observed_texts.clear(); }
+  EdgeCaseTest() : before_(Exception::set_observer(keep_text)) { observed_texts.clear(); }
   ~EdgeCaseTest() override { Exception::set_observer(before_); }
 
   void call(const EdgeCase& row)

@@ -31,7 +31,10 @@ Outcome call_calculator(TermManager& mgr, const Term* t, const Term* value)
   return outcome;
 }
 
-std::string describe(const Outcome& outcome) { return test::describe(outcome.definitions) + outcome.message; }
+std::string describe_outcome(const Outcome& outcome)
+{
+  return describe(outcome.definitions) + outcome.message;
+}
 
 class ExhaustiveTest : public testing::TestWithParam<OperatorInfo>
 {
@@ -42,8 +45,8 @@ class ExhaustiveTest : public testing::TestWithParam<OperatorInfo>
     const Outcome found = call_calculator(mgr_, t, value);
     ASSERT_TRUE(found.failure == expected.failure && found.message == expected.message &&
                 found.definitions == expected.definitions)
-        << test::describe(t) << " is " << test::describe(value) << "\nexpected: " << describe(expected)
-        << "\nfound:    " << describe(found);
+        << describe(t) << " is " << describe(value) << "\nexpected: " << describe_outcome(expected)
+        << "\nfound:    " << describe_outcome(found);
     ++(found.failure == Failure::kNone ? num_solved_ : num_refused_);
   }
 

@@ -81,7 +81,7 @@ TEST(CalculatorTable, ServesNoLeaf)
 int num_observed = 0;
 std::string observed;
 
-void observe(const Exception& e)
+void count(const Exception& e)
 {
   ++num_observed;
   observed = e.what();
@@ -89,7 +89,7 @@ void observe(const Exception& e)
 
 TEST(AdHocCalculatorError, KeepsItsTextAndRunsTheHookOnceWithTheTextInPlace)
 {
-  const Exception::Observer before = Exception::set_observer(observe);
+  const Exception::Observer before = Exception::set_observer(count);
   num_observed = 0;
   try {
     throw AdHocCalculator::error("Term is not free!\n");

@@ -14,14 +14,14 @@ namespace {
 
 using test::parse_term;
 
-std::vector<std::string> observed_texts;
+std::vector<std::string> collected_texts;
 
-void observe(const Exception& e) { observed_texts.emplace_back(e.what()); }
+void collect(const Exception& e) { collected_texts.emplace_back(e.what()); }
 
 class FindFreeConstantTest : public testing::Test
 {
  protected:
-  FindFreeConstantTest() : before_(Exception::set_observer(observe)) { observed_texts.clear(); }
+  FindFreeConstantTest() : before_(Exception::set_observer(collect)) { collected_texts.clear(); }
   ~FindFreeConstantTest() override { Exception::set_observer(before_); }
 
   TermManager mgr_;
@@ -51,7 +51,7 @@ TEST_F(FindFreeConstantTest, LeavesAConstantInFirstPlaceWhateverTheOtherOperandI
     EXPECT_EQ(a, x);
     EXPECT_EQ(b, parse_term(mgr_, other));
   }
-  EXPECT_TRUE(observed_texts.empty());
+  EXPECT_TRUE(collected_texts.empty());
 }
 
 TEST_F(FindFreeConstantTest, ExchangesTheOperandsIfOnlyTheSecondIsAConstant)
@@ -81,7 +81,7 @@ TEST_F(FindFreeConstantTest,
   EXPECT_EQ(b, parse_term(mgr_, "(bvadd x8 y8)"));
   const std::vector<std::string> expected = {"expected constant, but ",
                                              "expected constant, but bvmul found instead"};
-  EXPECT_EQ(observed_texts, expected) << "the hook runs for the error and for the copy that is thrown";
+  EXPECT_EQ(collected_texts, expected) << "the hook runs for the error and for the copy that is thrown";
 }
 
 TEST_F(FindFreeConstantTest, NamesASymbolWithIndicesInFull)

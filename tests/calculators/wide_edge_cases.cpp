@@ -6,7 +6,7 @@ namespace lumo::test {
 
 namespace {
 
-constexpr const char* kNoValue = "We cannot find a value for this atom!";
+constexpr const char* kNoValueText = "We cannot find a value for this atom!";
 
 /// The literals and names of one width.
 class Wide
@@ -51,7 +51,7 @@ void add_order_cases(std::vector<EdgeCase>& cases, const Wide& v)
     cases.push_back({t, value, {define(v.x(), given)}, ""});
   };
   const auto refused = [&cases](const std::string& t, const char* value) {
-    cases.push_back({t, value, {}, kNoValue});
+    cases.push_back({t, value, {}, kNoValueText});
   };
 
   refused(apply("bvult", v.ones(), v.x()), "true");

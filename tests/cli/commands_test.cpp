@@ -7,17 +7,11 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/process.h"
+#include "tests/cli/run_lumo.h"
 #include "tests/support/temporary_folder.h"
 
 namespace lumo::test {
 namespace {
-
-Outcome run_lumo(const std::vector<std::string>& args, const TemporaryFolder& folder,
-                 std::string_view standard_input = "", Output output = Output::kFile)
-{
-  return run_program(LUMO_PROGRAM, args, folder.get_path(), standard_input, output);
-}
 
 /// The first assertion goes; of the others, the values of x that satisfy them are left: 2, 7 and 12.
 constexpr std::string_view kScript =
@@ -35,7 +29,7 @@ constexpr std::string_view kModel =
     ")\n";
 constexpr std::string_view kSolverModel = "sat\n((define-fun x () (_ BitVec 4) #x7))\n";
 
-struct Row
+struct CommandRow
 {
   std::vector<std::string> args;
   int status;
@@ -43,11 +37,11 @@ struct Row
   std::string err;
 };
 
-void expect_rows(const std::vector<Row>& rows, const TemporaryFolder& folder)
+void expect_rows(const std::vector<CommandRow>& rows, const TemporaryFolder& folder)
 {
-  for (const Row& row : rows) {
+  for (const CommandRow& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.args));
-    const Outcome outcome = run_lumo(row.args, folder, kScript);
+    const Outcome outcome = run_lumo(row.args, folder.get_path(), kScript);
     EXPECT_EQ(outcome.status, row.status);
     EXPECT_EQ(outcome.out, row.out);
     EXPECT_EQ(outcome.err, row.err);
@@ -146,8 +140,8 @@ TEST(Commands, AcceptTheModelThatSolvePrints)
   {
     std::vector<std::string> args = {"solve", "script", "--model"};
     args.insert(args.end(), options.begin(), options.end());
-    folder.write("model", run_lumo(args, folder).out);
-    EXPECT_EQ(run_lumo({"check", "script", "--model", "model"}, folder).out, "valid\n");
+    folder.write("model", run_lumo(args, folder.get_path()).out);
+    EXPECT_EQ(run_lumo({"check", "script", "--model", "model"}, folder.get_path()).out, "valid\n");
   }
 }
 
@@ -158,7 +152,7 @@ TEST(Commands, FailWithTheSolver)
   for (const std::string solver : {"exit 3", "kill -9 $$", "echo maybe", "/no/such/program", "echo sat", ""})
   {
     SCOPED_TRACE(solver);
-    const Outcome outcome = run_lumo({"solve", "script", "--solver", solver}, folder);
+    const Outcome outcome = run_lumo({"solve", "script", "--solver", solver}, folder.get_path());
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.out, "");
     EXPECT_TRUE(outcome.err.starts_with("script: the solver ")) << outcome.err;
@@ -171,7 +165,7 @@ TEST(Commands, FailIfTheirOutputCannotBeWritten)
   const TemporaryFolder folder;
   folder.write("script", kScript);
   folder.write("answer", kSolverModel);
-  ASSERT_EQ(run_lumo({"simplify", "script", "--trail", "trail"}, folder).status, 0);
+  ASSERT_EQ(run_lumo({"simplify", "script", "--trail", "trail"}, folder.get_path()).status, 0);
   for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
            {"solve", "script"},
            {"solve", "script", "--json"},
@@ -182,10 +176,10 @@ TEST(Commands, FailIfTheirOutputCannotBeWritten)
        })
   {
     SCOPED_TRACE(args[0]);
-    const Outcome full = run_lumo(args, folder, "", Output::kFullDevice);
+    const Outcome full = run_lumo(args, folder.get_path(), "", Output::kFullDevice);
     EXPECT_EQ(full.status, 2);
     EXPECT_EQ(full.err, "<stdout>: this cannot be written: No space left on device\n");
-    const Outcome pipe = run_lumo(args, folder, "", Output::kUnreadPipe);
+    const Outcome pipe = run_lumo(args, folder.get_path(), "", Output::kUnreadPipe);
     EXPECT_EQ(pipe.status, -SIGPIPE);
     EXPECT_EQ(pipe.err, "");
   }
@@ -194,10 +188,10 @@ TEST(Commands, FailIfTheirOutputCannotBeWritten)
 TEST(Commands, ExplainThemselves)
 {
   const TemporaryFolder folder;
-  const std::string all = run_lumo({"--help"}, folder).out;
+  const std::string all = run_lumo({"--help"}, folder.get_path()).out;
   for (const std::string command : {"solve", "simplify", "extend", "check", "dot", "invert"}) {
     EXPECT_NE(all.find("\n  " + command + " "), std::string::npos) << command;
-    const Outcome help = run_lumo({command, "--help"}, folder);
+    const Outcome help = run_lumo({command, "--help"}, folder.get_path());
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.out.find("Usage: lumo " + command), std::string::npos) << help.out;
   }
@@ -207,16 +201,17 @@ TEST(Commands, ExplainThemselves)
 [[maybe_unused]] void expect_round_trip(const std::string& solver, const std::vector<std::string>& options,
                                         const TemporaryFolder& folder)
 {
-  const Outcome simplified = run_lumo({"simplify", "script", "-o", "rest", "--trail", "trail"}, folder);
+  const Outcome simplified =
+      run_lumo({"simplify", "script", "-o", "rest", "--trail", "trail"}, folder.get_path());
   ASSERT_EQ(simplified.status, 0) << simplified.err;
   std::vector<std::string> args = options;
   args.emplace_back("rest");
   const Outcome answer = run_program(solver, args, folder.get_path());
   ASSERT_TRUE(answer.out.starts_with("sat\n")) << answer.out << answer.err;
   const Outcome model =
-      run_lumo({"extend", "script", "--trail", "trail", "--model", "-"}, folder, answer.out);
+      run_lumo({"extend", "script", "--trail", "trail", "--model", "-"}, folder.get_path(), answer.out);
   ASSERT_EQ(model.status, 0) << model.err;
-  const Outcome verdict = run_lumo({"check", "script", "--model", "-"}, folder, model.out);
+  const Outcome verdict = run_lumo({"check", "script", "--model", "-"}, folder.get_path(), model.out);
   EXPECT_EQ(verdict.out, "valid\n") << verdict.err;
 }
 
@@ -251,7 +246,7 @@ TEST(Commands, WorkTogetherWithZ3)
   const TemporaryFolder folder;
   folder.write("script", kScript);
   expect_round_trip(Z3_PROGRAM, {}, folder);
-  EXPECT_EQ(run_lumo({"solve", "script", "--solver", Z3_PROGRAM " -in"}, folder).out, "sat\n");
+  EXPECT_EQ(run_lumo({"solve", "script", "--solver", Z3_PROGRAM " -in"}, folder.get_path()).out, "sat\n");
 }
 
 TEST(Commands, KeepNamesThroughZ3)
@@ -259,7 +254,7 @@ TEST(Commands, KeepNamesThroughZ3)
   const TemporaryFolder folder;
   folder.write("script", make_script_of_names(make_names()));
   expect_round_trip(Z3_PROGRAM, {}, folder);
-  EXPECT_EQ(run_lumo({"solve", "script", "--solver", Z3_PROGRAM " -in"}, folder).out, "sat\n");
+  EXPECT_EQ(run_lumo({"solve", "script", "--solver", Z3_PROGRAM " -in"}, folder.get_path()).out, "sat\n");
 }
 #endif
 
@@ -269,7 +264,8 @@ TEST(Commands, WorkTogetherWithCvc5)
   const TemporaryFolder folder;
   folder.write("script", kScript);
   expect_round_trip(CVC5_PROGRAM, {"--lang", "smt2"}, folder);
-  EXPECT_EQ(run_lumo({"solve", "script", "--solver", CVC5_PROGRAM " --lang smt2"}, folder).out, "sat\n");
+  EXPECT_EQ(run_lumo({"solve", "script", "--solver", CVC5_PROGRAM " --lang smt2"}, folder.get_path()).out,
+            "sat\n");
 }
 
 TEST(Commands, KeepNamesThroughCvc5)
@@ -284,8 +280,8 @@ TEST(Commands, KeepNamesWithinOneProcess)
 {
   const TemporaryFolder folder;
   folder.write("script", make_script_of_names(make_names()));
-  folder.write("model", run_lumo({"solve", "script", "--model"}, folder).out);
-  EXPECT_EQ(run_lumo({"check", "script", "--model", "model"}, folder).out, "valid\n");
+  folder.write("model", run_lumo({"solve", "script", "--model"}, folder.get_path()).out);
+  EXPECT_EQ(run_lumo({"check", "script", "--model", "model"}, folder.get_path()).out, "valid\n");
 }
 
 }  // namespace

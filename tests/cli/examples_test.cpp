@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/process.h"
+#include "tests/cli/run_lumo.h"
 
 namespace lumo::test {
 namespace {
@@ -74,7 +74,7 @@ TEST(Examples, AreAnsweredCompletelyAndZ3Agrees)
   for (const std::string& name : list_examples()) {
     if (name == kRefusals) continue;
     SCOPED_TRACE(name);
-    const Outcome answer = run_program(LUMO_PROGRAM, {"invert", name}, kFolder);
+    const Outcome answer = run_lumo({"invert", name}, kFolder);
     EXPECT_EQ(answer.status, 0);
     EXPECT_EQ(answer.err, "");
     EXPECT_NE(answer.out, "");
@@ -91,7 +91,7 @@ TEST(Examples, AreAnsweredCompletelyAndZ3Agrees)
 
 TEST(Examples, ShowEveryKindOfRefusal)
 {
-  const Outcome answer = run_program(LUMO_PROGRAM, {"invert", kRefusals}, kFolder);
+  const Outcome answer = run_lumo({"invert", kRefusals}, kFolder);
   EXPECT_EQ(answer.status, 1);
   EXPECT_EQ(answer.out, "(define-fun x () (_ BitVec 8) #x05)\n(define-fun y () (_ BitVec 8) #x00)\n");
   EXPECT_EQ(
@@ -116,7 +116,7 @@ TEST(Examples, TogetherGiveOneScriptThatZ3Accepts)
   std::vector<std::string> args = {"invert"};
   const std::vector<std::string> names = list_examples();
   args.insert(args.end(), names.begin(), names.end());
-  const Outcome answer = run_program(LUMO_PROGRAM, args, kFolder);
+  const Outcome answer = run_lumo(args, kFolder);
   EXPECT_EQ(answer.status, 1);
   const TemporaryFolder folder;
   const Outcome judgement = run_program(Z3_PROGRAM, {"-in"}, folder.get_path(), answer.out + "(check-sat)\n");

@@ -7,23 +7,17 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/process.h"
+#include "tests/cli/run_lumo.h"
 
 namespace lumo::test {
 namespace {
-
-Outcome run_lumo(const std::vector<std::string>& args, const TemporaryFolder& folder,
-                 std::string_view standard_input = "", Output output = Output::kFile)
-{
-  return run_program(LUMO_PROGRAM, args, folder.get_path(), standard_input, output);
-}
 
 constexpr std::string_view kGood =
     "(declare-const x (_ BitVec 8))\n(declare-const y (_ BitVec 8))\n(assert (= (bvadd x y) #x05))\n";
 constexpr std::string_view kGoodAnswer =
     "(define-fun x () (_ BitVec 8) #x05)\n(define-fun y () (_ BitVec 8) #x00)\n";
 
-struct Row
+struct ProgramRow
 {
   std::vector<std::string> args;
   int status;
@@ -44,7 +38,7 @@ TEST(Program, AnswersWithStatusAndTexts)
   const std::string half_err =
       "half.smt2: assertion 1: this is the constant p alone, but an application of an operator was "
       "expected\n";
-  const std::vector<Row> rows = {
+  const std::vector<ProgramRow> rows = {
       {{"invert", "good.smt2"}, 0, std::string(kGoodAnswer), ""},
       {{"invert", "-"}, 0, std::string(kGoodAnswer), ""},
       {{"invert", "--", "-dash.smt2"}, 0, std::string(kGoodAnswer), ""},
@@ -74,9 +68,9 @@ TEST(Program, AnswersWithStatusAndTexts)
        "lumo: The following argument was not expected: --colour; see lumo --help\n"},
       {{"--version"}, 0, "lumo " LUMO_VERSION "\n", ""},
   };
-  for (const Row& row : rows) {
+  for (const ProgramRow& row : rows) {
     SCOPED_TRACE(testing::PrintToString(row.args));
-    const Outcome outcome = run_lumo(row.args, folder, kGood);
+    const Outcome outcome = run_lumo(row.args, folder.get_path(), kGood);
     EXPECT_EQ(outcome.status, row.status);
     EXPECT_EQ(outcome.out, row.out);
     EXPECT_EQ(outcome.err, row.err);
@@ -89,7 +83,7 @@ TEST(Program, ExplainsItself)
   for (const std::vector<std::string>& args :
        {std::vector<std::string>{"--help"}, std::vector<std::string>{"invert", "--help"}})
   {
-    const Outcome outcome = run_lumo(args, folder);
+    const Outcome outcome = run_lumo(args, folder.get_path());
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "");
     EXPECT_NE(outcome.out.find("invert"), std::string::npos);
@@ -107,11 +101,11 @@ TEST(Program, FailsIfItsOutputCannotBeWritten)
         std::vector<std::string>{"--version"}})
   {
     SCOPED_TRACE(args[0]);
-    const Outcome outcome = run_lumo(args, folder, kGood, Output::kFullDevice);
+    const Outcome outcome = run_lumo(args, folder.get_path(), kGood, Output::kFullDevice);
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.err, full);
   }
-  const Outcome closed = run_lumo({"invert", "-"}, folder, kGood, Output::kClosed);
+  const Outcome closed = run_lumo({"invert", "-"}, folder.get_path(), kGood, Output::kClosed);
   EXPECT_EQ(closed.status, 2);
   EXPECT_EQ(closed.err, "<stdout>: this cannot be written: Bad file descriptor\n");
 }
@@ -119,7 +113,7 @@ TEST(Program, FailsIfItsOutputCannotBeWritten)
 TEST(Program, EndsQuietlyWhenItsReaderHasGone)
 {
   const TemporaryFolder folder;
-  const Outcome outcome = run_lumo({"invert", "-"}, folder, kGood, Output::kUnreadPipe);
+  const Outcome outcome = run_lumo({"invert", "-"}, folder.get_path(), kGood, Output::kUnreadPipe);
   EXPECT_EQ(outcome.status, -SIGPIPE);
   EXPECT_EQ(outcome.err, "");
 }
@@ -127,7 +121,7 @@ TEST(Program, EndsQuietlyWhenItsReaderHasGone)
 TEST(Program, NeedsNoOutputWithoutDefinitions)
 {
   const TemporaryFolder folder;
-  const Outcome outcome = run_lumo({"invert", "-"}, folder, "(check-sat)", Output::kFullDevice);
+  const Outcome outcome = run_lumo({"invert", "-"}, folder.get_path(), "(check-sat)", Output::kFullDevice);
   EXPECT_EQ(outcome.status, 0);
   EXPECT_EQ(outcome.err, "");
 }

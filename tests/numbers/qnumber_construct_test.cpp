@@ -22,7 +22,7 @@ using test::make;
 using test::make_power;
 using test::Rational;
 
-const Integer kOne(1);
+const Integer kUnit(1);
 
 static_assert(sizeof(QNumber) == 2 * sizeof(long));
 static_assert(std::is_nothrow_default_constructible_v<QNumber>);
@@ -94,8 +94,8 @@ TEST(QNumberConstruct, AnUnsignedWordKeepsItsValueAndIsBigBeyondTheSignedRange)
 {
   EXPECT_TRUE(holds(QNumber(~0U), 0xffffffffL, Form::kSmall));
   EXPECT_TRUE(holds(QNumber(static_cast<unsigned long>(LONG_MAX)), LONG_MAX, Form::kSmall));
-  EXPECT_TRUE(holds(QNumber(1UL << 63U), Rational(Integer::power(63), kOne), Form::kBig));
-  EXPECT_TRUE(holds(QNumber(~0UL), Rational(Integer::power(64, -1), kOne), Form::kBig));
+  EXPECT_TRUE(holds(QNumber(1UL << 63U), Rational(Integer::power(63), kUnit), Form::kBig));
+  EXPECT_TRUE(holds(QNumber(~0UL), Rational(Integer::power(64, -1), kUnit), Form::kBig));
 }
 
 TEST(QNumberConstruct, APairOfWordsIsReduced)
@@ -108,7 +108,7 @@ TEST(QNumberConstruct, APairOfWordsIsReduced)
 
 TEST(QNumberConstruct, TheLowestWordOverMinusOneIsBigAndPositive)
 {
-  EXPECT_TRUE(holds(QNumber(LONG_MIN, -1), Rational(Integer::power(63), kOne), Form::kBig));
+  EXPECT_TRUE(holds(QNumber(LONG_MIN, -1), Rational(Integer::power(63), kUnit), Form::kBig));
   EXPECT_TRUE(holds(QNumber(LONG_MIN, -3), Rational(Integer::power(63), Integer(3)), Form::kBig));
 }
 
@@ -182,9 +182,9 @@ std::vector<Rational> sample_values()
           Rational(1, LONG_MAX),
           Rational(LONG_MAX - 1, LONG_MAX),
           Rational(1, kTwoTo63),
-          Rational(Integer::power(63), kOne),
-          Rational(Integer::power(64, -1), kOne),
-          Rational(Integer::power(200, 1), kOne),
+          Rational(Integer::power(63), kUnit),
+          Rational(Integer::power(64, -1), kUnit),
+          Rational(Integer::power(200, 1), kUnit),
           Rational(Integer::power(200, 1), Integer::power(130)),
           Rational(Integer(-3), Integer::power(90))};
 }
@@ -303,7 +303,7 @@ TEST(QNumberMove, SurvivesAGrowingVector)
   for (unsigned long i = 0; i < 200; ++i)
     numbers.push_back(make_power(i));
   for (unsigned long i = 0; i < 200; ++i) {
-    ASSERT_TRUE(holds(numbers[i], Rational(Integer::power(i), kOne), Form::kBig));
+    ASSERT_TRUE(holds(numbers[i], Rational(Integer::power(i), kUnit), Form::kBig));
   }
 }
 

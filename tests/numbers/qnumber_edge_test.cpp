@@ -20,7 +20,7 @@ using test::make;
 using test::make_power;
 using test::Rational;
 
-const Integer kOne(1);
+const Integer kIntegerOne(1);
 
 enum class Operation
 {
@@ -231,7 +231,7 @@ TEST(QNumberEdge, ANumberMayBeItsOwnOperand)
 {
   for (const Rational& value :
        {Rational(0), Rational(5), Rational(-3, 7), Rational(LONG_MAX), Rational(-LONG_MAX),
-        Rational(1, LONG_MAX), Rational(Integer::power(90, 1), kOne),
+        Rational(1, LONG_MAX), Rational(Integer::power(90, 1), kIntegerOne),
         Rational(Integer::power(90), Integer(-3))})
   {
     for (const Form form : kBothForms) {
@@ -311,7 +311,7 @@ TEST(QNumberEdge, DivisionOfTheLowestWordByMinusOneIsExact)
   QNumber q;
   QNumber r;
   QNumber(LONG_MIN).divmod(QNumber(-1), q, r);
-  EXPECT_TRUE(holds(q, Rational(Integer::power(63), kOne), Form::kBig));
+  EXPECT_TRUE(holds(q, Rational(Integer::power(63), kIntegerOne), Form::kBig));
   EXPECT_TRUE(holds(r, 0, Form::kBig));
 }
 
@@ -334,7 +334,7 @@ TEST(QNumberEdge, OrderIsExactWhereCrossProductsLeaveTheWord)
 {
   // In ascending order, none equal to its neighbour
   const Rational ascending[] = {
-      Rational(Integer("-36893488147419103232"), kOne),
+      Rational(Integer("-36893488147419103232"), kIntegerOne),
       Rational(LONG_MIN),
       Rational(-LONG_MAX),
       Rational(-LONG_MAX, 2),
@@ -355,7 +355,7 @@ TEST(QNumberEdge, OrderIsExactWhereCrossProductsLeaveTheWord)
       Rational(LONG_MAX, 2),
       Rational(LONG_MAX),
       Rational(Integer::power(64, 1), Integer(2)),
-      Rational(Integer::power(64), kOne),
+      Rational(Integer::power(64), kIntegerOne),
   };
   for (const Rational& x : ascending) {
     for (const Rational& y : ascending) {

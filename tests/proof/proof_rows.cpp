@@ -16,7 +16,7 @@ constexpr Standing kSound = Standing::kSound;
 constexpr Standing kUnsound = Standing::kUnsound;
 
 // In the order of Kind
-constexpr ProofRow kRows[] = {
+constexpr ProofRow kProofRows[] = {
     {Kind::kNot, kEvery, "x e", "v", kAlways, "x := (not v)"},
     {Kind::kAnd, kEvery, "xx xe ex ee", "v", kAlways, "a := v; b := v"},
     {Kind::kOr, kEvery, "xx xe ex ee", "v", kAlways, "a := v; b := v"},
@@ -189,7 +189,7 @@ std::vector<Parameters> choose_rotations(unsigned long w)
 
 }  // namespace
 
-std::span<const ProofRow> get_proof_rows() { return kRows; }
+std::span<const ProofRow> get_proof_rows() { return kProofRows; }
 
 std::vector<unsigned long> get_proof_widths(const ProofRow& row)
 {

@@ -97,24 +97,24 @@ INSTANTIATE_TEST_SUITE_P(Rows, Proof, testing::ValuesIn(get_proof_rows().begin()
 // -----------------------------------------------------------------------------------------------------------
 // What is wrong must not be proven.
 
-constexpr Scope kEvery = Scope::kEvery;
+constexpr Scope kAtEvery = Scope::kEvery;
 
 /// Rows that are wrong at every width. In the last, either step from the application to the value is wrong.
 constexpr ProofRow kWrongRows[] = {
-    {Kind::kAnd, kEvery, "xx", "v", "", "a := v; b := false"},
-    {Kind::kIff, kEvery, "xn", "v", "", "a := v"},
+    {Kind::kAnd, kAtEvery, "xx", "v", "", "a := v; b := false"},
+    {Kind::kIff, kAtEvery, "xn", "v", "", "a := v"},
     {Kind::kIte, Scope::kVectors, "nxx", "v", "", "a := v; b := (bvadd v one)"},
-    {Kind::kEq, kEvery, "xn", "false", "", "a := b"},
-    {Kind::kBvNeg, kEvery, "x", "v", "", "x := (bvnot v)"},
-    {Kind::kBvOr, kEvery, "xx", "v", "", "a := v; b := one"},
-    {Kind::kBvAdd, kEvery, "xx", "v", "", "a := v; b := one"},
-    {Kind::kBvSub, kEvery, "ex", "v", "", "b := (bvnot v); a := zero"},
-    {Kind::kBvMul, kEvery, "xn", "v", "", "a := (bvmul inverse v)"},
-    {Kind::kBvUlt, kEvery, "nx", "true", "", "b := (bvadd a one)"},
-    {Kind::kBvSle, kEvery, "xn", "false", "(distinct b least)", "a := (bvadd b one)"},
-    {Kind::kBvZeroExtend, kEvery, "x", "v", "is_one", "x := (bvnot low)"},
-    {Kind::kBvComp, kEvery, "xx", "v", "", "a := zero; b := zero"},
-    {Kind::kBvMul, kEvery, "nx", "v", "(= product zero)", "b := (bvadd (bvmul inverse v) one)",
+    {Kind::kEq, kAtEvery, "xn", "false", "", "a := b"},
+    {Kind::kBvNeg, kAtEvery, "x", "v", "", "x := (bvnot v)"},
+    {Kind::kBvOr, kAtEvery, "xx", "v", "", "a := v; b := one"},
+    {Kind::kBvAdd, kAtEvery, "xx", "v", "", "a := v; b := one"},
+    {Kind::kBvSub, kAtEvery, "ex", "v", "", "b := (bvnot v); a := zero"},
+    {Kind::kBvMul, kAtEvery, "xn", "v", "", "a := (bvmul inverse v)"},
+    {Kind::kBvUlt, kAtEvery, "nx", "true", "", "b := (bvadd a one)"},
+    {Kind::kBvSle, kAtEvery, "xn", "false", "(distinct b least)", "a := (bvadd b one)"},
+    {Kind::kBvZeroExtend, kAtEvery, "x", "v", "is_one", "x := (bvnot low)"},
+    {Kind::kBvComp, kAtEvery, "xx", "v", "", "a := zero; b := zero"},
+    {Kind::kBvMul, kAtEvery, "nx", "v", "(= product zero)", "b := (bvadd (bvmul inverse v) one)",
      Standing::kSound, "(bvmul product v)"},
 };
 
@@ -152,9 +152,9 @@ INSTANTIATE_TEST_SUITE_P(Rows, WrongProof, testing::ValuesIn(kWrongRows), name_r
 
 TEST(WrongRow, IsRefusedIfItWantsTermsFromACalculatorThatRefusesOrComputesWithTheNumeral)
 {
-  constexpr ProofRow kRefused = {Kind::kBvAnd, kEvery, "xn", "v", "", ""};
+  constexpr ProofRow kRefused = {Kind::kBvAnd, kAtEvery, "xn", "v", "", ""};
   EXPECT_THROW(static_cast<void>(ProofScene(kRefused, {8}).make_definitions("xn")), std::logic_error);
-  constexpr ProofRow kComputed = {Kind::kEq, kEvery, "xn", "false", "", ""};
+  constexpr ProofRow kComputed = {Kind::kEq, kAtEvery, "xn", "false", "", ""};
   EXPECT_THROW(static_cast<void>(ProofScene(kComputed, {8}).make_definitions("xn")), std::logic_error);
 }
 

@@ -26,7 +26,7 @@ using smtlib::Deadline;
 const Deadline kNever{std::nullopt};
 constexpr std::size_t kMuch = 10'000'000;
 
-ChildOutcome run(const std::string& command, const std::string& input = "")
+ChildOutcome run_shell(const std::string& command, const std::string& input = "")
 {
   return smtlib::run_child(command, input, kNever);
 }
@@ -60,7 +60,7 @@ bool goes_away(const std::string& process)
 
 TEST(ChildProcess, TellsTheOutputAndTheExitStatus)
 {
-  const ChildOutcome outcome = run("cat; echo 'and \"more\"'; echo trouble >&2; exit 3", "some text\n");
+  const ChildOutcome outcome = run_shell("cat; echo 'and \"more\"'; echo trouble >&2; exit 3", "some text\n");
   EXPECT_EQ(outcome.end, ChildEnd::kExit);
   EXPECT_EQ(outcome.code, 3);
   EXPECT_EQ(outcome.out, "some text\nand \"more\"\n");
@@ -69,7 +69,7 @@ TEST(ChildProcess, TellsTheOutputAndTheExitStatus)
 
 TEST(ChildProcess, TellsTheSignalThatEndedTheChild)
 {
-  const ChildOutcome outcome = run("echo half; kill -SEGV $$");
+  const ChildOutcome outcome = run_shell("echo half; kill -SEGV $$");
   EXPECT_EQ(outcome.end, ChildEnd::kSignal);
   EXPECT_EQ(outcome.code, SIGSEGV);
   EXPECT_EQ(outcome.out, "half\n");
@@ -77,7 +77,7 @@ TEST(ChildProcess, TellsTheSignalThatEndedTheChild)
 
 TEST(ChildProcess, TellsWhatTheShellSaysOfAMissingProgram)
 {
-  const ChildOutcome outcome = run("/nowhere/no-such-program");
+  const ChildOutcome outcome = run_shell("/nowhere/no-such-program");
   EXPECT_EQ(outcome.end, ChildEnd::kExit);
   EXPECT_EQ(outcome.code, 127);
   EXPECT_NE(outcome.err.find("no-such-program"), std::string::npos) << outcome.err;
@@ -86,13 +86,13 @@ TEST(ChildProcess, TellsWhatTheShellSaysOfAMissingProgram)
 TEST(ChildProcess, ExchangesMoreThanPipesHold)
 {
   const std::string input(kMuch, 'x');
-  EXPECT_EQ(run("cat", input).out, input);
+  EXPECT_EQ(run_shell("cat", input).out, input);
 }
 
 TEST(ChildProcess, ReadsFromAChildThatPrintsBeforeItReads)
 {
   const std::string input(1'000'000, 'x');
-  const ChildOutcome outcome = run("head -c 2000000 /dev/zero | tr '\\0' 'y'; wc -c", input);
+  const ChildOutcome outcome = run_shell("head -c 2000000 /dev/zero | tr '\\0' 'y'; wc -c", input);
   ASSERT_GT(outcome.out.size(), 2'000'000U);
   EXPECT_EQ(std::stoul(outcome.out.substr(2'000'000)), input.size());
 }
@@ -100,14 +100,14 @@ TEST(ChildProcess, ReadsFromAChildThatPrintsBeforeItReads)
 TEST(ChildProcess, SurvivesAChildThatDoesNotReadItsInput)
 {
   const std::string input(1'000'000, 'x');
-  EXPECT_EQ(run("echo done", input).out, "done\n");
-  EXPECT_EQ(run("exec <&-; echo done; exec >&-; exit 4", input).code, 4);
-  EXPECT_EQ(run("head -c 3; exec <&-; sleep 0.1; echo done", input).out, "xxxdone\n");
+  EXPECT_EQ(run_shell("echo done", input).out, "done\n");
+  EXPECT_EQ(run_shell("exec <&-; echo done; exec >&-; exit 4", input).code, 4);
+  EXPECT_EQ(run_shell("head -c 3; exec <&-; sleep 0.1; echo done", input).out, "xxxdone\n");
 }
 
 TEST(ChildProcess, KeepsOnlyTheStartOfALongErrorText)
 {
-  const ChildOutcome outcome = run("echo first >&2; head -c 1000000 /dev/zero >&2; echo done");
+  const ChildOutcome outcome = run_shell("echo first >&2; head -c 1000000 /dev/zero >&2; echo done");
   EXPECT_EQ(outcome.out, "done\n");
   EXPECT_EQ(outcome.err.substr(0, 6), "first\n");
   EXPECT_LT(outcome.err.size(), 100'000U);
@@ -115,7 +115,7 @@ TEST(ChildProcess, KeepsOnlyTheStartOfALongErrorText)
 
 TEST(ChildProcess, DoesNotWaitForWhatTheChildLeavesBehind)
 {
-  const ChildOutcome outcome = run("sleep 1000 & echo $!");
+  const ChildOutcome outcome = run_shell("sleep 1000 & echo $!");
   EXPECT_EQ(outcome.end, ChildEnd::kExit);
   EXPECT_EQ(outcome.code, 0);
   EXPECT_TRUE(goes_away(outcome.out));
@@ -148,14 +148,14 @@ TEST(ChildProcess, IsOverAtOnceWithoutTime)
 
 TEST(ChildProcess, RefusesACommandThatTheSystemDoesNotTake)
 {
-  EXPECT_THROW(static_cast<void>(run(std::string(kMuch, 'x'))), Exception);
+  EXPECT_THROW(static_cast<void>(run_shell(std::string(kMuch, 'x'))), Exception);
 }
 
 TEST(ChildProcess, LeavesDispositionsAndMaskOfSignalsAlone)
 {
   sigset_t mask_before;
   pthread_sigmask(SIG_SETMASK, nullptr, &mask_before);
-  static_cast<void>(run("exec <&-; echo done", std::string(1'000'000, 'x')));
+  static_cast<void>(run_shell("exec <&-; echo done", std::string(1'000'000, 'x')));
 
   struct sigaction action;
   sigaction(SIGPIPE, nullptr, &action);
@@ -170,7 +170,7 @@ TEST(ChildProcess, GivesTheChildTheMaskOfItsCaller)
 {
   // The shell itself cannot tell, but what ends it can: none of these signals is held back in it.
   for (const int signal : {SIGPIPE, SIGTERM, SIGHUP, SIGINT})
-    EXPECT_EQ(run("kill -" + std::to_string(signal) + " $$; sleep 1; echo alive").code, signal);
+    EXPECT_EQ(run_shell("kill -" + std::to_string(signal) + " $$; sleep 1; echo alive").code, signal);
 }
 
 TEST(ChildProcess, LeavesNoDescriptorsBehind)
@@ -181,7 +181,7 @@ TEST(ChildProcess, LeavesNoDescriptorsBehind)
     return next;
   };
   const int before = get_next_descriptor();
-  static_cast<void>(run("true"));
+  static_cast<void>(run_shell("true"));
   EXPECT_EQ(get_next_descriptor(), before);
 }
 
@@ -215,7 +215,7 @@ TEST(ChildProcess, EndsTheChildBeforeASignalEndsTheProgram)
   for (const int signal : {SIGINT, SIGTERM}) {
     const TemporaryFolder folder;
     const std::string file = folder.get_file("grandchild");
-    const Apart apart([&] { static_cast<void>(run("sleep 1000 & echo $! > " + file + "; wait")); });
+    const Apart apart([&] { static_cast<void>(run_shell("sleep 1000 & echo $! > " + file + "; wait")); });
     ASSERT_TRUE(wait_until([&] { return folder.read("grandchild").ends_with('\n'); }));
     apart.signal(signal);
     EXPECT_EQ(apart.wait(), -signal);
@@ -230,7 +230,7 @@ TEST(ChildProcess, PaysNoHeedToIgnoredSignals)
                               folder.get_file("go") + "; do sleep 0.1; done";
   const Apart apart([&] {
     std::signal(SIGHUP, SIG_IGN);
-    _exit(run(command + "; echo done").out == "done\n" ? 0 : 1);
+    _exit(run_shell(command + "; echo done").out == "done\n" ? 0 : 1);
   });
   ASSERT_TRUE(wait_until([&] { return !folder.read("started").empty(); }));
   apart.signal(SIGHUP);
@@ -245,7 +245,7 @@ TEST(ChildProcess, NeedsNoStandardStreamsOfItsOwn)
       for (int stream = 0; stream < 3; ++stream) {
         if ((closed >> stream & 1) != 0) close(stream);
       }
-      const ChildOutcome outcome = run("cat; echo trouble >&2", "text");
+      const ChildOutcome outcome = run_shell("cat; echo trouble >&2", "text");
       _exit(outcome.out == "text" && outcome.err == "trouble\n" ? 0 : 1);
     });
     EXPECT_EQ(apart.wait(), 0) << closed;

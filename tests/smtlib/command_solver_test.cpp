@@ -176,9 +176,9 @@ class SolverProgram : public CommandSolver, public testing::WithParamInterface<c
   std::string command_;
 };
 
-std::string name_of(const testing::TestParamInfo<const char*>& program) { return program.param; }
+std::string name_of_program(const testing::TestParamInfo<const char*>& program) { return program.param; }
 
-INSTANTIATE_TEST_SUITE_P(Programs, SolverProgram, testing::Values("z3", "cvc5"), name_of);
+INSTANTIATE_TEST_SUITE_P(Programs, SolverProgram, testing::Values("z3", "cvc5"), name_of_program);
 
 TEST_P(SolverProgram, FindsModels)
 {

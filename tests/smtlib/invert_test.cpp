@@ -96,15 +96,15 @@ TEST(Requests, NeedAnOperator)
             "this is the literal true alone, but an application of an operator was expected");
 }
 
-struct Row
+struct InversionRow
 {
   std::vector<std::string_view> assertions;
   std::vector<std::string> answers;
 };
 
-void expect_answers(const std::vector<Row>& rows)
+void expect_answers(const std::vector<InversionRow>& rows)
 {
-  for (const Row& row : rows)
+  for (const InversionRow& row : rows)
     EXPECT_EQ(solve_all(row.assertions), row.answers) << row.assertions[0];
 }
 

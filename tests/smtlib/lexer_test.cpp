@@ -25,7 +25,7 @@ std::vector<Token> read_all(std::string_view text)
   return tokens;
 }
 
-struct Row
+struct LexerRow
 {
   std::string_view text;
   std::vector<Piece> pieces;  ///< without the end
@@ -33,7 +33,7 @@ struct Row
 
 TEST(Lexer, SplitsTextIntoTokens)
 {
-  const std::vector<Row> rows = {
+  const std::vector<LexerRow> rows = {
       {"", {}},
       {" \t\r\n; a comment ( \" |", {}},
       {"; first\nx ; last\n", {{TokenKind::kSymbol, "x"}}},
@@ -47,7 +47,7 @@ TEST(Lexer, SplitsTextIntoTokens)
       {":named|x|", {{TokenKind::kKeyword, ":named"}, {TokenKind::kQuotedSymbol, "x"}}},
       {"|\xc3\xa9|;\xc3\xa9", {{TokenKind::kQuotedSymbol, "\xc3\xa9"}}},
   };
-  for (const Row& row : rows) {
+  for (const LexerRow& row : rows) {
     SCOPED_TRACE(row.text);
     const std::vector<Token> tokens = read_all(row.text);
     ASSERT_EQ(tokens.size(), row.pieces.size() + 1);

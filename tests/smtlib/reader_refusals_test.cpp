@@ -11,7 +11,7 @@
 namespace lumo::smtlib {
 namespace {
 
-struct Row
+struct RefusalRow
 {
   std::string text;
   std::string_view message;
@@ -33,9 +33,9 @@ std::string get_message(std::string_view text)
   return message;
 }
 
-void expect_messages(const std::vector<Row>& rows)
+void expect_messages(const std::vector<RefusalRow>& rows)
 {
-  for (const Row& row : rows)
+  for (const RefusalRow& row : rows)
     EXPECT_EQ(get_message(row.text), row.message) << row.text;
 }
 

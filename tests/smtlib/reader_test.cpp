@@ -21,7 +21,7 @@ std::vector<std::string> read_assertions(const std::string& text)
   return assertions;
 }
 
-constexpr std::string_view kDeclarations =
+constexpr std::string_view kManyDeclarations =
     "(set-logic QF_BV)(set-info :status sat)(set-option :produce-unsat-cores true)\n"
     "(declare-const p Bool)(declare-const q Bool)(declare-fun r () Bool)\n"
     "(define-sort Byte () (_ BitVec 8))\n"
@@ -59,14 +59,14 @@ TEST(Reader, MakesTermsOfTheOperatorsThatThereAre)
       {"(ite p q (= (ite q x y) z))", "(ite p q (= (ite q x y) z))"},
   };
   for (const Row& row : rows) {
-    const std::string text = std::string(kDeclarations) + "(assert " + std::string(row.assertion) + ")";
+    const std::string text = std::string(kManyDeclarations) + "(assert " + std::string(row.assertion) + ")";
     EXPECT_EQ(read_assertions(text), (std::vector<std::string>{std::string(row.term)})) << row.assertion;
   }
 }
 
 TEST(Reader, ReplacesDefinitionsAndNames)
 {
-  const std::string text = std::string(kDeclarations) +
+  const std::string text = std::string(kManyDeclarations) +
                            "(define-fun s () Byte (bvadd x #x01))\n"
                            "(define-const |t t| Byte (bvmul s s))\n"
                            "(define-fun f ((x Byte) (b Bool)) Byte (ite b x s))\n"

@@ -11,7 +11,7 @@
 namespace lumo::test {
 namespace {
 
-constexpr const char* kScript =
+constexpr const char* kCheckScript =
     "(declare-const x (_ BitVec 8))\n"
     "(declare-const |y\n!| (_ BitVec 8))\n"
     "(declare-const p Bool)\n"
@@ -31,7 +31,7 @@ TEST(RunCheck, AcceptsAModel)
        {"((define-fun x () (_ BitVec 8) #x06) (define-fun |y\n!| () (_ BitVec 8) #b00000111))",
         "sat\n(model (define-fun |y\n!| () (_ BitVec 8) (_ bv1 8)))"})
   {
-    const CommandRun run = check(kScript, model);
+    const CommandRun run = check(kCheckScript, model);
     EXPECT_EQ(run.status, smtlib::kAnswered) << model;
     EXPECT_EQ(run.out, "valid\n");
     EXPECT_EQ(run.err, "");
@@ -40,7 +40,7 @@ TEST(RunCheck, AcceptsAModel)
 
 TEST(RunCheck, NamesTheFirstFalseAssertionWithItsValues)
 {
-  const CommandRun run = check(kScript, "((define-fun x () (_ BitVec 8) #x06))");
+  const CommandRun run = check(kCheckScript, "((define-fun x () (_ BitVec 8) #x06))");
   EXPECT_EQ(run.status, smtlib::kRefused);
   EXPECT_EQ(run.out, "invalid\n");
   EXPECT_EQ(run.err,
@@ -77,11 +77,11 @@ TEST(RunCheck, FailsForBadInput)
   EXPECT_EQ(script.status, smtlib::kFailed);
   EXPECT_EQ(script.out, "");
   EXPECT_TRUE(script.err.starts_with("<stdin>:1:")) << script.err;
-  const CommandRun model = check(kScript, "(define-fun x () Bool true)");
+  const CommandRun model = check(kCheckScript, "(define-fun x () Bool true)");
   EXPECT_EQ(model.status, smtlib::kFailed);
   EXPECT_EQ(model.out, "");
   EXPECT_NE(model.err.find("/model:1:"), std::string::npos) << model.err;
-  const CommandRun both = run(smtlib::run_check, smtlib::CheckOptions{"-", "-"}, kScript);
+  const CommandRun both = run(smtlib::run_check, smtlib::CheckOptions{"-", "-"}, kCheckScript);
   EXPECT_EQ(both.status, smtlib::kFailed);
   EXPECT_EQ(both.err, "lumo: several files are -, but the standard input can be read only once\n");
 }

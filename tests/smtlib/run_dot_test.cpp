@@ -10,7 +10,7 @@
 namespace lumo::test {
 namespace {
 
-constexpr const char* kScript =
+constexpr const char* kDotScript =
     "(declare-const |x\"| (_ BitVec 8))\n"
     "(declare-const y (_ BitVec 8))\n"
     "(assert (bvult (bvadd |x\"| y) (bvurem y #x07)))\n"
@@ -31,7 +31,7 @@ std::size_t count(const std::string& text, const std::string& piece)
 
 TEST(RunDot, DrawsTheGraphWithWhatWillGo)
 {
-  const CommandRun run = draw(kScript, false);
+  const CommandRun run = draw(kDotScript, false);
   EXPECT_EQ(run.status, smtlib::kAnswered);
   EXPECT_EQ(run.err, "");
   EXPECT_TRUE(run.out.starts_with("digraph assertions {\n")) << run.out;
@@ -50,7 +50,7 @@ TEST(RunDot, DrawsTheGraphWithWhatWillGo)
 TEST(RunDot, DrawsWhatIsLeft)
 {
   // The order atom leaves its guard: the remainder is not 0.
-  const CommandRun run = draw(kScript, true);
+  const CommandRun run = draw(kDotScript, true);
   EXPECT_EQ(run.status, smtlib::kAnswered);
   EXPECT_EQ(count(run.out, "bvult"), 0U) << run.out;
   EXPECT_EQ(count(run.out, "bvadd"), 0U) << run.out;

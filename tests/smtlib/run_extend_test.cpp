@@ -11,7 +11,7 @@
 namespace lumo::test {
 namespace {
 
-constexpr const char* kScript =
+constexpr const char* kExtendScript =
     "(declare-const x (_ BitVec 8))\n"
     "(declare-const |y !| (_ BitVec 8))\n"
     "(declare-const unused Bool)\n"
@@ -33,7 +33,7 @@ struct Files
   std::string script;
   std::string trail;
 
-  explicit Files(const std::string& text = kScript)
+  explicit Files(const std::string& text = kExtendScript)
       : script(folder.write("script", text)), trail(folder.get_file("trail"))
   {
     const CommandRun run =
@@ -61,9 +61,9 @@ TEST(RunExtend, ReadsOneFileFromStandardInput)
   const Files files;
   const std::string model = files.folder.write("model", kModel);
   EXPECT_EQ(extend({files.script, files.trail, model}).out, kAnswer);
-  EXPECT_EQ(extend({"-", files.trail, model}, kScript).out, kAnswer);
+  EXPECT_EQ(extend({"-", files.trail, model}, kExtendScript).out, kAnswer);
   EXPECT_EQ(extend({files.script, "-", model}, files.folder.read("trail")).out, kAnswer);
-  const CommandRun run = extend({"-", files.trail, "-"}, kScript);
+  const CommandRun run = extend({"-", files.trail, "-"}, kExtendScript);
   EXPECT_EQ(run.status, smtlib::kFailed);
   EXPECT_EQ(run.err, "lumo: several files are -, but the standard input can be read only once\n");
 }

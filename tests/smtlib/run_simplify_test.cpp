@@ -16,13 +16,13 @@ namespace {
 
 using smtlib::SimplifyOptions;
 
-constexpr const char* kScript =
+constexpr const char* kSimplifyScript =
     "(declare-const x (_ BitVec 8))\n"
     "(declare-const y (_ BitVec 8))\n"
     "(declare-const unused Bool)\n"
     "(assert (bvult (bvadd x y) (bvurem x #x07)))\n";
 
-CommandRun simplify(const SimplifyOptions& options, const std::string& script = kScript)
+CommandRun simplify(const SimplifyOptions& options, const std::string& script = kSimplifyScript)
 {
   return run(smtlib::run_simplify, options, script);
 }
@@ -90,7 +90,7 @@ TEST(RunSimplify, LeavesOldFilesAloneIfOneCannotBeWritten)
 TEST(RunSimplify, LeavesTheTrailAloneIfTheRestCannotBePrinted)
 {
   const TemporaryFolder folder;
-  std::istringstream in(kScript);
+  std::istringstream in(kSimplifyScript);
   std::ofstream out("/dev/full");
   std::ostringstream err;
   EXPECT_EQ(smtlib::run_simplify({"-", "-", folder.get_file("trail")}, in, out, err), smtlib::kFailed);

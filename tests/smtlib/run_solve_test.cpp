@@ -18,7 +18,7 @@ using smtlib::SolveOptions;
 std::string make_solver(const std::string& output) { return "cat > /dev/null; printf '" + output + "'"; }
 
 /// x occurs twice, y and z once; u does not occur.
-constexpr const char* kScript =
+constexpr const char* kSolveScript =
     "(declare-const z (_ BitVec 8))\n"
     "(declare-const u Bool)\n"
     "(declare-const x (_ BitVec 8))\n"
@@ -48,7 +48,7 @@ CommandRun solve(const SolveOptions& options, const std::string& script)
 
 TEST(RunSolve, PrintsTheAnswerAlone)
 {
-  const CommandRun sat = solve(make_options(), kScript);
+  const CommandRun sat = solve(make_options(), kSolveScript);
   EXPECT_EQ(sat.status, smtlib::kAnswered);
   EXPECT_EQ(sat.out, "sat\n");
   EXPECT_EQ(sat.err, "");
@@ -64,7 +64,7 @@ TEST(RunSolve, PrintsTheModelOfAllConstantsInTheirOrder)
   SolveOptions options = make_options();
   options.wants_model = true;
   options.method.solver_command = make_solver("sat\\n((define-fun x () (_ BitVec 8) #x0a))\\n");
-  const CommandRun run = solve(options, kScript);
+  const CommandRun run = solve(options, kSolveScript);
   EXPECT_EQ(run.status, smtlib::kAnswered);
   EXPECT_EQ(run.out,
             "sat\n"
@@ -83,7 +83,7 @@ TEST(RunSolve, PrintsNoModelIfThereIsNone)
   options.wants_model = true;
   for (const std::string answer : {"unsat", "unknown"}) {
     options.method.solver_command = make_solver(answer + "\\n");
-    const CommandRun run = solve(options, kScript);
+    const CommandRun run = solve(options, kSolveScript);
     EXPECT_EQ(run.status, smtlib::kAnswered);
     EXPECT_EQ(run.out, answer + "\n");
     EXPECT_EQ(run.err, "");
@@ -146,7 +146,7 @@ TEST(RunSolve, FailsIfTheSolverDoes)
         std::string("kill -9 $$"), std::string("/no/such/solver"), std::string()})
   {
     options.method.solver_command = command;
-    const CommandRun run = solve(options, kScript);
+    const CommandRun run = solve(options, kSolveScript);
     EXPECT_EQ(run.status, smtlib::kFailed) << command;
     EXPECT_EQ(run.out, "") << command;
     EXPECT_TRUE(run.err.starts_with("<stdin>: ")) << run.err;
@@ -159,7 +159,7 @@ TEST(RunSolve, IsUnknownAfterTheTimeLimit)
   SolveOptions options = make_options();
   options.method.seconds = 0.05;
   options.method.solver_command = "sleep 60";
-  EXPECT_EQ(solve(options, kScript).out, "unknown\n");
+  EXPECT_EQ(solve(options, kSolveScript).out, "unknown\n");
 }
 
 TEST(RunSolve, RefusesATimeLimitThatIsNone)
@@ -169,7 +169,7 @@ TEST(RunSolve, RefusesATimeLimitThatIsNone)
   {
     SolveOptions options = make_options();
     options.method.seconds = seconds;
-    const CommandRun run = solve(options, kScript);
+    const CommandRun run = solve(options, kSolveScript);
     EXPECT_EQ(run.status, smtlib::kFailed);
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err, "lumo: the time limit must be a number of seconds above 0\n");
@@ -231,7 +231,7 @@ TEST(RunSolve, NamesWhatIsWrongWithTheScript)
 
 TEST(RunSolve, FailsIfTheAnswerCannotBeWritten)
 {
-  std::istringstream in(kScript);
+  std::istringstream in(kSolveScript);
   std::ofstream out("/dev/full");
   std::ostringstream err;
   EXPECT_EQ(smtlib::run_solve(make_options(), in, out, err), smtlib::kFailed);

@@ -17,7 +17,7 @@ std::string rewrite(std::string_view text)
   return scanner.get_rewritten_text().get_text();
 }
 
-struct Row
+struct ScannerRow
 {
   std::string_view text;
   std::string_view rewritten;
@@ -25,7 +25,7 @@ struct Row
 
 TEST(Scanner, KeepsWhatTheParserNeeds)
 {
-  const std::vector<Row> rows = {
+  const std::vector<ScannerRow> rows = {
       {"", "\n"},
       {"(set-logic QF_BV) (set-option :produce-unsat-cores true)\n(echo \"(assert\")", "\n"},
       {"(declare-const p Bool)(check-sat)(get-model)", "\n(declare-const p Bool)\n"},
@@ -42,7 +42,7 @@ TEST(Scanner, KeepsWhatTheParserNeeds)
        "0| (_ BitVec 2049))\n(assert (= |\x01"
        "0| x))\n"},
   };
-  for (const Row& row : rows)
+  for (const ScannerRow& row : rows)
     EXPECT_EQ(rewrite(row.text), row.rewritten);
 }
 

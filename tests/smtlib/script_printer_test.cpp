@@ -19,7 +19,7 @@ namespace {
 using test::parse_term;
 using Terms = std::vector<const Term*>;
 
-std::string print(const Terms& constants, const Terms& assertions, bool wants_model = false)
+std::string print_lines(const Terms& constants, const Terms& assertions, bool wants_model = false)
 {
   std::ostringstream out;
   print_script(out, constants, assertions, wants_model);
@@ -32,7 +32,7 @@ std::string print_assertions(TermManager& mgr, const std::vector<std::string>& a
   Terms terms;
   for (const std::string& assertion : assertions)
     terms.push_back(parse_term(mgr, assertion));
-  const std::string text = print({}, terms);
+  const std::string text = print_lines({}, terms);
   const std::size_t first = std::min(text.find("(assert"), text.find("(check-sat)"));
   return text.substr(first, text.find("(check-sat)") - first);
 }
@@ -42,8 +42,8 @@ TEST(ScriptPrinter, PrintsACompleteScript)
   TermManager mgr;
   const Term* x = parse_term(mgr, "x8");
   const Term* quoted = mgr.make_constant("a \"b\"", mgr.make_bool_type());
-  EXPECT_EQ(print({}, {}), "(set-logic QF_BV)\n(check-sat)\n");
-  EXPECT_EQ(print({x, quoted}, {parse_term(mgr, "(bvult y8 #x0f)"), quoted}, true),
+  EXPECT_EQ(print_lines({}, {}), "(set-logic QF_BV)\n(check-sat)\n");
+  EXPECT_EQ(print_lines({x, quoted}, {parse_term(mgr, "(bvult y8 #x0f)"), quoted}, true),
             "(set-option :produce-models true)\n"
             "(set-logic QF_BV)\n"
             "(declare-fun x8 () (_ BitVec 8))\n"
@@ -99,10 +99,10 @@ TEST(ScriptPrinter, TakesNamesThatNoConstantHas)
   const Terms constants = {parse_term(mgr, "x8"), mgr.make_constant("s!1", mgr.make_bool_type()),
                            mgr.make_constant("s!!!", mgr.make_bool_type()),
                            mgr.make_constant("s", mgr.make_bool_type())};
-  EXPECT_NE(print(constants, {shared}).find("(let ((s!!!!1 (bvnot x8)))"), std::string::npos);
+  EXPECT_NE(print_lines(constants, {shared}).find("(let ((s!!!!1 (bvnot x8)))"), std::string::npos);
   // A constant that occurs without being given counts, too.
   const Term* capturing = mgr.make_term(mgr.make_and_symbol(), {shared, constants[1]});
-  EXPECT_NE(print({}, {capturing}).find("(let ((s!!1 (bvnot x8)))"), std::string::npos);
+  EXPECT_NE(print_lines({}, {capturing}).find("(let ((s!!1 (bvnot x8)))"), std::string::npos);
 }
 
 TEST(ScriptPrinter, RefusesNamesWithoutASpelling)
@@ -138,13 +138,13 @@ TEST(ScriptPrinter, KeepsTheMeaningOfRandomAssertions)
     Terms conjunction{mgr.make_true()};
     for (const Term* assertion : formula.assertions)
       conjunction[0] = mgr.make_term(mgr.make_and_symbol(), {conjunction[0], assertion});
-    const std::string text = print(formula.constants, conjunction);
+    const std::string text = print_lines(formula.constants, conjunction);
     SCOPED_TRACE(text);
     const Script script = read_script(mgr, text);
     ASSERT_EQ(script.constants, formula.constants);
     ASSERT_EQ(script.get_asserted_terms(), conjunction);
 
-    const Script apart = read_script(mgr, print(formula.constants, formula.assertions));
+    const Script apart = read_script(mgr, print_lines(formula.constants, formula.assertions));
     Terms expected = formula.assertions;
     Terms found;
     std::size_t num_left = expected.size() - apart.assertions.size() + 1;
@@ -176,7 +176,7 @@ TEST(ScriptPrinter, PrintsAMillionNestedApplications)
   for (std::size_t i = 0; i < kDepth; ++i)
     t = mgr.make_term(mgr.make_bv_add_symbol(8), {t, x});
   const Terms assertions{mgr.make_term(mgr.make_bv_ult_symbol(8), {x, t})};
-  const std::string text = print({x}, assertions);
+  const std::string text = print_lines({x}, assertions);
   EXPECT_LT(text.size(), 12 * kDepth);
   EXPECT_EQ(read_script(mgr, text).get_asserted_terms(), assertions);
 }
@@ -189,8 +189,9 @@ TEST(ScriptPrinter, BindsWhatLiesDeep)
   for (std::size_t i = 0; i < 1000; ++i)
     t = mgr.make_term(mgr.make_bv_not_symbol(8), {t});
   const Symbol* less = mgr.make_bv_ult_symbol(8);
-  EXPECT_NE(print({}, {mgr.make_term(less, {x, t})}).find("(assert\n(let ((s!1 (bvnot"), std::string::npos);
-  EXPECT_EQ(print({}, {mgr.make_term(less, {x, t->get_arg(0)})}).find("let"), std::string::npos);
+  EXPECT_NE(print_lines({}, {mgr.make_term(less, {x, t})}).find("(assert\n(let ((s!1 (bvnot"),
+            std::string::npos);
+  EXPECT_EQ(print_lines({}, {mgr.make_term(less, {x, t->get_arg(0)})}).find("let"), std::string::npos);
 }
 
 TEST(ScriptPrinter, PrintsAGraphWhoseTreeIsExponential)
@@ -203,7 +204,7 @@ TEST(ScriptPrinter, PrintsAGraphWhoseTreeIsExponential)
   for (std::size_t i = 0; i < kDepth; ++i)
     t = mgr.make_term(mgr.make_bv_mul_symbol(8), {t, t});
   assertions.push_back(mgr.make_term(mgr.make_bv_ult_symbol(8), {x, t}));
-  const std::string text = print({x}, assertions);
+  const std::string text = print_lines({x}, assertions);
   EXPECT_LT(text.size(), 45 * kDepth);
   EXPECT_EQ(read_script(mgr, text).get_asserted_terms(), assertions);
 }
@@ -221,7 +222,7 @@ TEST(ScriptPrinter, BindsSideBySideWhatDoesNotDependOnEachOther)
     const Term* less = mgr.make_term(mgr.make_bv_ult_symbol(8), {product, product});
     assertions[0] = mgr.make_term(mgr.make_and_symbol(), {assertions[0], less});
   }
-  const std::string text = print(constants, assertions);
+  const std::string text = print_lines(constants, assertions);
   // One layer for the products, and few that cut the conjunction
   std::size_t num_layers = 0;
   for (std::size_t i = text.find("(let "); i != std::string::npos; i = text.find("(let ", i + 1))
@@ -244,7 +245,7 @@ TEST(ScriptPrinter, PrintsManyAssertionsThatAreLinked)
     assertions.push_back(mgr.make_term(mgr.make_bv_ult_symbol(8), {last, next}));
     last = next;
   }
-  const Script script = read_script(mgr, print(constants, assertions));
+  const Script script = read_script(mgr, print_lines(constants, assertions));
   ASSERT_EQ(script.assertions.size(), 1U);
   const Term* t = script.assertions[0].term;
   for (std::size_t i = kLinks; i-- > 1; t = t->get_arg(0))

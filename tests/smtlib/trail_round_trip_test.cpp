@@ -20,7 +20,7 @@ using test::numbered;
 using test::parse_term;
 using Terms = std::vector<const Term*>;
 
-std::string print(const Terms& constants, const Trail& trail)
+std::string print_text(const Terms& constants, const Trail& trail)
 {
   std::ostringstream out;
   print_trail(out, constants, trail);
@@ -47,7 +47,7 @@ TEST(TrailRoundTrip, KeepsRandomTrails)
     TermManager mgr;
     const test::RandomTrail drawn = test::make_random_trail(mgr, random, 1U << random.index(7));
     const std::size_t num_terms = mgr.get_num_terms();
-    const std::string text = print(drawn.constants, drawn.trail);
+    const std::string text = print_text(drawn.constants, drawn.trail);
     SCOPED_TRACE(text);
     ASSERT_NO_FATAL_FAILURE(expect_equal(read_trail(mgr, drawn.constants, text), drawn.trail));
     ASSERT_EQ(mgr.get_num_terms(), num_terms);
@@ -62,7 +62,7 @@ TEST(TrailRoundTrip, KeepsWhatAnEliminationGives)
     TermManager mgr;
     const test::RandomFormula formula = test::make_random_formula(mgr, random, {});
     const Trail trail = eliminate(mgr, formula.assertions).trail;
-    const std::string text = print(formula.constants, trail);
+    const std::string text = print_text(formula.constants, trail);
     SCOPED_TRACE(text);
     ASSERT_NO_FATAL_FAILURE(expect_equal(read_trail(mgr, formula.constants, text), trail));
   }
@@ -88,7 +88,7 @@ TEST(TrailRoundTrip, KeepsNamesWithEveryPrintableCharacter)
     trail.steps.push_back({fresh, mgr.make_term(mgr.make_not_symbol(), {constant}), {1}, nullptr});
     trail.facts.push_back(fresh);
   }
-  expect_equal(read_trail(mgr, constants, print(constants, trail)), trail);
+  expect_equal(read_trail(mgr, constants, print_text(constants, trail)), trail);
 }
 
 TEST(TrailRoundTrip, KeepsManySteps)
@@ -106,7 +106,7 @@ TEST(TrailRoundTrip, KeepsManySteps)
     trail.steps.push_back({fresh, mgr.make_term(add, {last, constants.back()}), {0b11}, nullptr});
     last = fresh;
   }
-  expect_equal(read_trail(mgr, constants, print(constants, trail)), trail);
+  expect_equal(read_trail(mgr, constants, print_text(constants, trail)), trail);
 }
 
 TEST(TrailRoundTrip, KeepsDeepAndSharedApplications)
@@ -130,7 +130,7 @@ TEST(TrailRoundTrip, KeepsDeepAndSharedApplications)
                      {v, mgr.make_term(add, {u, deep}), {0b01}, nullptr},
                      {w, mgr.make_term(add, {shared, deep}), {}, nullptr}},
                     {}};
-  expect_equal(read_trail(mgr, Terms{x, y, z}, print({x, y, z}, trail)), trail);
+  expect_equal(read_trail(mgr, Terms{x, y, z}, print_text({x, y, z}, trail)), trail);
 }
 
 }  // namespace

@@ -103,9 +103,7 @@ TEST(Z3Solver, SaysUnknownWhenTheTimeIsOver)
 class Z3SolverOperators : public testing::TestWithParam<OperatorCase>
 {};
 
-std::string name_of(const testing::TestParamInfo<OperatorCase>& info) { return info.param.label; }
-
-INSTANTIATE_TEST_SUITE_P(SmtLib, Z3SolverOperators, testing::ValuesIn(get_operator_cases()), name_of);
+INSTANTIATE_TEST_SUITE_P(SmtLib, Z3SolverOperators, testing::ValuesIn(get_operator_cases()), kLabelOf);
 
 const Term* make_equation(TermManager& mgr, const Term* t, const Term* u)
 {

@@ -70,13 +70,13 @@ Word extract(Word a, Word msb, Word lsb)
   return result;
 }
 
-struct Row
+struct FoldRow
 {
   Kind kind;
   Word (*compute)(const Parameters& p, const Word* a);
 };
 
-constexpr std::array<Row, 32> kReference = {{
+constexpr std::array<FoldRow, 32> kReference = {{
     {Kind::kNot, [](const Parameters&, const Word* a) -> Word { return a[0] == 0 ? 1 : 0; }},
     {Kind::kAnd, [](const Parameters&, const Word* a) { return a[0] & a[1]; }},
     {Kind::kOr, [](const Parameters&, const Word* a) { return a[0] | a[1]; }},
@@ -116,14 +116,14 @@ constexpr std::array<Row, 32> kReference = {{
     {Kind::kBvComp, [](const Parameters&, const Word* a) -> Word { return a[0] == a[1] ? 1 : 0; }},
 }};
 
-constexpr bool rows_are_in_order()
+constexpr bool fold_rows_are_in_order()
 {
   for (std::size_t i = 0; i < kReference.size(); ++i) {
     if (kReference[i].kind != static_cast<Kind>(i)) return false;
   }
   return true;
 }
-static_assert(rows_are_in_order());
+static_assert(fold_rows_are_in_order());
 
 }  // namespace
 

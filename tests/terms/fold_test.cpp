@@ -58,11 +58,9 @@ std::vector<QNumber> as_numbers(const Words& words, std::size_t count, unsigned 
 class Fold : public testing::TestWithParam<OperatorCase>
 {};
 
-std::string name_of(const testing::TestParamInfo<OperatorCase>& info) { return info.param.label; }
-
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(Terms, Fold, testing::ValuesIn(get_operator_cases()), name_of);
+INSTANTIATE_TEST_SUITE_P(Terms, Fold, testing::ValuesIn(get_operator_cases()), kLabelOf);
 
 TEST_P(Fold, AgreesWithMachineWordsOnAllNarrowOperandsInBothForms)
 {

@@ -98,8 +98,6 @@ std::vector<std::vector<QNumber>> make_operands(Random& random, const SymbolCase
 class FoldAgainstZ3 : public testing::TestWithParam<OperatorCase>
 {};
 
-std::string name_of(const testing::TestParamInfo<OperatorCase>& info) { return info.param.label; }
-
 std::string describe(const SymbolCase& symbol, const std::vector<QNumber>& numbers)
 {
   std::string text = symbol.name + " of";
@@ -110,7 +108,7 @@ std::string describe(const SymbolCase& symbol, const std::vector<QNumber>& numbe
 
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(Terms, FoldAgainstZ3, testing::ValuesIn(get_operator_cases()), name_of);
+INSTANTIATE_TEST_SUITE_P(Terms, FoldAgainstZ3, testing::ValuesIn(get_operator_cases()), kLabelOf);
 
 TEST_P(FoldAgainstZ3, AgreesAtWideWidths)
 {

@@ -14,14 +14,13 @@ template <auto kMake>
 const Symbol* make(TermManager& mgr, const Parameters& p)
 {
   using Make = decltype(kMake);
-  using Word = unsigned long;
   if constexpr (std::is_invocable_v<Make, TermManager&>) {
     return (mgr.*kMake)();
   } else if constexpr (std::is_invocable_v<Make, TermManager&, const DataType*>) {
     return (mgr.*kMake)(make_type(mgr, p[0]));
-  } else if constexpr (std::is_invocable_v<Make, TermManager&, Word>) {
+  } else if constexpr (std::is_invocable_v<Make, TermManager&, unsigned long>) {
     return (mgr.*kMake)(p[0]);
-  } else if constexpr (std::is_invocable_v<Make, TermManager&, Word, Word>) {
+  } else if constexpr (std::is_invocable_v<Make, TermManager&, unsigned long, unsigned long>) {
     return (mgr.*kMake)(p[0], p[1]);
   } else {
     return (mgr.*kMake)(p[0], p[1], p[2]);

@@ -51,6 +51,9 @@ std::ostream& operator<<(std::ostream& out, const OperatorCase& op);
   return width == 0 ? mgr.make_bool_type() : mgr.make_bv_type(width);
 }
 
+/// Names a parametrised test after its case.
+inline constexpr auto kLabelOf = [](const auto& info) { return info.param.label; };
+
 /// Constants of the sorts that the symbol's arguments have: `<prefix>0`, `<prefix>1`, ...
 [[nodiscard]] std::vector<const Term*> make_arguments(TermManager& mgr, const SymbolCase& symbol,
                                                       const std::string& prefix);

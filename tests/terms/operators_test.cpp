@@ -60,8 +60,6 @@ class Operator : public testing::TestWithParam<OperatorCase>
   TermManager mgr_;
 };
 
-std::string name_of(const testing::TestParamInfo<OperatorCase>& info) { return info.param.label; }
-
 std::string plural(std::size_t n, const std::string& noun)
 {
   return std::to_string(n) + " " + noun + (n == 1 ? "" : "s");
@@ -69,7 +67,7 @@ std::string plural(std::size_t n, const std::string& noun)
 
 }  // namespace
 
-INSTANTIATE_TEST_SUITE_P(Terms, Operator, testing::ValuesIn(get_operator_cases()), name_of);
+INSTANTIATE_TEST_SUITE_P(Terms, Operator, testing::ValuesIn(get_operator_cases()), kLabelOf);
 
 TEST(OperatorCases, AreThe32InTheirOrder)
 {

@@ -73,14 +73,12 @@ class Simplifier : public testing::TestWithParam<SimplCase>
   std::unique_ptr<SimplFun> simpl_ = GetParam().make();
 };
 
-std::string name_of(const testing::TestParamInfo<SimplCase>& info) { return info.param.label; }
-
 }  // namespace
 
 static_assert(std::has_virtual_destructor_v<SimplFun>);
 static_assert(std::is_abstract_v<SimplFun>);
 
-INSTANTIATE_TEST_SUITE_P(Terms, Simplifier, testing::ValuesIn(get_simpl_cases()), name_of);
+INSTANTIATE_TEST_SUITE_P(Terms, Simplifier, testing::ValuesIn(get_simpl_cases()), kLabelOf);
 
 TEST_P(Simplifier, FoldsAllNarrowNumerals)
 {
