@@ -32,10 +32,11 @@ FreshConstants::Vacancy FreshConstants::make_vacancy(const std::string& prefix)
 {
   if (last_ == nullptr || last_->first != prefix) last_ = &*families_.try_emplace(prefix).first;
   Family& family = last_->second;
-  while (family.taken.contains(family.members.size()))
-    family.members.push_back(nullptr);
-  family.members.push_back(nullptr);
-  return {&last_->first, &family, family.members.size() - 1};
+  std::vector<const Term*>& members = family.members;
+  while (family.taken.contains(members.size()))
+    members.push_back(nullptr);
+  if (members.size() == members.capacity()) members.reserve(2 * members.size() + 1);
+  return {&last_->first, &family, members.size()};
 }
 
 const Term* FreshConstants::find(std::string_view name) const

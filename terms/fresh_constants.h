@@ -23,7 +23,7 @@ class FreshConstants
     std::vector<const Term*> members;       ///< by number; null where the name is another constant's
     std::unordered_set<std::size_t> taken;  ///< larger numbers for which it is so
   };
-  /// A place that a new member may have
+  /// A place that a new member may have, with the memory for it
   struct Vacancy
   {
     const std::string* prefix;  ///< lives as long as the object
@@ -31,8 +31,10 @@ class FreshConstants
     std::size_t number;
   };
 
-  /// The next vacancy: the caller puts the new constant there. If it does not, the number is skipped.
+  /// The next vacancy. It stays the next one until it is filled.
   Vacancy make_vacancy(const std::string& prefix);
+  /// Puts the constant of that prefix and number into the vacancy that was made last.
+  static void fill(const Vacancy& vacancy, const Term* t) noexcept { vacancy.family->members.push_back(t); }
   /// The fresh constant of that name, or null.
   [[nodiscard]] const Term* find(std::string_view name) const;
   /// Notes that another constant has the name, which is no fresh one's.

@@ -83,10 +83,10 @@ const Term* TermManager::make_constant(const std::string& name, const DataType* 
 const Term* TermManager::make_fresh_constant(const std::string& prefix, const DataType* type)
 {
   check_own_type(type);
-  const auto [own_prefix, family, number] = fresh_constants_.make_vacancy(prefix);
-  const Symbol* s = &fresh_symbols_.emplace_back(TermManagerKey(), type, own_prefix, number);
+  const FreshConstants::Vacancy vacancy = fresh_constants_.make_vacancy(prefix);
+  const Symbol* s = &fresh_symbols_.emplace_back(TermManagerKey(), type, vacancy.prefix, vacancy.number);
   const Term* t = allocate_term(s, nullptr, 0);
-  family->members[number] = t;
+  FreshConstants::fill(vacancy, t);
   return t;
 }
 

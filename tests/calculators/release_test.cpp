@@ -2,7 +2,7 @@
 // replaces the allocator by one that fails on demand; the sanitizers and valgrind look for what is lost.
 
 #include <algorithm>
-#include <new>
+#include <memory>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -15,78 +15,109 @@
 namespace lumo::test {
 namespace {
 
-/// Whether the call got through although the allocation of that number should fail, because it makes fewer.
-bool survives(TermManager& mgr, const Term* t, const Term* value, ModelStore::DefinitionStack& defs,
-              long failing)
+/// One row with a manager that has only what the call is given, so that the call has everything still to make.
+/// Below its definitions lies one of somebody else.
+class Scene
 {
-  adhoccalculator::AdHocCalculator& calculator = *find_calculator(mgr, t->get_symbol());
-  countdown = failing;
-  try {
-    calculator(&mgr, t, value, defs);
-  } catch (const std::bad_alloc&) {
-    return false;
+ public:
+  explicit Scene(const EdgeCase& row)
+      : row_(row), t_(parse_term(mgr_, row.application)), value_(parse_term(mgr_, row.value))
+  {
+    defs_.emplace(parse_term(mgr_, "sentinel"), mgr_.make_true(), true);
   }
-  countdown = -1;
-  return true;
-}
+
+  void call() { (*find_calculator(mgr_, t_->get_symbol()))(&mgr_, t_, value_, defs_); }
+
+  /// Takes what lies above the definition of somebody else, which must be there.
+  [[nodiscard]] std::vector<Definition> take()
+  {
+    std::vector<Definition> found = take_definitions(defs_);
+    if (found.empty() || found.front().term != parse_term(mgr_, "sentinel")) {
+      ADD_FAILURE() << "the stack has lost what was there before";
+      return found;
+    }
+    defs_.emplace(found.front().term, found.front().value, true);
+    found.erase(found.begin());
+    return found;
+  }
+  [[nodiscard]] std::vector<Definition> parse_expected() { return parse_definitions(mgr_, row_); }
+  /// Expects that what was made before is found again.
+  void expect_same_terms()
+  {
+    EXPECT_EQ(parse_term(mgr_, row_.application), t_) << row_;
+    EXPECT_EQ(parse_term(mgr_, row_.value), value_) << row_;
+  }
+  [[nodiscard]] std::size_t get_num_numerals() const { return mgr_.get_numerals().size(); }
+
+ private:
+  const EdgeCase& row_;
+  TermManager mgr_;
+  const Term* t_;
+  const Term* value_;
+  ModelStore::DefinitionStack defs_;
+};
 
 bool is_prefix(const std::vector<Definition>& part, const std::vector<Definition>& whole)
 {
   return part.size() <= whole.size() && std::equal(part.begin(), part.end(), whole.begin());
 }
 
+/// How many numerals there are after a call in which nothing fails.
+std::size_t count_numerals(const EdgeCase& row)
+{
+  Scene scene(row);
+  scene.call();
+  EXPECT_EQ(scene.take(), scene.parse_expected()) << row;
+  return scene.get_num_numerals();
+}
+
 TEST(FailingAllocation, AnywhereInACallLosesNothingAndLeavesAPrefixOfTheDefinitions)
 {
-  int num_failures = 0;
-  int num_partial = 0;
+  long num_failures = 0;
+  long num_partial = 0;
   for (const EdgeCase& row : get_edge_cases()) {
     if (!row.message.empty()) continue;
-    for (long failing = 0;; ++failing) {
-      TermManager mgr;  // a fresh one, so that the call has everything still to make
-      const Term* t = parse_term(mgr, row.application);
-      const Term* value = parse_term(mgr, row.value);
-      ModelStore::DefinitionStack defs;
-      const bool finished = survives(mgr, t, value, defs, failing);
-      const std::vector<Definition> found = take_definitions(defs);
-      const std::vector<Definition> expected = parse_definitions(mgr, row);
-      ASSERT_TRUE(is_prefix(found, expected)) << row.application << ", allocation " << failing;
-      if (finished) {
-        ASSERT_EQ(found.size(), expected.size());
-        break;
-      }
-      ++num_failures;
-      if (!found.empty()) ++num_partial;
+    const std::size_t num_numerals = count_numerals(row);
+    num_failures +=
+        fail_everywhere([&row] { return std::make_unique<Scene>(row); }, [](Scene& scene) { scene.call(); },
+                        [&](Scene& scene) {
+                          const std::vector<Definition> found = scene.take();
+                          if (!found.empty()) ++num_partial;
+                          EXPECT_TRUE(is_prefix(found, scene.parse_expected())) << row;
+                          scene.expect_same_terms();
 
-      ASSERT_TRUE(survives(mgr, t, value, defs, -1));
-      ASSERT_EQ(take_definitions(defs), expected) << "the manager is usable after the failure";
-    }
+                          scene.call();
+                          EXPECT_EQ(scene.take(), scene.parse_expected())
+                              << row << ": the manager is usable after the failure";
+                          scene.expect_same_terms();
+                          EXPECT_EQ(scene.get_num_numerals(), num_numerals) << row << ": none was made twice";
+                        });
   }
-  EXPECT_GT(num_failures, 100);
+  EXPECT_GT(num_failures, 1000);
   EXPECT_GT(num_partial, 10) << "some calls fail between their two pushes";
 }
 
-TEST(FailingAllocation, WhileARefusalIsMadeLeavesTheStackEmptyAndTheTextWhole)
+TEST(FailingAllocation, WhileARefusalIsMadeLeavesTheStackAloneAndTheTextWhole)
 {
-  int num_failures = 0;
+  long num_failures = 0;
   for (const EdgeCase& row : get_edge_cases()) {
     if (row.message.empty()) continue;
-    for (long failing = 0;; ++failing) {
-      TermManager mgr;
-      const Term* t = parse_term(mgr, row.application);
-      const Term* value = parse_term(mgr, row.value);
-      ModelStore::DefinitionStack defs;
-      bool is_refused = false;
+    const auto expect_refusal = [&row](Scene& scene) {
       try {
-        ASSERT_FALSE(survives(mgr, t, value, defs, failing)) << row.application;
-        ++num_failures;
+        scene.call();
+        ADD_FAILURE() << row << ": the call got through";
       } catch (const Exception& e) {
-        countdown = -1;
+        countdown = -1;  // the text needs memory
         EXPECT_STREQ(e.what(), row.message.c_str());
-        is_refused = true;
       }
-      EXPECT_TRUE(defs.empty());
-      if (is_refused) break;
-    }
+      EXPECT_TRUE(scene.take().empty()) << row;
+    };
+    num_failures += fail_everywhere([&row] { return std::make_unique<Scene>(row); }, expect_refusal,
+                                    [&](Scene& scene) {
+                                      EXPECT_TRUE(scene.take().empty()) << row;
+                                      expect_refusal(scene);
+                                      scene.expect_same_terms();
+                                    });
   }
   EXPECT_GT(num_failures, 100);
 }

@@ -8,8 +8,10 @@
 
 namespace lumo::test {
 
-/// The allocation of this number from now on fails, once; negative: none does.
+/// The allocation of this number from now on fails; negative: none does.
 inline long countdown = -1;
+/// Whether all allocations behind a failed one fail, too, until `countdown` is set anew.
+inline bool is_failure_lasting = false;
 /// How many blocks were asked for.
 inline long num_allocations = 0;
 
@@ -17,7 +19,7 @@ inline void* allocate(std::size_t size, std::size_t alignment)
 {
   ++num_allocations;
   if (countdown == 0) {
-    countdown = -1;
+    if (!is_failure_lasting) countdown = -1;
     throw std::bad_alloc();
   }
   if (countdown > 0) --countdown;
@@ -25,6 +27,46 @@ inline void* allocate(std::size_t size, std::size_t alignment)
   void* memory = std::aligned_alloc(alignment, rounded);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
+}
+
+/// Runs an action of which an allocation fails, the one of that number; whether it got through, because it makes
+/// fewer. Afterwards no allocation fails.
+template <class Action>
+bool survives(long failing, Action action)
+{
+  struct Restore
+  {
+    ~Restore() { countdown = -1; }
+  };
+  const Restore restore;
+  countdown = failing;
+  try {
+    action();
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  return true;
+}
+
+/// Has an action's first allocation fail, then its second one, and so on until it gets through: first such that
+/// only that allocation fails, then such that all behind it fail, too. `prepare` comes before each run and returns
+/// what the action gets; `look` gets the same after a run that failed. Returns the number of failures.
+template <class Prepare, class Action, class Look>
+long fail_everywhere(Prepare prepare, Action action, Look look)
+{
+  long num_failures = 0;
+  for (const bool is_lasting : {false, true}) {
+    for (long failing = 0;; ++failing) {
+      auto scene = prepare();
+      is_failure_lasting = is_lasting;
+      const bool is_done = survives(failing, [&] { action(*scene); });
+      is_failure_lasting = false;
+      if (is_done) break;
+      ++num_failures;
+      look(*scene);
+    }
+  }
+  return num_failures;
 }
 
 }  // namespace lumo::test

@@ -18,20 +18,6 @@ namespace lumo::test {
 
 namespace {
 
-/// Runs an action whose allocation of that number fails; whether it got through, because it makes fewer.
-template <class Action>
-bool survives(long failing, Action action)
-{
-  countdown = failing;
-  try {
-    action();
-  } catch (const std::bad_alloc&) {
-    return false;
-  }
-  countdown = -1;
-  return true;
-}
-
 const std::string kLongText(200, 'x');  // lies on the heap
 
 }  // namespace
