@@ -1,6 +1,10 @@
-// Small numbers ask nothing of any allocator, and a failing allocation leaves a number as it was.
+// Small numbers ask nothing of any allocator, and a failing allocation leaves a number as it was. Where GMP itself
+// gets no memory, it ends the process, which nobody can prevent: its integers are half made then.
 
+#include <cstdio>
+#include <cstdlib>
 #include <new>
+#include <sys/resource.h>
 
 #include <gtest/gtest.h>
 
@@ -157,6 +161,23 @@ TEST(FailingAllocation, WhileANumberIsCopiedLosesNothing)
   EXPECT_THROW(QNumber lowest(LONG_MIN), std::bad_alloc);
   countdown = -1;
   EXPECT_EQ(big, BVNumber::pow2(100));
+}
+
+/// Makes a number of half a gigabyte in a process that may have a quarter of one.
+void exhaust_gmp()
+{
+  mp_set_memory_functions(nullptr, nullptr, nullptr);  // GMP's own
+  constexpr rlim_t kMost = rlim_t{1} << 28;
+  const rlimit limit{kMost, kMost};
+  if (setrlimit(RLIMIT_AS, &limit) != 0) return;
+  const QNumber number = BVNumber::pow2(0xffffffffUL);
+  std::fprintf(stderr, "%s", number.is_big() ? "there was enough memory" : "the number is small");
+}
+
+TEST(GmpWithoutMemoryDeathTest, EndsTheProcessAndSaysWhy)
+{
+  // The second is what the allocator of a sanitizer says.
+  EXPECT_DEATH(exhaust_gmp(), "GNU MP: Cannot (re)?allocate memory|out of memory|out-of-memory");
 }
 
 }  // namespace

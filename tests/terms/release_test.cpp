@@ -1,6 +1,7 @@
 // The term layer when memory runs out: texts, tables and manager stay usable, and nothing is lost. The
 // program replaces the allocator by one that fails on demand; the sanitizers look for what is lost.
 
+#include <memory>
 #include <new>
 #include <string>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "terms/numeral_table.h"
 #include "terms/term_manager.h"
 #include "tests/support/failing_allocator.h"
+#include "tests/terms/operator_cases.h"
 
 namespace lumo::test {
 
@@ -97,6 +99,100 @@ TEST(FailingAllocation, LeavesAManagerUsable)
     ASSERT_LT(second->get_id(), mgr.get_num_terms());
   }
   EXPECT_GT(num_failures, 20);
+}
+
+TEST(FailingAllocation, LeavesAManagerUsableWhicheverOperatorIsMade)
+{
+  for (const OperatorCase& op : get_operator_cases()) {
+    const SymbolCase symbol = op.symbols(200).front();
+    TermManager reference;
+    op.make(reference, symbol.parameters);
+    const long num_failures = fail_everywhere(
+        [] { return std::make_unique<TermManager>(); },
+        [&](TermManager& mgr) { op.make(mgr, symbol.parameters); },
+        [&](TermManager& mgr) {
+          EXPECT_LE(mgr.get_num_symbols(), 2U) << op << ": a symbol that is not finished is not there";
+          const Symbol* s = op.make(mgr, symbol.parameters);
+          EXPECT_EQ(s->get_name(), symbol.name);
+          EXPECT_EQ(op.make(mgr, symbol.parameters), s);
+          EXPECT_EQ(mgr.get_num_symbols(), reference.get_num_symbols()) << op;
+          const std::vector<const Term*> args = make_arguments(mgr, symbol, "x");
+          EXPECT_EQ(mgr.make_term(s, args), mgr.make_term(s, args)) << op;
+        });
+    EXPECT_GT(num_failures, 2) << op;
+  }
+}
+
+TEST(FailingAllocation, LeavesFreshConstantsTheirNumbers)
+{
+  const long num_failures = fail_everywhere(
+      [] {
+        auto mgr = std::make_unique<TermManager>();
+        mgr->make_constant("u!0", mgr->make_bool_type());
+        return mgr;
+      },
+      [](TermManager& mgr) { mgr.make_fresh_constant("u", mgr.make_bool_type()); },
+      [](TermManager& mgr) {
+        const Term* t = mgr.make_fresh_constant("u", mgr.make_bool_type());
+        EXPECT_EQ(t->get_symbol()->get_name(), "u!1");
+        EXPECT_EQ(mgr.make_constant("u!1", mgr.make_bool_type()), t);
+      });
+  EXPECT_GT(num_failures, 1);
+}
+
+namespace {
+
+/// A manager that makes terms of each sort, with a record of all that it has made.
+class Growth
+{
+ public:
+  /// Makes what the number stands for: a numeral, a constant, a fresh one, and applications.
+  void make(std::size_t i)
+  {
+    const DataType* type = mgr_.make_bv_type(128);
+    const Term* numeral = mgr_.make_bv_number(BVNumber::pow2(100) + QNumber(i), 128);
+    const Term* constant = mgr_.make_constant("x" + std::to_string(i), type);
+    const Term* sum = mgr_.make_term(mgr_.make_bv_add_symbol(128), {numeral, constant});
+    const Symbol* rotation = mgr_.make_bv_rotate_left_symbol(i, 128);
+    const Term* rotated = mgr_.make_term(rotation, {sum});
+    mgr_.make_fresh_constant(kLongText, type);
+    made_.push_back({numeral, constant, sum, rotated});
+  }
+  [[nodiscard]] std::size_t get_size() const { return made_.size(); }
+  /// Expects that making all of it again finds it.
+  void expect_found()
+  {
+    const std::vector<Terms> before = made_;
+    made_.clear();
+    for (std::size_t i = 0; i < before.size(); ++i) {
+      make(i);
+      ASSERT_EQ(made_[i], before[i]) << i;
+    }
+  }
+
+ private:
+  using Terms = std::vector<const Term*>;
+
+  TermManager mgr_;
+  std::vector<Terms> made_;
+};
+
+}  // namespace
+
+TEST(FailingAllocation, LosesNothingOfTablesThatGrow)
+{
+  constexpr std::size_t kSize = 150;  // beyond the second growth of each table
+  Growth growth;
+  long num_failures = 0;
+  while (growth.get_size() < kSize) {
+    const std::size_t i = growth.get_size();
+    long failing = 0;
+    while (!survives(failing, [&] { growth.make(i); }))
+      ++failing;
+    num_failures += failing;
+  }
+  growth.expect_found();
+  EXPECT_GT(num_failures, 300);
 }
 
 }  // namespace lumo::test

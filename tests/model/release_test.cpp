@@ -1,0 +1,94 @@
+// A model when memory runs out: what it was given stays, and what was to come is still on the stack. The program
+// replaces the allocator by one that fails on demand.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "model/model_store.h"
+#include "numbers/bvnumber.h"
+#include "tests/support/failing_allocator.h"
+
+namespace lumo::test {
+namespace {
+
+constexpr unsigned long kWidth = 128;
+constexpr std::size_t kNumConstants = 5;
+
+/// A model and a stack that defines x0 by a numeral and each further constant by a sum of the one before it and a
+/// numeral: all values are wider than a word.
+class ModelScene
+{
+ public:
+  ModelScene()
+  {
+    for (std::size_t i = 0; i < kNumConstants; ++i)
+      constants_.push_back(mgr_.make_constant("x" + std::to_string(i), mgr_.make_bv_type(kWidth)));
+    const Term* step = mgr_.make_bv_number(BVNumber::pow2(70), kWidth);
+    for (std::size_t i = kNumConstants; i-- > 1;) {
+      defs_.emplace(constants_[i], mgr_.make_term(mgr_.make_bv_add_symbol(kWidth), {constants_[i - 1], step}),
+                    true);
+    }
+    defs_.emplace(constants_[0], step, true);
+    product_ = mgr_.make_term(mgr_.make_bv_mul_symbol(kWidth), {constants_[1], constants_.back()});
+  }
+
+  void run()
+  {
+    model_.replay(defs_);
+    (void)model_.get_value(product_);
+  }
+  void expect_model()
+  {
+    EXPECT_TRUE(defs_.empty());
+    for (std::size_t i = 0; i < kNumConstants; ++i)
+      EXPECT_EQ(model_.get_value(constants_[i]), make_multiple(BVNumber::pow2(70), i + 1)) << i;
+    EXPECT_EQ(model_.get_value(product_), mgr_.make_bv_number(0, kWidth)) << "10 * 2^140 is 0 modulo 2^128";
+  }
+  /// Expects that what is gone from the stack is in the model, and the rest not.
+  void expect_consistent()
+  {
+    const std::size_t num_taken = kNumConstants - defs_.size();
+    for (std::size_t i = 0; i < kNumConstants; ++i) {
+      const Term* expected =
+          i < num_taken ? make_multiple(BVNumber::pow2(70), i + 1) : mgr_.make_bv_number(0, kWidth);
+      EXPECT_EQ(model_.get_value(constants_[i]), expected) << i << " of " << num_taken;
+    }
+  }
+
+ private:
+  const Term* make_multiple(const QNumber& n, std::size_t times)
+  {
+    return mgr_.make_bv_number(n * QNumber(times), kWidth);
+  }
+
+  TermManager mgr_;
+  std::vector<const Term*> constants_;
+  const Term* product_ = nullptr;
+  ModelStore model_{&mgr_};
+  ModelStore::DefinitionStack defs_;
+};
+
+TEST(FailingAllocation, LeavesAModelWithWhatItHasTakenAndTheRestOnTheStack)
+{
+  const auto make = [] { return std::make_unique<ModelScene>(); };
+  const auto run = [](ModelScene& scene) { scene.run(); };
+  const long num_failures = fail_everywhere(make, run, [](ModelScene& scene) { scene.expect_consistent(); });
+  EXPECT_GT(num_failures, 20);
+}
+
+TEST(FailingAllocation, DoesNotKeepAModelFromBeingCompletedLater)
+{
+  const auto make = [] { return std::make_unique<ModelScene>(); };
+  const auto run = [](ModelScene& scene) { scene.run(); };
+  const long num_failures = fail_everywhere(make, run, [&](ModelScene& scene) {
+    scene.run();
+    scene.expect_model();
+  });
+  EXPECT_GT(num_failures, 20);
+}
+
+}  // namespace
+}  // namespace lumo::test
