@@ -6,6 +6,8 @@
 #include <malloc.h>
 #include <new>
 
+#include <gmp.h>
+
 namespace lumo::bench {
 
 namespace {
@@ -30,7 +32,19 @@ void release(void* block)
   std::free(block);
 }
 
+void* allocate_for_gmp(std::size_t size) { return operator new(size); }
+
+void* reallocate_for_gmp(void* block, std::size_t /*old_size*/, std::size_t size)
+{
+  heap_bytes.fetch_sub(malloc_usable_size(block), std::memory_order_relaxed);
+  return count(std::realloc(block, size));
+}
+
+void free_for_gmp(void* block, std::size_t /*size*/) { operator delete(block); }
+
 }  // namespace
+
+void meter_gmp() { mp_set_memory_functions(allocate_for_gmp, reallocate_for_gmp, free_for_gmp); }
 
 std::size_t get_heap_bytes() { return heap_bytes; }
 std::size_t get_peak_heap_bytes() { return peak_bytes; }

@@ -177,7 +177,7 @@ void exhaust_gmp()
 TEST(GmpWithoutMemoryDeathTest, EndsTheProcessAndSaysWhy)
 {
   // The second is what the allocator of a sanitizer says.
-  EXPECT_DEATH(exhaust_gmp(), "GNU MP: Cannot (re)?allocate memory|out of memory|out-of-memory");
+  EXPECT_DEATH(exhaust_gmp(), "GNU MP: Cannot (re)?allocate memory|out of memory|Failed to mmap");
 }
 
 }  // namespace

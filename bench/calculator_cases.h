@@ -1,0 +1,27 @@
+#ifndef LUMO_BENCH_CALCULATOR_CASES_H
+#define LUMO_BENCH_CALCULATOR_CASES_H
+
+#include <span>
+
+#include "terms/term_manager.h"
+
+namespace lumo::bench {
+
+/// A case that a calculator solves, or refuses at once: an application, made for a width of at least 8.
+struct CalculatorCase
+{
+  const char* name;  ///< operator/what its arguments are
+  const Term* (*make)(TermManager& mgr, unsigned long w);
+};
+
+/// At least one of each operator, in the order of `Kind`.
+[[nodiscard]] std::span<const CalculatorCase> get_calculator_cases();
+
+/// A pseudo-random pattern of a width; the state goes on to the next one.
+[[nodiscard]] QNumber draw_pattern(unsigned long w, unsigned long& state);
+/// A word of at most 63 bits in the same way
+[[nodiscard]] unsigned long draw_word(unsigned long& state);
+
+}  // namespace lumo::bench
+
+#endif
