@@ -1,12 +1,14 @@
 // The lumo program: options in, exit status out. What it does is in the library.
 
 #include <cerrno>
+#include <cstdlib>
 #include <exception>
 #include <functional>
 #include <iostream>
 #include <new>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -194,11 +196,8 @@ int run(int argc, char** argv)
   return options.run_command();
 }
 
-}  // namespace
-
-int main(int argc, char** argv)
+int run_guarded(int argc, char** argv)
 {
-  std::ios::sync_with_stdio(false);
   try {
     return run(argc, argv);
   } catch (const std::bad_alloc&) {
@@ -207,4 +206,26 @@ int main(int argc, char** argv)
     std::cerr << "lumo: " << e.what() << '\n';
   }
   return kFailed;
+}
+
+bool is_done = false;
+
+/// Called at the program's end. If `main` is not done, it was Z3's parser that called `exit`, without a word, because it
+/// got no memory.
+void explain_early_exit()
+{
+  if (is_done) return;
+  std::cerr << "lumo: there is not enough memory\n" << std::flush;
+  _exit(kFailed);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+  std::ios::sync_with_stdio(false);
+  if (std::atexit(explain_early_exit) != 0) return kFailed;
+  const int status = run_guarded(argc, argv);
+  is_done = true;
+  return status;
 }

@@ -1,12 +1,15 @@
 #ifndef LUMO_SMTLIB_Z3_SESSION_H
 #define LUMO_SMTLIB_Z3_SESSION_H
 
+#include <new>
+
 #include <z3.h>
 
 namespace lumo::smtlib {
 
 /// A Z3 context that lives as long as the object, and with it everything that was made in it. Z3 reports
-/// errors through its error code alone; it writes nothing by itself and does not end the program.
+/// errors through its error code alone; it writes nothing by itself. There is one case in which it calls `exit`: when
+/// its parser gets no memory.
 class Z3Session
 {
  public:
@@ -15,6 +18,7 @@ class Z3Session
     Z3_config config = Z3_mk_config();
     context_ = Z3_mk_context_rc(config);
     Z3_del_config(config);
+    if (context_ == nullptr) throw std::bad_alloc();
     Z3_set_error_handler(context_, [](Z3_context /*context*/, Z3_error_code /*code*/) {});
     Z3_toggle_warning_messages(false);
   }
