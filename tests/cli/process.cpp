@@ -48,29 +48,39 @@ int wait_for(pid_t child)
 
 }  // namespace
 
-Outcome run_program(const std::string& program, const std::vector<std::string>& args,
-                    const std::filesystem::path& folder, std::string_view standard_input, Output output)
+Process::Process(const std::string& program, const std::vector<std::string>& args,
+                 const std::filesystem::path& folder, std::string_view standard_input, Output output)
 {
-  // The streams are files in a folder beside the one in which the program runs, so no pipe can fill up.
-  const TemporaryFolder streams;
-  streams.write("in", standard_input);
+  streams_.write("in", standard_input);
   std::vector<char*> argv{const_cast<char*>(program.c_str())};
   for (const std::string& arg : args)
     argv.push_back(const_cast<char*>(arg.c_str()));
   argv.push_back(nullptr);
 
-  const pid_t child = fork();
-  if (child < 0) throw std::runtime_error("no process can be made");
-  if (child == 0) {
-    redirect(STDIN_FILENO, streams.get_path() / "in", O_RDONLY);
-    redirect(STDERR_FILENO, streams.get_path() / "err", O_WRONLY | O_CREAT | O_TRUNC);
-    redirect_output(streams.get_path() / "out", output);
+  child_ = fork();
+  if (child_ < 0) throw std::runtime_error("no process can be made");
+  if (child_ == 0) {
+    redirect(STDIN_FILENO, streams_.get_path() / "in", O_RDONLY);
+    redirect(STDERR_FILENO, streams_.get_path() / "err", O_WRONLY | O_CREAT | O_TRUNC);
+    redirect_output(streams_.get_path() / "out", output);
     if (chdir(folder.c_str()) != 0) _exit(126);
     execv(program.c_str(), argv.data());
     _exit(127);
   }
-  const int status = wait_for(child);
-  return {status, streams.read("out"), streams.read("err")};
+}
+
+void Process::signal(int signal) const { kill(child_, signal); }
+
+Outcome Process::wait() const
+{
+  const int status = wait_for(child_);
+  return {status, streams_.read("out"), streams_.read("err")};
+}
+
+Outcome run_program(const std::string& program, const std::vector<std::string>& args,
+                    const std::filesystem::path& folder, std::string_view standard_input, Output output)
+{
+  return Process(program, args, folder, standard_input, output).wait();
 }
 
 }  // namespace lumo::test

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <sys/types.h>
 #include <vector>
 
 #include "tests/support/temporary_folder.h"
@@ -25,6 +26,24 @@ enum class Output
   kFullDevice,  ///< to /dev/full, where nothing can be written
   kClosed,      ///< nowhere: it is closed from the start
   kUnreadPipe,  ///< into a pipe whose reader has gone
+};
+
+/// A program that runs in a folder.
+class Process
+{
+ public:
+  Process(const std::string& program, const std::vector<std::string>& args,
+          const std::filesystem::path& folder, std::string_view standard_input = "",
+          Output output = Output::kFile);
+
+  void signal(int signal) const;
+  /// Waits for the end, once.
+  [[nodiscard]] Outcome wait() const;
+
+ private:
+  // The streams are files in a folder beside the one in which the program runs, so no pipe can fill up.
+  TemporaryFolder streams_;
+  pid_t child_ = -1;
 };
 
 /// Runs a program in a folder and waits for its end.

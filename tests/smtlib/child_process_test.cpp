@@ -1,20 +1,17 @@
 #include "smtlib/child_process.h"
 
-#include <cerrno>
-#include <chrono>
 #include <csignal>
 #include <fcntl.h>
-#include <fstream>
 #include <optional>
 #include <string>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include "terms/exception.h"
 #include "tests/support/temporary_folder.h"
+#include "tests/support/waiting.h"
 
 namespace lumo::test {
 namespace {
@@ -29,33 +26,6 @@ constexpr std::size_t kMuch = 10'000'000;
 ChildOutcome run_shell(const std::string& command, const std::string& input = "")
 {
   return smtlib::run_child(command, input, kNever);
-}
-
-/// Waits until a condition holds, but not for ever.
-template <class Condition>
-bool wait_until(Condition condition)
-{
-  for (int i = 0; i < 3000; ++i) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  return false;
-}
-
-/// Whether a process is gone, or dead and only waits for whoever has adopted it.
-bool is_gone(pid_t process)
-{
-  if (kill(process, 0) != 0 && errno == ESRCH) return true;
-  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
-  std::string number;
-  std::string name;
-  std::string state;
-  return file >> number >> name >> state && state == "Z";
-}
-
-bool goes_away(const std::string& process)
-{
-  return wait_until([&] { return is_gone(std::stoi(process)); });
 }
 
 TEST(ChildProcess, TellsTheOutputAndTheExitStatus)

@@ -1,0 +1,249 @@
+// The program when what it works with fails: readers that go, solvers that misbehave, signals, too little memory.
+
+#include <csignal>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/cli/process.h"
+#include "tests/support/numbered.h"
+#include "tests/support/temporary_folder.h"
+#include "tests/support/waiting.h"
+
+namespace lumo::test {
+namespace {
+
+/// What the shell makes of a line in which `lumo` is the program.
+Outcome run_shell(const std::string& line, const TemporaryFolder& folder)
+{
+  return run_program("/bin/sh", {"-c", "lumo() { " LUMO_PROGRAM " \"$@\"; }; " + line}, folder.get_path());
+}
+
+/// A script of which each command prints more than a pipe holds; half of it goes, and what stays is easy.
+std::string make_long_script()
+{
+  constexpr std::size_t kNumAssertions = 3000;
+  std::string script;
+  for (std::size_t i = 0; i < kNumAssertions; ++i) {
+    const std::string name = numbered("a_constant_with_a_long_name", i);
+    script += "(declare-const " + name + " (_ BitVec 2))(assert (bvule ";
+    script += i % 2 == 0 ? name + " #b10))\n" : "(bvand " + name + " #b01) " + name + "))\n";
+  }
+  return script;
+}
+
+/// Requests of which lumo invert solves all
+std::string make_long_requests()
+{
+  std::string requests;
+  for (std::size_t i = 0; i < 3000; ++i)
+    requests += numbered("(declare-const a", i) + numbered(" Bool)(assert (not a", i) + "))\n";
+  return requests;
+}
+
+TEST(ReaderThatGoes, EndsEachCommandQuietly)
+{
+  const TemporaryFolder folder;
+  folder.write("script", make_long_script());
+  folder.write("requests", make_long_requests());
+  folder.write("model", "()");
+  ASSERT_EQ(run_shell("lumo simplify script --trail trail -o rest", folder).status, 0);
+  for (const std::string command : {
+           "solve script --model",
+           "solve script --model --json",
+           "simplify script",
+           "simplify script --trail - -o /dev/null",
+           "extend script --trail trail --model model",
+           "dot script",
+           "dot --after script",
+           "invert requests",
+       })
+  {
+    SCOPED_TRACE(command);
+    const std::string status_file = folder.get_file("status");
+    const std::string run = "(lumo " + command + "; echo $? > status)";
+    const Outcome outcome = run_shell(run + " | head -c 1", folder);
+    EXPECT_EQ(outcome.out.size(), 1U);
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(folder.read("status"), std::to_string(128 + SIGPIPE) + "\n");
+
+    // Whoever ignores the signal gets an error from the system instead.
+    const Outcome ignoring = run_shell("trap '' PIPE; " + run + " | head -c 1", folder);
+    EXPECT_EQ(ignoring.err, "");
+    EXPECT_EQ(folder.read("status"), "2\n");
+  }
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// Solvers
+
+struct FaultySolver
+{
+  std::string command;
+  int status;
+  std::string out;
+  std::string err;  ///< behind the name of the script
+};
+
+TEST(FaultySolvers, GetOneSentenceOrNone)
+{
+  const TemporaryFolder folder;
+  folder.write("script", make_long_script());
+  const std::vector<FaultySolver> rows = {
+      {"exec <&-; echo unsat", 0, "unsat\n", ""},
+      {"head -c 5 > /dev/null; exec <&-; sleep 0.2; echo unknown", 0, "unknown\n", ""},
+      {"exec <&- >&-; exit 3", 2, "", "ended with status 3 and without an answer"},
+      {"exec >&- 2>&-; cat > /dev/null; kill -BUS $$", 2, "", "was ended by signal 7"},
+      {"head -c 5 /dev/zero", 2, "", "ended with status 0 and printed ????? instead of an answer"},
+      {"echo sat; echo '((define-fun a_constant_with_a_long_name1 () Bool true))'", 2, "",
+       "answered sat, but its model cannot be read: the sort Bool was found, but (_ BitVec 2), the sort of "
+       "the "
+       "constant a_constant_with_a_long_name1, was expected"},
+      {"yes sat", 2, "", "printed more than 1073741824 bytes"},
+  };
+  for (const FaultySolver& row : rows) {
+    SCOPED_TRACE(row.command);
+    const Outcome outcome =
+        run_program(LUMO_PROGRAM, {"solve", "script", "--solver", row.command}, folder.get_path());
+    EXPECT_EQ(outcome.status, row.status);
+    EXPECT_EQ(outcome.out, row.out);
+    if (row.err.empty()) {
+      EXPECT_EQ(outcome.err, "");
+    } else {
+      EXPECT_TRUE(outcome.err.starts_with("script: the solver ")) << outcome.err;
+      EXPECT_TRUE(outcome.err.ends_with(" " + row.err + "\n")) << outcome.err;
+    }
+  }
+}
+
+TEST(FaultySolvers, AreStoppedWhenTheTimeIsOver)
+{
+  const TemporaryFolder folder;
+  folder.write("script", make_long_script());
+  for (const std::string solver : {"sleep 1000", "yes", "exec <&- >&- 2>&-; sleep 1000",
+                                   "trap '' INT TERM HUP; while :; do sleep 1000; done"})
+  {
+    SCOPED_TRACE(solver);
+    const Outcome outcome = run_program(
+        LUMO_PROGRAM, {"solve", "script", "--timeout", "0.2", "--solver", "echo $$ > child; " + solver},
+        folder.get_path());
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "unknown\n");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_TRUE(goes_away(folder.read("child")));
+  }
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// Signals
+
+TEST(Signals, LeaveNoSolverBehind)
+{
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    SCOPED_TRACE(signal);
+    const TemporaryFolder folder;
+    folder.write("script", make_long_script());
+    const Process lumo(
+        LUMO_PROGRAM,
+        {"solve", "script", "--model", "--solver",
+         "trap '' INT TERM HUP QUIT; sleep 1000 & echo $$ > child; echo $! > grandchild; wait"},
+        folder.get_path());
+    ASSERT_TRUE(wait_until([&] { return folder.read("grandchild").ends_with('\n'); }));
+    lumo.signal(signal);
+    const Outcome outcome = lumo.wait();
+    EXPECT_EQ(outcome.status, -signal);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_TRUE(goes_away(folder.read("child")));
+    EXPECT_TRUE(goes_away(folder.read("grandchild")));
+  }
+}
+
+/// The trail goes into a pipe that nobody empties, so the program waits while the file for the rest is open.
+TEST(Signals, LeaveTheOldFile)
+{
+  for (const int signal : {SIGINT, SIGTERM, SIGKILL}) {
+    SCOPED_TRACE(signal);
+    const TemporaryFolder folder;
+    folder.write("script", make_long_script());
+    folder.write("rest", "old");
+    ASSERT_EQ(mkfifo(folder.get_file("pipe").c_str(), 0600), 0);
+    const Process reader("/bin/sh", {"-c", "exec 3< pipe; echo > opened; exec sleep 1000"},
+                         folder.get_path());
+    const Process lumo(LUMO_PROGRAM, {"simplify", "script", "-o", "rest", "--trail", "pipe"},
+                       folder.get_path());
+    ASSERT_TRUE(wait_until([&] { return !folder.read("opened").empty(); }));
+    lumo.signal(signal);
+    EXPECT_EQ(lumo.wait().status, -signal);
+    reader.signal(SIGKILL);
+    EXPECT_EQ(reader.wait().status, -SIGKILL);
+    EXPECT_EQ(folder.read("rest"), "old");
+  }
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// Files
+
+TEST(UnwritableFiles, LeaveTheOldOnes)
+{
+  const TemporaryFolder folder;
+  folder.write("script", make_long_script());
+  folder.write("old rest", "rest");
+  folder.write("old trail", "trail");
+  std::filesystem::create_directory(folder.get_path() / "folder");
+  const std::size_t num_files = folder.count_files();
+  const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
+      {{"-o", "old rest", "--trail", "/dev/full"},
+       "/dev/full: this cannot be written: No space left on device"},
+      {{"-o", "/dev/full", "--trail", "old trail"},
+       "/dev/full: this cannot be written: No space left on device"},
+      {{"-o", "old rest", "--trail", "folder"}, "folder: this cannot be written: Is a directory"},
+      {{"-o", "none/rest", "--trail", "old trail"},
+       "none/rest: this cannot be written: No such file or directory"},
+  };
+  for (const auto& [options, message] : rows) {
+    SCOPED_TRACE(message);
+    std::vector<std::string> args = {"simplify", "script"};
+    args.insert(args.end(), options.begin(), options.end());
+    const Outcome outcome = run_program(LUMO_PROGRAM, args, folder.get_path());
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, message + "\n");
+    EXPECT_EQ(folder.read("old rest"), "rest");
+    EXPECT_EQ(folder.read("old trail"), "trail");
+    EXPECT_EQ(folder.count_files(), num_files);
+  }
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// Memory
+
+#ifndef __SANITIZE_ADDRESS__  // which takes the address space for itself
+TEST(TooLittleMemory, IsToldInOneSentenceWhereverItRunsOut)
+{
+  const TemporaryFolder folder;
+  folder.write("script", make_long_script());
+  constexpr std::size_t kStep = 4000;  // KiB
+  std::size_t limit = kStep;
+  while (run_shell(numbered("ulimit -v ", limit) + "; lumo --version", folder).status != 0)
+    limit += kStep;
+  std::size_t num_failures = 0;
+  for (;; limit += kStep) {
+    const Outcome outcome = run_shell(numbered("ulimit -v ", limit) + "; lumo solve script --model", folder);
+    if (outcome.status == 0) break;
+    EXPECT_EQ(outcome.status, 2) << limit;
+    EXPECT_EQ(outcome.out, "") << limit;
+    EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << limit << ": " << outcome.err;
+    EXPECT_TRUE(outcome.err.starts_with("lumo: ")) << limit << ": " << outcome.err;
+    ++num_failures;
+  }
+  EXPECT_GT(num_failures, 3U);
+}
+#endif
+
+}  // namespace
+}  // namespace lumo::test

@@ -1,0 +1,44 @@
+#ifndef LUMO_TESTS_SUPPORT_WAITING_H
+#define LUMO_TESTS_SUPPORT_WAITING_H
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <string>
+#include <sys/types.h>
+#include <thread>
+
+namespace lumo::test {
+
+/// Waits until a condition holds, but not for ever.
+template <class Condition>
+bool wait_until(Condition condition)
+{
+  for (int i = 0; i < 3000; ++i) {
+    if (condition()) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return false;
+}
+
+/// Whether a process is gone, or dead and only waits for whoever has adopted it.
+inline bool is_gone(pid_t process)
+{
+  if (kill(process, 0) != 0 && errno == ESRCH) return true;
+  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+  std::string number;
+  std::string name;
+  std::string state;
+  return file >> number >> name >> state && state == "Z";
+}
+
+/// Waits until the process of that number, given as text, is gone.
+inline bool goes_away(const std::string& process)
+{
+  return wait_until([&] { return is_gone(std::stoi(process)); });
+}
+
+}  // namespace lumo::test
+
+#endif
