@@ -24,7 +24,7 @@ QNumber draw_pattern(unsigned long w, unsigned long& state)
   mpz_t number;
   mpz_init(number);
   mpz_import(number, words.size(), -1, sizeof words[0], 0, 0, words.data());
-  const QNumber pattern = BVNumber::reduce(BVNumber::from_integer(number), w);
+  QNumber pattern = BVNumber::reduce(BVNumber::from_integer(number), w);
   mpz_clear(number);
   return pattern;
 }

@@ -308,6 +308,7 @@ double time_fold(const Term* t)
     numbers.push_back(type->is_bool() ? QNumber(1) : draw_pattern(type->get_width(), state));
   }
   std::vector<const QNumber*> args;
+  args.reserve(numbers.size());
   for (const QNumber& number : numbers)
     args.push_back(&number);
   return time_often([&] {

@@ -54,7 +54,7 @@ class EliminationScene
     return texts;
   }
   [[nodiscard]] std::size_t get_num_facts() const { return elimination_.trail.facts.size(); }
-  void expect_eliminated()
+  void expect_eliminated() const
   {
     EXPECT_TRUE(elimination_.assertions.empty()) << "so every model is one of the rest";
   }

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include "smtlib/reader.h"
+#include "smtlib/symbol_text.h"
 #include "tests/support/notation.h"
 #include "tests/support/numbered.h"
 #include "tests/support/random_formula.h"
@@ -114,6 +115,34 @@ TEST(ScriptPrinter, RefusesNamesWithoutASpelling)
             "the name a\\b contains a bar, a backslash or a control character, but SMT-LIB 2 has no symbol "
             "with one");
   EXPECT_EQ(out.str(), "");
+}
+
+TEST(ScriptPrinter, KeepsNamesOfEveryCharacterThatHasASpelling)
+{
+  TermManager mgr;
+  const DataType* sort = mgr.make_bool_type();
+  std::string all;
+  Terms constants;
+  Terms assertions;
+  for (int code = 0; code < 256; ++code) {
+    const char c = static_cast<char>(code);
+    if (!is_quotable_character(c)) continue;
+    all += c;
+    constants.push_back(mgr.make_constant(std::string("a") + c, sort));
+  }
+  for (char c = ' '; c <= '~'; ++c)
+    EXPECT_EQ(all.find(c) == std::string::npos, c == '|' || c == '\\') << c;
+  constants.push_back(mgr.make_constant(all, sort));
+  for (const Term* constant : constants)
+    assertions.push_back(mgr.make_term(mgr.make_not_symbol(), {constant}));
+
+  const std::string text = print(constants, assertions);
+  const Script same = read_script(mgr, text);
+  EXPECT_EQ(same.constants, constants);
+  EXPECT_EQ(same.get_asserted_terms(), assertions);
+  TermManager other;
+  const Script again = read_script(other, text);
+  EXPECT_EQ(print(again.constants, again.get_asserted_terms()), text);
 }
 
 /// Assertions that the text has put together, apart again
