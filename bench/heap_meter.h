@@ -10,8 +10,8 @@ namespace lumo::bench {
 /// The most that get_heap_bytes() has been since the last reset.
 [[nodiscard]] std::size_t get_peak_heap_bytes();
 void reset_peak_heap_bytes();
-/// From now on, what GMP allocates counts as well. To be called before it has allocated anything, save for its
-/// scratch integers.
+/// From now on, what GMP allocates counts as well. To be called before it has allocated anything, save for
+/// its scratch integers.
 void meter_gmp();
 
 }  // namespace lumo::bench

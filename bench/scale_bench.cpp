@@ -1,14 +1,14 @@
-// How time and memory grow with the size of a problem, where they should grow in proportion: the columns of each table
-// are powers of ten, and the figures are per item, so that a row should be flat.
+// How time and memory grow with the size of a problem. The figures are per item, so each should stay about the
+// same from size to size, but for what memory caches make of it.
 //
 //   scale_bench [MOST-ITEMS [MOST-ITEMS-OF-TEXT [MOST-BITS]]]
 //
 // Times are the processor's; bytes are those of the heap, GMP's included.
 // - graphs: ns and bytes for each application of a chain, a graph of shared terms, and others
-// - leaves: ns and bytes to declare constants, to find them by their names, and to make fresh ones and numerals
+// - leaves: ns and bytes to declare constants, to find them by their names, to make fresh ones, and numerals
 // - texts: ns to print and to read each application, or each constant with a name that stands between bars
-// - widths: ns for each bit of a call of a calculator and of the operator's value; of division, multiplication and
-//   the inverse of a factor it is known that they take more than linear time
+// - widths: ns for each bit of a call of a calculator and of the operator's value; products, and the inverse
+//   of a factor, are known to take more than linear time
 
 #include <algorithm>
 #include <cstdio>

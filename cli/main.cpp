@@ -210,8 +210,8 @@ int run_guarded(int argc, char** argv)
 
 bool is_done = false;
 
-/// Called at the program's end. If `main` is not done, it was Z3's parser that called `exit`, without a word, because it
-/// got no memory.
+/// Called at the program's end. If `main` is not done, it was Z3's parser that called `exit`, without a word,
+/// because it got no memory.
 void explain_early_exit()
 {
   if (is_done) return;

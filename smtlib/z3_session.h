@@ -8,8 +8,8 @@
 namespace lumo::smtlib {
 
 /// A Z3 context that lives as long as the object, and with it everything that was made in it. Z3 reports
-/// errors through its error code alone; it writes nothing by itself. There is one case in which it calls `exit`: when
-/// its parser gets no memory.
+/// errors through its error code alone; it writes nothing by itself. There is one case in which it calls
+/// `exit`: when its parser gets no memory.
 class Z3Session
 {
  public:

@@ -29,8 +29,10 @@ namespace lumo {
 ///
 /// Whatever makes no sense (a width of 0, an argument of another sort, a name declared with two sorts, ...)
 /// is refused with an `Exception` that says what was given and what was expected; the manager is then
-/// unchanged. Widths count bits, from 1 to kMaxWidth. Recognisers answer false and leave their out-parameters
-/// alone for every other symbol; out-parameters may be null.
+/// unchanged. If memory runs out, `std::bad_alloc` passes through, and the manager stays usable: what it has
+/// made is found again, and what it could not make can be asked for once more. Widths count bits, from 1 to
+/// kMaxWidth. Recognisers answer false and leave their out-parameters alone for every other symbol;
+/// out-parameters may be null.
 class TermManager
 {
  public:

@@ -15,8 +15,8 @@
 namespace lumo::test {
 namespace {
 
-/// One row with a manager that has only what the call is given, so that the call has everything still to make.
-/// Below its definitions lies one of somebody else.
+/// One row with a manager that has only what the call is given, so that the call has everything still to
+/// make. Below its definitions lies one of somebody else.
 class Scene
 {
  public:

@@ -1,4 +1,5 @@
-// The program when what it works with fails: readers that go, solvers that misbehave, signals, too little memory.
+// The program when what it works with fails: readers that go, solvers that misbehave, signals, too little
+// memory.
 
 #include <csignal>
 #include <filesystem>

@@ -1,5 +1,5 @@
-// Elimination and extension when memory runs out: the second attempt does what the first one was to do. The program
-// replaces the allocator by one that fails on demand; the sanitizers look for what is lost.
+// Elimination and extension when memory runs out: the second attempt does what the first one was to do. The
+// program replaces the allocator by one that fails on demand; the sanitizers look for what is lost.
 
 #include <memory>
 #include <string>

@@ -1,5 +1,5 @@
-// Elimination and extension at sizes at which recursion would exhaust the stack, walking a tree instead of its graph
-// would not end, and quadratic time would be felt.
+// Elimination and extension at sizes at which recursion would exhaust the stack, walking a tree instead of
+// its graph would not end, and quadratic time would be felt.
 
 #include <algorithm>
 #include <vector>

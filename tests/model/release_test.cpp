@@ -1,5 +1,5 @@
-// A model when memory runs out: what it was given stays, and what was to come is still on the stack. The program
-// replaces the allocator by one that fails on demand.
+// A model when memory runs out: what it was given stays, and what was to come is still on the stack. The
+// program replaces the allocator by one that fails on demand.
 
 #include <memory>
 #include <string>
@@ -17,8 +17,8 @@ namespace {
 constexpr unsigned long kWidth = 128;
 constexpr std::size_t kNumConstants = 5;
 
-/// A model and a stack that defines x0 by a numeral and each further constant by a sum of the one before it and a
-/// numeral: all values are wider than a word.
+/// A model and a stack that defines x0 by a numeral and each further constant by a sum of the one before it
+/// and a numeral: all values are wider than a word.
 class ModelScene
 {
  public:

@@ -1,5 +1,5 @@
-// Small numbers ask nothing of any allocator, and a failing allocation leaves a number as it was. Where GMP itself
-// gets no memory, it ends the process, which nobody can prevent: its integers are half made then.
+// Small numbers ask nothing of any allocator, and a failing allocation leaves a number as it was. Where GMP
+// itself gets no memory, it ends the process, which nobody can prevent: its integers are half made then.
 
 #include <cstdio>
 #include <cstdlib>

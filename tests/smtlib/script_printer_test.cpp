@@ -136,13 +136,13 @@ TEST(ScriptPrinter, KeepsNamesOfEveryCharacterThatHasASpelling)
   for (const Term* constant : constants)
     assertions.push_back(mgr.make_term(mgr.make_not_symbol(), {constant}));
 
-  const std::string text = print(constants, assertions);
+  const std::string text = print_lines(constants, assertions);
   const Script same = read_script(mgr, text);
   EXPECT_EQ(same.constants, constants);
   EXPECT_EQ(same.get_asserted_terms(), assertions);
   TermManager other;
   const Script again = read_script(other, text);
-  EXPECT_EQ(print(again.constants, again.get_asserted_terms()), text);
+  EXPECT_EQ(print_lines(again.constants, again.get_asserted_terms()), text);
 }
 
 /// Assertions that the text has put together, apart again

@@ -1,7 +1,8 @@
 #ifndef LUMO_TESTS_SUPPORT_FAILING_ALLOCATOR_H
 #define LUMO_TESTS_SUPPORT_FAILING_ALLOCATOR_H
 
-// Replaces the allocator of the program that includes this, in one source only: it counts, and fails on demand.
+// Replaces the allocator of the program that includes this, in one source only: it counts, and fails on
+// demand.
 
 #include <cstdlib>
 #include <new>
@@ -29,8 +30,8 @@ inline void* allocate(std::size_t size, std::size_t alignment)
   return memory;
 }
 
-/// Runs an action of which an allocation fails, the one of that number; whether it got through, because it makes
-/// fewer. Afterwards no allocation fails.
+/// Runs an action of which an allocation fails, the one of that number; whether it got through, because it
+/// makes fewer. Afterwards no allocation fails.
 template <class Action>
 bool survives(long failing, Action action)
 {
@@ -48,9 +49,10 @@ bool survives(long failing, Action action)
   return true;
 }
 
-/// Has an action's first allocation fail, then its second one, and so on until it gets through: first such that
-/// only that allocation fails, then such that all behind it fail, too. `prepare` comes before each run and returns
-/// what the action gets; `look` gets the same after a run that failed. Returns the number of failures.
+/// Has an action's first allocation fail, then its second one, and so on until it gets through: first such
+/// that only that allocation fails, then such that all behind it fail, too. `prepare` comes before each run
+/// and returns what the action gets; `look` gets the same after a run that failed. Returns the number of
+/// failures.
 template <class Prepare, class Action, class Look>
 long fail_everywhere(Prepare prepare, Action action, Look look)
 {
