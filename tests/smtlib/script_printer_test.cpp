@@ -128,7 +128,7 @@ TEST(ScriptPrinter, KeepsNamesOfEveryCharacterThatHasASpelling)
     const char c = static_cast<char>(code);
     if (!is_quotable_character(c)) continue;
     all += c;
-    constants.push_back(mgr.make_constant(std::string("a") + c, sort));
+    constants.push_back(mgr.make_constant(std::string("q") + c, sort));
   }
   for (char c = ' '; c <= '~'; ++c)
     EXPECT_EQ(all.find(c) == std::string::npos, c == '|' || c == '\\') << c;
