@@ -1,0 +1,458 @@
+#!/usr/bin/env python3
+"""Mutation testing: finds mistakes in numbers/ and calculators/ that no test would notice.
+
+  scripts/mutate.py [--list] [--sample N [--seed S]] [--jobs N] [PATH...]
+
+Puts one small mistake at a time into a copy of the sources (scripts/mutants.py has the kinds), builds the test
+programs of the same folder and runs them. A mutant that they pass is tried once more with the sanitizers of the
+preset `asan`; one that passes this, too, has survived: a test is missing, or the mutant means the same.
+Mutants of the second kind stand in scripts/mutate_equivalent.txt, each with the reason.
+
+PATH is a source or a folder of sources, numbers/ and calculators/ if none is given. With --sample, only N mutants,
+drawn by the seed, are tried. Results are kept in build/mutate/results.tsv, and an interrupted run goes on from
+there: a killed mutant counts until its file changes, a survivor also until a test of its folder does.
+
+Prints each survivor and a table. Fails if a mutant survived that is not known as equivalent, if a known one was
+killed, or if an entry of the list fits none. Needs what the group `test` of scripts/setup.sh installs.
+"""
+
+import argparse
+import hashlib
+import json
+import os
+import queue
+import random
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import threading
+import time
+from dataclasses import dataclass
+from pathlib import Path
+
+sys.dont_write_bytecode = True
+from mutants import make_mutants  # noqa: E402
+
+ROOT = Path(__file__).resolve().parent.parent
+OUT = ROOT / "build" / "mutate"
+EQUIVALENT = ROOT / "scripts" / "mutate_equivalent.txt"
+
+# The folders of sources that can be mutated, and those that their test programs are linked with
+FOLDERS = {"numbers": ["numbers"], "calculators": ["numbers", "terms", "model", "calculators"]}
+COPIED = ["numbers", "terms", "model", "calculators", "elimination", "smtlib", "tests"]
+
+# name: compiler options. Leaks are found in either build, without a price in time.
+BUILDS = {
+    "plain": "-O0 -fsanitize=leak",
+    "sanitized": "-O1 -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer",
+}
+SANITIZER_OPTIONS = "hard_rss_limit_mb=2048"
+SLOW_TEST = 0.05  # seconds
+STATUSES = ("killed", "timed out", "not compiling", "equivalent", "survived")
+
+
+class Failure(Exception):
+    """What ends the run with a message."""
+
+
+def digest(*paths):
+    sum_of_all = hashlib.sha256()
+    for path in sorted(paths):
+        sum_of_all.update(path.read_bytes())
+    return sum_of_all.hexdigest()[:16]
+
+
+# ---------------------------------------------------------------------------------------- building and testing
+
+
+@dataclass
+class TestProgram:
+    name: str
+    sources: list
+    needs_support: bool
+
+
+def read_test_programs(folder):
+    """What tests/FOLDER/CMakeLists.txt declares."""
+    text = (ROOT / "tests" / folder / "CMakeLists.txt").read_text()
+    programs = []
+    for arguments in re.findall(r"lumo_add_test\(([^)]*)\)", text):
+        words = arguments.split()
+        sources = [f"tests/{folder}/{word}" for word in words if word.endswith(".cpp")]
+        programs.append(TestProgram(words[0], sources, "lumo_test_support" in words))
+    return sorted(programs, key=lambda program: len(program.sources))
+
+
+def read_support_sources():
+    text = (ROOT / "tests" / "CMakeLists.txt").read_text()
+    return re.findall(r"support/\w+\.cpp", re.search(r"add_library\(lumo_test_support([^)]*)\)", text).group(1))
+
+
+def write_ninja(build, options):
+    """The build description of the copy: one object per source, one archive per folder, the programs."""
+    lines = [
+        "builddir = .",
+        f"cxx = g++ -std=c++20 {options} -Werror=return-type -I..",
+        "rule compile",
+        "  command = $cxx $extra -MMD -MF $out.d -c $in -o $out",
+        "  depfile = $out.d",
+        "  deps = gcc",
+        "rule archive",
+        "  command = rm -f $out && ar rcs $out $in",
+        "rule link",
+        "  command = $cxx $in -lgtest_main -lgtest -lgmp -lpthread -o $out",
+        "build prefix.h.gch: compile prefix.h",
+        "  extra = -x c++-header",
+    ]
+    objects = set()
+
+    def compile_all(sources):
+        for source in sources:
+            if source not in objects:
+                objects.add(source)
+                # Tests share a precompiled prefix: the compiler spends most of its time on their headers.
+                is_test = source.endswith("_test.cpp")
+                lines.append(f"build {source}.o: compile ../{source}" + (" | prefix.h.gch" if is_test else ""))
+                if is_test:
+                    lines.append("  extra = -include prefix.h")
+        return " ".join(f"{source}.o" for source in sources)
+
+    def add_archive(name, sources):
+        lines.append(f"build {name}.a: archive {compile_all(sources)}")
+
+    for folder in FOLDERS["calculators"]:
+        add_archive(folder, sorted(f"{folder}/{p.name}" for p in (ROOT / folder).glob("*.cpp")))
+    add_archive("support", [f"tests/{source}" for source in read_support_sources()])
+    for folder, libraries in FOLDERS.items():
+        programs = read_test_programs(folder)
+        for program in programs:
+            archives = (["support"] if program.needs_support else []) + libraries[::-1]
+            linked = " ".join(f"{name}.a" for name in archives)
+            lines.append(f"build {program.name}: link {compile_all(program.sources)} {linked}")
+        lines.append(f"build {folder}: phony " + " ".join(program.name for program in programs))
+    build.mkdir(parents=True, exist_ok=True)
+    write_if_changed(build / "build.ninja", "\n".join(lines) + "\n")
+    write_if_changed(build / "prefix.h", "#include <functional>\n#include <string>\n#include <vector>\n"
+                     "#include <gmp.h>\n#include <gtest/gtest.h>\n")
+
+
+def write_if_changed(path, text):
+    if not path.exists() or path.read_text() != text:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text)
+
+
+def run(command, folder, limit=None):
+    """(status, output) of a command; the status is None if it took too long."""
+    environment = {**os.environ, "LSAN_OPTIONS": SANITIZER_OPTIONS, "ASAN_OPTIONS": SANITIZER_OPTIONS}
+    process = subprocess.Popen(command, cwd=folder, env=environment, start_new_session=True, text=True,
+                               errors="replace", stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                               stderr=subprocess.STDOUT)
+    try:
+        output, _ = process.communicate(timeout=limit)
+        return process.returncode, output
+    except BaseException as e:
+        os.killpg(process.pid, signal.SIGKILL)
+        output, _ = process.communicate()
+        if isinstance(e, subprocess.TimeoutExpired):
+            return None, output
+        raise
+
+
+class Worker:
+    """A copy of the sources with its builds, in which one mutant at a time is tried."""
+
+    def __init__(self, number):
+        self.copy = OUT / f"worker-{number}"
+        self.timing = {}  # (build, program): (names of slow tests, time limit)
+        self.mutated = None
+
+    def prepare(self, folders):
+        tracked = subprocess.run(["git", "ls-files", "--cached", "--others", "--exclude-standard", "--", *COPIED],
+                                 cwd=ROOT, check=True, capture_output=True, text=True).stdout.split("\n")
+        wanted = {path for path in tracked if path.endswith((".cpp", ".h")) and (ROOT / path).exists()}
+        for path in wanted:
+            write_if_changed(self.copy / path, (ROOT / path).read_text())
+        for folder in COPIED:
+            for path in (self.copy / folder).rglob("*"):
+                if path.is_file() and str(path.relative_to(self.copy)) not in wanted:
+                    path.unlink()
+        for build, options in BUILDS.items():
+            write_ninja(self.copy / build, options)
+            for folder in folders:
+                if not self.build(build, folder):
+                    raise Failure(f"the tests of {folder}/ do not build without a mutant:\n{self.output[-4000:]}")
+
+    def build(self, build, folder):
+        status, self.output = run(["ninja", "-j1", folder], self.copy / build)
+        return status == 0
+
+    def measure(self, folders):
+        """How long the tests take without a mutant, which they all must pass."""
+        for build in BUILDS:
+            for folder in folders:
+                for program in read_test_programs(folder):
+                    begin = time.monotonic()
+                    report = self.copy / build / f"{program.name}.json"
+                    status, output = run([f"./{program.name}", "--gtest_brief=1", f"--gtest_output=json:{report}"],
+                                         self.copy / build)
+                    if status != 0:
+                        raise Failure(f"{program.name} fails without a mutant ({build}):\n{output[-4000:]}")
+                    slow = [f"{suite['name']}.{test['name']}"
+                            for suite in json.loads(report.read_text())["testsuites"]
+                            for test in suite["testsuite"] if float(test["time"].rstrip("s")) > SLOW_TEST]
+                    self.timing[build, program.name] = (slow, 20 + 10 * (time.monotonic() - begin))
+
+    def attempt(self, mutant):
+        """(status, the test that noticed) of a mutant."""
+        folder = mutant.path.split("/")[0]
+        self.put(mutant)
+        for build in BUILDS:
+            if not self.build(build, folder):
+                return "not compiling", ""
+            for program in read_test_programs(folder):
+                status, note = self.test(build, program.name)
+                if status != "survived":
+                    return status, note
+        return "survived", ""
+
+    def put(self, mutant):
+        if self.mutated and self.mutated != mutant.path:
+            (self.copy / self.mutated).write_text((ROOT / self.mutated).read_text())
+        self.mutated = mutant.path
+        (self.copy / mutant.path).write_text(mutant.apply((ROOT / mutant.path).read_text()))
+
+    def restore(self):
+        if self.mutated:
+            (self.copy / self.mutated).write_text((ROOT / self.mutated).read_text())
+            self.mutated = None
+
+    def test(self, build, program):
+        slow, limit = self.timing[build, program]
+        filters = ["-" + ":".join(slow), ":".join(slow)] if slow else ["*"]
+        for chosen in filters:
+            status, output = run([f"./{program}", "--gtest_fail_fast", "--gtest_brief=1",
+                                  f"--gtest_filter={chosen}"], self.copy / build, limit)
+            if status is None:
+                return "timed out", program
+            if status != 0:
+                found = re.search(r"\[  FAILED  \] ([^\s,]+)|ERROR: \w+: [\w-]+|Assertion|runtime error", output)
+                return "killed", (found.group(1) or found.group(0)) if found else f"{program}: status {status}"
+        return "survived", ""
+
+
+# ------------------------------------------------------------------------------------------- results and lists
+
+
+class Results:
+    """What is known from earlier runs, kept in a file to which each result is added at once."""
+
+    def __init__(self):
+        self.path = OUT / "results.tsv"
+        self.lock = threading.Lock()
+        self.known = {}  # (key, digest of the file): (status, note, digest of the tests)
+        self.file_digests, self.test_digests = {}, {}
+        if self.path.exists():
+            for line in self.path.read_text().split("\n"):
+                fields = line.split("\t")
+                if len(fields) == 8:
+                    self.known[tuple(fields[:4]), fields[4]] = (fields[6], fields[7], fields[5])
+
+    def get_digests(self, mutant):
+        folder = mutant.path.split("/")[0]
+        if mutant.path not in self.file_digests:
+            self.file_digests[mutant.path] = digest(ROOT / mutant.path)
+        if folder not in self.test_digests:
+            self.test_digests[folder] = digest(*(ROOT / "tests" / folder).glob("*"))
+        return self.file_digests[mutant.path], self.test_digests[folder]
+
+    def find(self, mutant):
+        """(status, note), or null if the mutant is to be tried."""
+        of_file, of_tests = self.get_digests(mutant)
+        found = self.known.get((mutant.key(), of_file))
+        if not found or (found[0] == "survived" and found[2] != of_tests):
+            return None
+        return found[:2]
+
+    def add(self, mutant, status, note):
+        of_file, of_tests = self.get_digests(mutant)
+        with self.lock:
+            self.known[mutant.key(), of_file] = (status, note, of_tests)
+            with self.path.open("a") as file:
+                file.write("\t".join([*mutant.key(), of_file, of_tests, status, note]) + "\n")
+
+
+class EquivalentMutants:
+    """The list of mutants that mean the same as the source.
+
+    An entry begins with `FILE: LINE`, the line being the text of the source without indentation, or `FILE#N: LINE`
+    for the N-th of several equal lines. Indented lines below it have `change: ...`, at least one of them, and then
+    `reason: ...`, which may go on in lines that are indented further. `#` begins a comment.
+    """
+
+    def __init__(self, path):
+        self.reasons = {}  # (file, line, repetition or None, change): reason
+        entry, changes = None, []
+        for number, line in enumerate(path.read_text().split("\n") if path.exists() else [], 1):
+            stripped = line.strip()
+            if not stripped or line.startswith("#"):
+                continue
+            head = re.fullmatch(r"([\w/.]+)(?:#(\d+))?: (.*)", line)
+            if head:
+                entry, changes = (head.group(1), head.group(3), head.group(2)), []
+            elif entry and line.startswith("  change: "):
+                changes.append(stripped.removeprefix("change: "))
+            elif entry and changes and line.startswith("  reason: "):
+                for change in changes:
+                    self.reasons[(*entry, change)] = stripped.removeprefix("reason: ")
+            elif not (entry and changes and line.startswith("    ")):
+                raise Failure(f"{path.name}:{number}: neither a `FILE: LINE` nor a change or a reason of one")
+        self.unused = set(self.reasons)
+
+    def match(self, mutant):
+        path, line_text, repetition, change = mutant.key()
+        keys = {(path, line_text, None, change), (path, line_text, repetition, change)} & set(self.reasons)
+        self.unused -= keys
+        return bool(keys)
+
+
+# ----------------------------------------------------------------------------------------------------- the run
+
+
+def collect_mutants(paths):
+    mutants = []
+    for path in paths:
+        full = (ROOT / path).resolve()
+        files = sorted(p for p in full.iterdir() if p.suffix in (".cpp", ".h")) if full.is_dir() else [full]
+        for file in files:
+            name = str(file.relative_to(ROOT))
+            if not file.exists() or name.split("/")[0] not in FOLDERS:
+                raise Failure(f"{path}: no source of {' or '.join(FOLDERS)}")
+            mutants += make_mutants(name, file.read_text())
+    return mutants
+
+
+def try_all(mutants, results, jobs):
+    """Tries what the results do not have yet."""
+    remaining = [mutant for mutant in mutants if not results.find(mutant)]
+    if not remaining:
+        return
+    folders = sorted({mutant.path.split("/")[0] for mutant in remaining})
+    print(f"{len(remaining)} of {len(mutants)} mutants to try; building", file=sys.stderr)
+    workers = [Worker(number) for number in range(1, min(jobs, len(remaining)) + 1)]
+    waiting = queue.SimpleQueue()
+    for mutant in remaining:
+        waiting.put(mutant)
+    failures, stop, begin = [], threading.Event(), time.monotonic()
+
+    def work(worker):
+        try:
+            worker.prepare(folders)
+            worker.measure(folders)
+            while not stop.is_set():
+                try:
+                    mutant = waiting.get_nowait()
+                except queue.Empty:
+                    break
+                status, note = worker.attempt(mutant)
+                results.add(mutant, status, note)
+                if status == "survived":
+                    print(f"{mutant.path}:{mutant.line}: {mutant.change}: {mutant.line_text}", file=sys.stderr)
+                done = len(remaining) - waiting.qsize()
+                if done % 50 == 0:
+                    print(f"{done} of {len(remaining)} after {time.monotonic() - begin:.0f} s", file=sys.stderr)
+            worker.restore()
+        except Exception as e:  # of a thread, to be told by the main one
+            failures.append(e)
+            stop.set()
+
+    threads = [threading.Thread(target=work, args=(worker,)) for worker in workers]
+    for thread in threads:
+        thread.start()
+    try:
+        for thread in threads:
+            thread.join()
+    except KeyboardInterrupt:
+        stop.set()
+        print("stopping after the mutants that are being tried", file=sys.stderr)
+        for thread in threads:
+            thread.join()
+        raise
+    if failures:
+        raise failures[0]
+
+
+def report(mutants, results, equivalent):
+    """Prints survivors and the table; returns whether all is as it should be."""
+    table, is_good = {}, True
+    for mutant in mutants:
+        status, note = results.find(mutant)
+        place = f"{mutant.path}:{mutant.line}: {mutant.change}: {mutant.line_text}"
+        if equivalent.match(mutant):
+            if status == "survived":
+                status = "equivalent"
+            else:
+                print(f"listed as equivalent, but {status} ({note}): {place}")
+                is_good = False
+        elif status == "survived":
+            print(f"survived: {place}")
+            is_good = False
+        counts = table.setdefault(mutant.path, dict.fromkeys(STATUSES, 0))
+        counts[status] += 1
+    print_table(table)
+    return is_good
+
+
+def print_table(table):
+    total = {status: sum(counts[status] for counts in table.values()) for status in STATUSES}
+    width = max(len(path) for path in [*table, "total"])
+    print(f"{'':{width}}  mutants" + "".join(f"  {status:>13}" for status in STATUSES))
+    for path, counts in [*table.items(), ("total", total)]:
+        print(f"{path:{width}}  {sum(counts.values()):7}" + "".join(f"  {counts[s]:13}" for s in STATUSES))
+
+
+def parse_arguments():
+    description, _, rest = __doc__.partition("\n\n")
+    parser = argparse.ArgumentParser(description=description, epilog=rest.partition("\n\n")[2],
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("paths", nargs="*", metavar="PATH", default=list(FOLDERS))
+    parser.add_argument("--list", action="store_true", help="print the mutants instead of trying them")
+    parser.add_argument("--sample", type=int, metavar="N", help="try N mutants, chosen at random")
+    parser.add_argument("--seed", type=int, default=1, help="what they are chosen by (default: 1)")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="mutants tried at a time")
+    return parser.parse_args()
+
+
+def main():
+    arguments = parse_arguments()
+    all_mutants = collect_mutants(arguments.paths)
+    mutants = all_mutants
+    if arguments.sample is not None and arguments.sample < len(mutants):
+        chosen = sorted(random.Random(arguments.seed).sample(range(len(mutants)), arguments.sample))
+        mutants = [mutants[i] for i in chosen]
+    if arguments.list:
+        for mutant in mutants:
+            print(f"{mutant.path}:{mutant.line}: {mutant.change}: {mutant.line_text}")
+        return 0
+
+    equivalent = EquivalentMutants(EQUIVALENT)
+    OUT.mkdir(parents=True, exist_ok=True)
+    results = Results()
+    try_all(mutants, results, arguments.jobs)
+    is_good = report(mutants, results, equivalent)
+    for mutant in collect_mutants(FOLDERS):
+        equivalent.match(mutant)
+    for path, line, _, change in sorted(equivalent.unused):
+        print(f"{EQUIVALENT.name}: no mutant fits: {path}: {line}: {change}")
+    return 0 if is_good and not equivalent.unused else 1
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(main())
+    except Failure as failure:
+        sys.exit(f"mutate.py: {failure}")
+    except KeyboardInterrupt:
+        sys.exit(130)
