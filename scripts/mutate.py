@@ -13,7 +13,7 @@ drawn by the seed, are tried. Results are kept in build/mutate/results.tsv, and 
 there: a killed mutant counts until its file changes, a survivor also until a test of its folder does.
 
 Prints each survivor and a table. Fails if a mutant survived that is not known as equivalent, if a known one was
-killed, or if an entry of the list fits none. Needs what the group `test` of scripts/setup.sh installs.
+killed, or if an entry of the list fits none. Needs what the group `coverage` of scripts/setup.sh installs.
 """
 
 import argparse
