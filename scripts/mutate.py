@@ -1,12 +1,12 @@
 #!/usr/bin/env python3
 """Mutation testing: finds mistakes in numbers/ and calculators/ that no test would notice.
 
-  scripts/mutate.py [--list] [--sample N [--seed S]] [--jobs N] [PATH...]
+  scripts/mutate.py [--list] [--sample N [--seed S]] [--jobs N] [--sanitize] [PATH...]
 
 Puts one small mistake at a time into a copy of the sources (scripts/mutants.py has the kinds), builds the test
-programs of the same folder and runs them. A mutant that they pass is tried once more with the sanitizers of the
-preset `asan`; one that passes this, too, has survived: a test is missing, or the mutant means the same.
-Mutants of the second kind stand in scripts/mutate_equivalent.txt, each with the reason.
+programs of the same folder and runs them. If they pass, the mutant has survived: a test is missing, or the mutant
+means the same. Mutants of the second kind stand in scripts/mutate_equivalent.txt, each with the reason. With
+--sanitize, the survivors are tried once more with the sanitizers of the preset `asan`.
 
 PATH is a source or a folder of sources, numbers/ and calculators/ if none is given. With --sample, only N mutants,
 drawn by the seed, are tried. Results are kept in build/mutate/results.tsv, and an interrupted run goes on from
@@ -20,7 +20,6 @@ import argparse
 import hashlib
 import json
 import os
-import queue
 import random
 import re
 import shutil
@@ -29,6 +28,7 @@ import subprocess
 import sys
 import threading
 import time
+from collections import deque
 from dataclasses import dataclass
 from pathlib import Path
 
@@ -164,8 +164,10 @@ def run(command, folder, limit=None):
 class Worker:
     """A copy of the sources with its builds, in which one mutant at a time is tried."""
 
-    def __init__(self, number):
+    def __init__(self, number, builds):
+        self.number = number
         self.copy = OUT / f"worker-{number}"
+        self.builds = builds
         self.timing = {}  # (build, program): (names of slow tests, time limit)
         self.mutated = None
 
@@ -179,8 +181,8 @@ class Worker:
             for path in (self.copy / folder).rglob("*"):
                 if path.is_file() and str(path.relative_to(self.copy)) not in wanted:
                     path.unlink()
-        for build, options in BUILDS.items():
-            write_ninja(self.copy / build, options)
+        for build in self.builds:
+            write_ninja(self.copy / build, BUILDS[build])
             for folder in folders:
                 if not self.build(build, folder):
                     raise Failure(f"the tests of {folder}/ do not build without a mutant:\n{self.output[-4000:]}")
@@ -191,7 +193,7 @@ class Worker:
 
     def measure(self, folders):
         """How long the tests take without a mutant, which they all must pass."""
-        for build in BUILDS:
+        for build in self.builds:
             for folder in folders:
                 for program in read_test_programs(folder):
                     begin = time.monotonic()
@@ -206,17 +208,17 @@ class Worker:
                     self.timing[build, program.name] = (slow, 20 + 10 * (time.monotonic() - begin))
 
     def attempt(self, mutant):
-        """(status, the test that noticed) of a mutant."""
+        """(status, the test that noticed, or the builds in which none did) of a mutant."""
         folder = mutant.path.split("/")[0]
         self.put(mutant)
-        for build in BUILDS:
+        for build in self.builds:
             if not self.build(build, folder):
                 return "not compiling", ""
             for program in read_test_programs(folder):
                 status, note = self.test(build, program.name)
                 if status != "survived":
                     return status, note
-        return "survived", ""
+        return "survived", " ".join(self.builds)
 
     def put(self, mutant):
         if self.mutated and self.mutated != mutant.path:
@@ -249,8 +251,9 @@ class Worker:
 class Results:
     """What is known from earlier runs, kept in a file to which each result is added at once."""
 
-    def __init__(self):
+    def __init__(self, builds):
         self.path = OUT / "results.tsv"
+        self.builds = builds
         self.lock = threading.Lock()
         self.known = {}  # (key, digest of the file): (status, note, digest of the tests)
         self.file_digests, self.test_digests = {}, {}
@@ -272,9 +275,12 @@ class Results:
         """(status, note), or null if the mutant is to be tried."""
         of_file, of_tests = self.get_digests(mutant)
         found = self.known.get((mutant.key(), of_file))
-        if not found or (found[0] == "survived" and found[2] != of_tests):
+        if not found:
             return None
-        return found[:2]
+        status, note, known_tests = found
+        if status == "survived" and (known_tests != of_tests or not set(self.builds) <= set(note.split())):
+            return None
+        return status, note
 
     def add(self, mutant, status, note):
         of_file, of_tests = self.get_digests(mutant)
@@ -289,31 +295,32 @@ class EquivalentMutants:
 
     An entry begins with `FILE: LINE`, the line being the text of the source without indentation, or `FILE#N: LINE`
     for the N-th of several equal lines. Indented lines below it have `change: ...`, at least one of them, and then
-    `reason: ...`, which may go on in lines that are indented further. `#` begins a comment.
+    `reason: ...`, which may go on in lines that are indented further; and so again. `#` begins a comment.
     """
 
     def __init__(self, path):
-        self.reasons = {}  # (file, line, repetition or None, change): reason
-        entry, changes = None, []
+        self.listed = set()  # (file, line, repetition or null, change)
+        entry, changes, is_reason = None, [], False
         for number, line in enumerate(path.read_text().split("\n") if path.exists() else [], 1):
             stripped = line.strip()
             if not stripped or line.startswith("#"):
                 continue
             head = re.fullmatch(r"([\w/.]+)(?:#(\d+))?: (.*)", line)
             if head:
-                entry, changes = (head.group(1), head.group(3), head.group(2)), []
+                entry, changes, is_reason = (head.group(1), head.group(3), head.group(2)), [], False
             elif entry and line.startswith("  change: "):
                 changes.append(stripped.removeprefix("change: "))
-            elif entry and changes and line.startswith("  reason: "):
-                for change in changes:
-                    self.reasons[(*entry, change)] = stripped.removeprefix("reason: ")
-            elif not (entry and changes and line.startswith("    ")):
+                is_reason = False
+            elif changes and line.startswith("  reason: "):
+                self.listed.update((*entry, change) for change in changes)
+                changes, is_reason = [], True
+            elif not (is_reason and line.startswith("    ")):
                 raise Failure(f"{path.name}:{number}: neither a `FILE: LINE` nor a change or a reason of one")
-        self.unused = set(self.reasons)
+        self.unused = set(self.listed)
 
     def match(self, mutant):
         path, line_text, repetition, change = mutant.key()
-        keys = {(path, line_text, None, change), (path, line_text, repetition, change)} & set(self.reasons)
+        keys = {(path, line_text, None, change), (path, line_text, repetition, change)} & self.listed
         self.unused -= keys
         return bool(keys)
 
@@ -334,6 +341,19 @@ def collect_mutants(paths):
     return mutants
 
 
+def arrange(mutants):
+    """The workers take mutants from both ends, so that one file keeps one worker; headers, which take the longest,
+    come last."""
+    first_folder = mutants[0].path.split("/")[0]
+
+    def place(mutant):
+        if mutant.path.endswith(".h"):
+            return 1
+        return 0 if mutant.path.startswith(first_folder + "/") else 2
+
+    return deque(sorted(mutants, key=place))
+
+
 def try_all(mutants, results, jobs):
     """Tries what the results do not have yet."""
     remaining = [mutant for mutant in mutants if not results.find(mutant)]
@@ -341,10 +361,8 @@ def try_all(mutants, results, jobs):
         return
     folders = sorted({mutant.path.split("/")[0] for mutant in remaining})
     print(f"{len(remaining)} of {len(mutants)} mutants to try; building", file=sys.stderr)
-    workers = [Worker(number) for number in range(1, min(jobs, len(remaining)) + 1)]
-    waiting = queue.SimpleQueue()
-    for mutant in remaining:
-        waiting.put(mutant)
+    workers = [Worker(number, results.builds) for number in range(1, min(jobs, len(remaining)) + 1)]
+    waiting = arrange(remaining)
     failures, stop, begin = [], threading.Event(), time.monotonic()
 
     def work(worker):
@@ -353,14 +371,14 @@ def try_all(mutants, results, jobs):
             worker.measure(folders)
             while not stop.is_set():
                 try:
-                    mutant = waiting.get_nowait()
-                except queue.Empty:
+                    mutant = waiting.popleft() if worker.number % 2 else waiting.pop()
+                except IndexError:
                     break
                 status, note = worker.attempt(mutant)
                 results.add(mutant, status, note)
                 if status == "survived":
                     print(f"{mutant.path}:{mutant.line}: {mutant.change}: {mutant.line_text}", file=sys.stderr)
-                done = len(remaining) - waiting.qsize()
+                done = len(remaining) - len(waiting)
                 if done % 50 == 0:
                     print(f"{done} of {len(remaining)} after {time.monotonic() - begin:.0f} s", file=sys.stderr)
             worker.restore()
@@ -421,6 +439,7 @@ def parse_arguments():
     parser.add_argument("--list", action="store_true", help="print the mutants instead of trying them")
     parser.add_argument("--sample", type=int, metavar="N", help="try N mutants, chosen at random")
     parser.add_argument("--seed", type=int, default=1, help="what they are chosen by (default: 1)")
+    parser.add_argument("--sanitize", action="store_true", help="try survivors with sanitizers, too")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="mutants tried at a time")
     return parser.parse_args()
 
@@ -439,7 +458,7 @@ def main():
 
     equivalent = EquivalentMutants(EQUIVALENT)
     OUT.mkdir(parents=True, exist_ok=True)
-    results = Results()
+    results = Results(list(BUILDS) if arguments.sanitize else ["plain"])
     try_all(mutants, results, arguments.jobs)
     is_good = report(mutants, results, equivalent)
     for mutant in collect_mutants(FOLDERS):

@@ -17,6 +17,11 @@ using test::Rational;
 const QNumber kOwnEarlyProduct =
     QNumber(Integer::power(100), Integer(9)) * QNumber(Integer(6), Integer::power(50));
 
+TEST(QNumberStaticInit, ScratchIsInitialisedBeforeOtherFilesUseIt)
+{
+  EXPECT_TRUE(test::kScratchIsReadyEarly);
+}
+
 TEST(QNumberStaticInit, OtherFilesMayCalculateBeforeMain)
 {
   EXPECT_TRUE(

@@ -2,7 +2,9 @@
 
 #include "tests/numbers/static_init_values.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
 #include "tests/support/gmp_number.h"
 
@@ -31,6 +33,10 @@ class LateCalculation
 
 }  // namespace
 
+// First, since each calculation may give a scratch integer its place, too.
+const bool kScratchIsReadyEarly =
+    std::all_of(std::begin(QNumber::gmp_tmp), std::end(QNumber::gmp_tmp),
+                [](const mpz_t& scratch) { return mpz_limbs_read(scratch) != nullptr; });
 const QNumber kEarlySum = big_fraction(200, 3) + big_fraction(201, 7);
 const bool kEarlyOrder = big_fraction(200, 3) < big_fraction(200, 7) + big_fraction(199, 1);
 
