@@ -280,13 +280,24 @@ class SourceFile:
         return False
 
     def commute(self, first, last, next_first, next_last):
-        """Whether these are two assignments without calls of which neither touches what the other one sets."""
-        one = [self.text(i) for i in range(first, last)]
-        two = [self.text(i) for i in range(next_first, next_last)]
-        if "(" in one + two or "=" not in one or "=" not in two:
+        """Whether neither of two statements touches what the other one sets, as far as their text tells: that is
+        so for assignments without calls, and for calls of GMP, which sets its first argument."""
+        one, two = self.read_effect(first, last), self.read_effect(next_first, next_last)
+        if not one or not two:
             return False
-        target, next_target = one[: one.index("=")], two[: two.index("=")]
-        return not contains(two, target) and not contains(one, next_target)
+        (target, reads), (next_target, next_reads) = one, two
+        return not contains(next_target + next_reads, target) and not contains(target + reads, next_target)
+
+    def read_effect(self, first, last):
+        """(what a statement sets, the rest of it) as texts of tokens, or null if that is not known."""
+        texts = [self.text(i) for i in range(first, last)]
+        if texts[0].startswith("mpz_") and self.partner.get(first + 1) == last - 1:
+            end = self.next_at_depth(first + 2, {",", ")"}) - first
+            return texts[2:end], texts[end:]
+        has_call = any(self.tokens[i].kind == "name" and self.text(i + 1) == "(" for i in range(first, last))
+        if has_call or "=" not in texts:
+            return None
+        return texts[: texts.index("=")], texts[texts.index("=") :]
 
 
 def contains(texts, part):

@@ -1,10 +1,11 @@
 #ifndef LUMO_TESTS_SUPPORT_FAILING_ALLOCATOR_H
 #define LUMO_TESTS_SUPPORT_FAILING_ALLOCATOR_H
 
-// Replaces the allocator of the program that includes this, in one source only: it counts, and fails on
-// demand.
+// Replaces the allocator of the program that includes this, in one source only: it counts, fails on demand,
+// and gives memory that is never by chance zero.
 
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 namespace lumo::test {
@@ -27,7 +28,7 @@ inline void* allocate(std::size_t size, std::size_t alignment)
   const std::size_t rounded = (size / alignment + 1) * alignment;
   void* memory = std::aligned_alloc(alignment, rounded);
   if (memory == nullptr) throw std::bad_alloc();
-  return memory;
+  return std::memset(memory, 0xff, rounded);
 }
 
 /// Runs an action of which an allocation fails, the one of that number; whether it got through, because it
