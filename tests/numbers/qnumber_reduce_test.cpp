@@ -18,7 +18,7 @@ using test::Rational;
 /// The longest denominators and factors that are tried in all combinations
 constexpr long kLongest = 12;
 
-Integer product(const Integer& z, long factor)
+Integer times(const Integer& z, long factor)
 {
   Integer result;
   mpz_mul_si(result, z, factor);
@@ -28,13 +28,13 @@ Integer product(const Integer& z, long factor)
 TEST(QNumberReduce, TwoLongIntegersLoseEveryCommonFactor)
 {
   for (const Integer& num : {Integer(0L), Integer::power(31), Integer::power(64), Integer::power(64, 1),
-                             Integer::power(70, -9), product(Integer::power(65), -15)})
+                             Integer::power(70, -9), times(Integer::power(65), -15)})
   {
     for (long den = 1; den <= kLongest; ++den) {
       for (long factor = -kLongest; factor <= kLongest; ++factor) {
         if (factor == 0) continue;
-        const Integer whole = product(Integer(den), factor);
-        const Integer long_part = product(num, factor);
+        const Integer whole = times(Integer(den), factor);
+        const Integer long_part = times(num, factor);
         const bool fits_int = mpz_fits_sint_p(long_part) != 0;
         EXPECT_TRUE(holds(QNumber(long_part, whole), Rational(num, Integer(den)),
                           fits_int ? Form::kSmall : Form::kBig))
