@@ -105,6 +105,28 @@ TEST(PowersOfTwo, AllocateNothingUpToWidth62)
   EXPECT_GT(count.get(), 0) << "the count sees what is allocated";
 }
 
+TEST(Division, AllocatesOneBlockForEachOutputThatBecomesBigAndNoneForOthers)
+{
+  const QNumber x = BVNumber::pow2(100);
+  const QNumber d(7);
+  const auto count_blocks = [&](QNumber& q, QNumber& r) {
+    const long before = num_allocations;
+    x.divmod(d, q, r);
+    return num_allocations - before;
+  };
+  QNumber q;
+  QNumber r;
+  EXPECT_EQ(count_blocks(q, r), 2);
+  EXPECT_EQ(count_blocks(q, r), 0) << "both are big by now";
+  EXPECT_EQ(count_blocks(q, q), 0);
+  QNumber other;
+  EXPECT_EQ(count_blocks(other, r), 1);
+  QNumber another;
+  EXPECT_EQ(count_blocks(q, another), 1);
+  QNumber both;
+  EXPECT_EQ(count_blocks(both, both), 1);
+}
+
 /// Runs the operation on a copy of x with its first allocation failing, and expects x to be as before.
 template <class Operation>
 void expect_unchanged(const QNumber& x, Operation operation)
