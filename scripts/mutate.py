@@ -187,8 +187,8 @@ class Worker:
                 if not self.build(build, folder):
                     raise Failure(f"the tests of {folder}/ do not build without a mutant:\n{self.output[-4000:]}")
 
-    def build(self, build, folder):
-        status, self.output = run(["ninja", "-j1", folder], self.copy / build)
+    def build(self, build, target):
+        status, self.output = run(["ninja", "-j1", target], self.copy / build)
         return status == 0
 
     def measure(self, folders):
@@ -212,9 +212,9 @@ class Worker:
         folder = mutant.path.split("/")[0]
         self.put(mutant)
         for build in self.builds:
-            if not self.build(build, folder):
-                return "not compiling", ""
-            for program in read_test_programs(folder):
+            for program in read_test_programs(folder):  # the smallest first, for which the least is built
+                if not self.build(build, program.name):
+                    return "not compiling", ""
                 status, note = self.test(build, program.name)
                 if status != "survived":
                     return status, note
