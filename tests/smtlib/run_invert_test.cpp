@@ -13,14 +13,14 @@
 namespace lumo::smtlib {
 namespace {
 
-struct Answer
+struct InvertAnswer
 {
   int status;
   std::string out;
   std::string err;
 };
 
-Answer run_invert_on(const std::vector<std::string>& files, const std::string& standard_input = "")
+InvertAnswer run_invert_on(const std::vector<std::string>& files, const std::string& standard_input = "")
 {
   std::istringstream in(standard_input);
   std::ostringstream out;
@@ -50,9 +50,10 @@ class TemporaryFile
 
 TEST(RunInvert, PrintsTheDefinitionsOfOneFileAlone)
 {
-  const Answer answer = run_invert_on({"-"},
-                                      "(declare-const x (_ BitVec 8))(declare-const |y z| (_ BitVec 8))\n"
-                                      "(assert (= (bvadd x |y z|) #x07))(check-sat)");
+  const InvertAnswer answer =
+      run_invert_on({"-"},
+                    "(declare-const x (_ BitVec 8))(declare-const |y z| (_ BitVec 8))\n"
+                    "(assert (= (bvadd x |y z|) #x07))(check-sat)");
   EXPECT_EQ(answer.status, kAllSolved);
   EXPECT_EQ(answer.out,
             "(define-fun x () (_ BitVec 8) #x07)\n"
@@ -62,7 +63,7 @@ TEST(RunInvert, PrintsTheDefinitionsOfOneFileAlone)
 
 TEST(RunInvert, ReportsEachRefusalAndGoesOn)
 {
-  const Answer answer =
+  const InvertAnswer answer =
       run_invert_on({"-"},
                     "(declare-const x (_ BitVec 8))(declare-const y (_ BitVec 8))(declare-const p Bool)\n"
                     "(assert p)\n"
@@ -89,7 +90,7 @@ TEST(RunInvert, SeparatesFilesByReset)
   const TemporaryFile first("first.smt2", "(declare-const x Bool)(assert (not x))");
   const TemporaryFile second("sec\nond.smt2", "(declare-const x (_ BitVec 1))(assert (= (bvnot x) #b0))");
   const std::string folder = testing::TempDir();
-  const Answer answer = run_invert_on({first.get_name(), second.get_name(), "-"}, "");
+  const InvertAnswer answer = run_invert_on({first.get_name(), second.get_name(), "-"}, "");
   EXPECT_EQ(answer.status, kAllSolved);
   EXPECT_EQ(answer.out, "; " + folder + "first.smt2\n(define-fun x () Bool false)\n(reset)\n; " + folder +
                             "sec?ond.smt2\n(define-fun x () (_ BitVec 1) #b1)\n(reset)\n; <stdin>\n");
@@ -101,7 +102,7 @@ TEST(RunInvert, NamesEveryFileThatItCannotReadAndPrintsNothing)
   const TemporaryFile bad("bad.smt2", "(declare-const x Bool)\n(assert y)");
   const TemporaryFile foreign("foreign.smt2", "(declare-const x Real)");
   const std::string missing = testing::TempDir() + "missing.smt2";
-  const Answer answer = run_invert_on(
+  const InvertAnswer answer = run_invert_on(
       {good.get_name(), bad.get_name(), missing, foreign.get_name(), testing::TempDir(), "-"}, "(");
   EXPECT_EQ(answer.status, kFailed);
   EXPECT_EQ(answer.out, "");
@@ -138,7 +139,7 @@ TEST(RunInvert, AnswersALargeFileInTimeThatGrowsWithIt)
     text += "(declare-const c" + number + " Bool)(declare-const y" + number + " (_ BitVec 8))" +
             "(assert (= (ite c" + number + " y" + number + " chain) #x05))";
   }
-  const Answer answer = run_invert_on({"-"}, text);
+  const InvertAnswer answer = run_invert_on({"-"}, text);
   EXPECT_EQ(answer.status, kAllSolved);
   EXPECT_EQ(std::count(answer.out.begin(), answer.out.end(), '\n'), 4000);
 }
