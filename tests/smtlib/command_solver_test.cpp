@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <sys/resource.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -240,6 +241,31 @@ TEST_P(SolverProgram, StopsWhenTheTimeIsOver)
   assertions_.push_back(mgr_.make_term(mgr_.make_eq_symbol(sort),
                                        {product, mgr_.make_term(mgr_.make_bv_mul_symbol(128), factors)}));
   EXPECT_EQ(find_answer(command_, {0.3, true}), Answer::kUnknown);
+}
+
+/// Lets the process open no more files for the lifetime of the object.
+class NoMoreFiles
+{
+ public:
+  NoMoreFiles()
+  {
+    if (getrlimit(RLIMIT_NOFILE, &before_) == 0) set({0, before_.rlim_max});
+  }
+  NoMoreFiles(const NoMoreFiles&) = delete;
+  NoMoreFiles& operator=(const NoMoreFiles&) = delete;
+  ~NoMoreFiles() { set(before_); }
+
+ private:
+  static void set(const rlimit& limit) { EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0); }
+
+  rlimit before_{};
+};
+
+TEST_F(CommandSolver, SaysWhyItCannotBeStarted)
+{
+  const NoMoreFiles guard;
+  EXPECT_EQ(find_failure("echo unsat"),
+            "was not started: no process can be made for the command: no pipe: Too many open files");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <sys/stat.h>
 
 #include <gtest/gtest.h>
 
@@ -95,6 +96,17 @@ TEST(OutputFile, WritesToDevices)
   EXPECT_EQ(get_refusal([] { write("/dev/full", "content"); }),
             "/dev/full: this cannot be written: No space left on device");
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+TEST(OutputFile, LeavesASocketAlone)
+{
+  const TemporaryFolder folder;
+  const std::string socket = folder.get_file("socket");
+  ASSERT_EQ(mknod(socket.c_str(), S_IFSOCK | S_IRUSR | S_IWUSR, 0), 0);
+  EXPECT_EQ(get_refusal([&] { const OutputFile output(socket); }),
+            socket + ": this cannot be written: No such device or address");
+  EXPECT_TRUE(std::filesystem::is_socket(socket));
+  EXPECT_EQ(folder.count_files(), 1U);
 }
 
 TEST(OutputFile, NamesWhatCannotBeWritten)

@@ -96,6 +96,8 @@ TEST(ReaderRefuses, NamesAndSorts)
        "expected"},
       {"(declare-const let Bool)", "f:1:16: the reserved word let was found, but a name was expected"},
       {"(declare-const 5 Bool)", "f:1:16: the numeral 5 was found, but a name was expected"},
+      {"(declare-const 2.5 Bool)", "f:1:16: the decimal 2.5 was found, but a name was expected"},
+      {"(declare-const :key Bool)", "f:1:16: the keyword :key was found, but a name was expected"},
       {"(declare-const bvadd Bool)",
        "f:1:16: the symbol bvadd is declared here, but the language defines it"},
       {"(declare-const true Bool)", "f:1:16: the symbol true is declared here, but the language defines it"},
@@ -121,6 +123,8 @@ TEST(ReaderRefuses, TermsOfOtherTheories)
        "f:2:2: the sort Int was found, but only Booleans and bit-vectors were expected"},
       {"(declare-const x (_ BitVec 2))\n(assert (= #b1 (bvredor x)))",
        "f:2:1: the operator bvredor was found, but only Booleans and bit-vectors were expected"},
+      {"(assert (= re.none re.all))",
+       "f:1:1: the symbol re.all was found, but only Booleans and bit-vectors were expected"},
       {"(define-fun x () Bool x)",
        "f:1:1: the definition of x contains the name itself, but only names defined before were expected"},
   });

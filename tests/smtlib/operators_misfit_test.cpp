@@ -1,0 +1,49 @@
+// What an operator of the language says of arguments that it does not take.
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "smtlib/operators.h"
+
+namespace lumo::test {
+namespace {
+
+struct MisfitRow
+{
+  std::string_view name;
+  std::vector<const Term*> args;
+  std::string misfit;
+};
+
+TEST(FindMisfit, NamesTheFirstArgumentThatDoesNotFit)
+{
+  TermManager mgr;
+  const Term* p = mgr.make_constant("p", mgr.make_bool_type());
+  const Term* x = mgr.make_constant("x", mgr.make_bv_type(8));
+  const Term* y = mgr.make_constant("y", mgr.make_bv_type(4));
+
+  const std::vector<MisfitRow> rows = {
+      {"and", {p, p, p}, ""},
+      {"and", {p, x}, "argument 2 of and has sort (_ BitVec 8), but sort Bool was expected"},
+      {"bvadd", {x, x}, ""},
+      {"bvadd", {p, x}, "argument 1 of bvadd has sort Bool, but a bit-vector was expected"},
+      {"bvadd", {x, y}, "argument 2 of bvadd has sort (_ BitVec 4), but sort (_ BitVec 8) was expected"},
+      {"concat", {x, y}, ""},
+      {"concat", {x, p}, "argument 2 of concat has sort Bool, but a bit-vector was expected"},
+      {"ite", {p, x, x}, ""},
+      {"ite", {x, x, x}, "argument 1 of ite has sort (_ BitVec 8), but sort Bool was expected"},
+      {"ite", {p, x, y}, "argument 3 of ite has sort (_ BitVec 4), but sort (_ BitVec 8) was expected"},
+      {"=", {p, x}, "argument 2 of = has sort (_ BitVec 8), but sort Bool was expected"},
+  };
+  for (const MisfitRow& row : rows) {
+    const smtlib::Operator* op = smtlib::find_operator(row.name);
+    ASSERT_NE(op, nullptr) << row.name;
+    EXPECT_EQ(smtlib::find_misfit(mgr, *op, row.args), row.misfit);
+  }
+}
+
+}  // namespace
+}  // namespace lumo::test
