@@ -146,31 +146,29 @@ void QNumber::normalise_big()
 template <QNumber::Addend kAddend>
 bool QNumber::add_small(long yn, long yd)
 {
+  // Most often the denominators have no common factor, and then neither has the result.
   const long g = gcd(den, yd);
-  long a;
-  long b;
+  long a = den;
+  long b = yd;
   long t1;
   long t2;
   long s;
   // GCOVR_EXCL_BR_START: common factors are positive, so no division here and in mul_small overflows
-  if (div_overflow(a, den, g) || div_overflow(b, yd, g) || mul_overflow(t1, num, b) ||
-      mul_overflow(t2, yn, a)) {
-    return false;
-  }
+  if (g != 1 && (div_overflow(a, den, g) || div_overflow(b, yd, g))) return false;
   // GCOVR_EXCL_BR_STOP
+  if (mul_overflow(t1, num, b) || mul_overflow(t2, yn, a)) return false;
   const bool overflow =
       kAddend == Addend::kAdded ? __builtin_add_overflow(t1, t2, &s) : __builtin_sub_overflow(t1, t2, &s);
   if (overflow || s == LONG_MIN) return false;
 
-  const long g2 = gcd(s, g);
-  long new_num;
-  long new_den;
+  const long g2 = g == 1 ? 1 : gcd(s, g);
+  b = yd;
   // GCOVR_EXCL_BR_START
-  if (div_overflow(new_num, s, g2) || div_overflow(b, yd, g2) || mul_overflow(new_den, a, b)) {
-    return false;
-  }
+  if (g2 != 1 && (div_overflow(s, s, g2) || div_overflow(b, yd, g2))) return false;
   // GCOVR_EXCL_BR_STOP
-  num = new_num;
+  long new_den;
+  if (mul_overflow(new_den, a, b)) return false;
+  num = s;
   den = new_den;
   return true;
 }
@@ -263,11 +261,12 @@ bool QNumber::mul_small(long yn, long yd)
   long xd;
   // GCOVR_EXCL_BR_START
   if (div_overflow(xn, num, g1) || div_overflow(yn, yn, g2) || div_overflow(xd, den, g2) ||
-      div_overflow(yd, yd, g1) || mul_overflow(xn, xn, yn) || mul_overflow(xd, xd, yd))
+      div_overflow(yd, yd, g1))
   {
     return false;
   }
   // GCOVR_EXCL_BR_STOP
+  if (mul_overflow(xn, xn, yn) || mul_overflow(xd, xd, yd)) return false;
   num = xn;
   den = xd;
   return true;

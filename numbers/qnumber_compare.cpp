@@ -26,8 +26,6 @@ std::size_t hash_integer(std::size_t seed, mpz_srcptr z)
 
 }  // namespace
 
-bool QNumber::is_int_big() const { return mpz_cmp_ui(block().den, 1) == 0; }
-
 std::string QNumber::to_string() const
 {
   // The strings of both conditional expressions are also freed for exceptions, in branches that no test takes.
@@ -109,15 +107,16 @@ bool QNumber::equal_slow(const QNumber& lhs, const QNumber& rhs)
 
 bool QNumber::less_slow(const QNumber& lhs, const QNumber& rhs)
 {
+  if (lhs.is_big() && rhs.is_big() && lhs.is_int_big() && rhs.is_int_big()) {
+    return mpz_cmp(lhs.block().num, rhs.block().num) < 0;
+  }
   const int x_sign = lhs.sign();
   const int y_sign = rhs.sign();
   if (x_sign < 0 && y_sign >= 0) return true;
   if (x_sign >= 0 && y_sign <= 0) return false;
   if (!lhs.is_big() && !rhs.is_big()) return less_small(lhs.num, lhs.den, rhs.num, rhs.den);
   if (lhs.is_int() && rhs.is_int()) {
-    if (!rhs.is_big()) return mpz_cmp_si(lhs.block().num, rhs.num) < 0;
-    if (!lhs.is_big()) return mpz_cmp_si(rhs.block().num, lhs.num) > 0;
-    return mpz_cmp(lhs.block().num, rhs.block().num) < 0;
+    return rhs.is_big() ? mpz_cmp_si(rhs.block().num, lhs.num) > 0 : mpz_cmp_si(lhs.block().num, rhs.num) < 0;
   }
   return less_big(lhs, rhs);
 }
