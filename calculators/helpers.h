@@ -80,12 +80,11 @@ struct Operands
 /// q - 1
 [[maybe_unused]] inline QNumber minus_one(const QNumber& q) { return q - QNumber(1); }
 
-/// For 0 < a < m an x in [0, m) with a * x = gcd(a, m) modulo m: the inverse of a if the two have no common
-/// factor, which is not tested. 0 for a = 0.
+/// `calculate_modular_inverse` for any a and m.
 ///
 /// The extended Euclidean algorithm (D. E. Knuth, The Art of Computer Programming, vol. 2, section 4.5.2,
 /// algorithm X) without the coefficients of m: r0 = a * x and r1 = a * s modulo m throughout.
-[[maybe_unused]] inline QNumber calculate_modular_inverse(const QNumber& a, const QNumber& m)
+[[maybe_unused]] inline QNumber calculate_inverse_by_euclid(const QNumber& a, const QNumber& m)
 {
   QNumber r0(m);
   QNumber r1(a);
@@ -101,6 +100,18 @@ struct Operands
   }
   if (x.sign() < 0) x += m;
   return x;
+}
+
+/// For 0 < a < m an x in [0, m) with a * x = gcd(a, m) modulo m: the inverse of a if the two have no common
+/// factor, which is not tested. 0 for a = 0.
+///
+/// An odd number has one inverse only modulo a power of two, so there a faster way to it gives the same.
+[[maybe_unused]] inline QNumber calculate_modular_inverse(const QNumber& a, const QNumber& m)
+{
+  unsigned long w;
+  if (BVNumber::is_bit_set(a, 0) && BVNumber::is_pow2(m, w)) [[likely]]
+    return BVNumber::invert_odd(a, w);
+  return calculate_inverse_by_euclid(a, m);
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
 #include "numbers/bvnumber.h"
 
+#include <array>
+#include <bit>
 #include <cassert>
+#include <climits>
 
 namespace lumo {
 
@@ -8,6 +11,41 @@ namespace {
 
 // The scratch integers of the number type; no two helpers that use them are active at once.
 mpz_ptr scratch(int i) { return QNumber::gmp_tmp[i]; }
+
+constexpr unsigned long kLimbBits = 64;
+static_assert(sizeof(unsigned long) * CHAR_BIT == kLimbBits, "a word holds a limb");
+
+/// The inverse of an odd a modulo 2^64.
+unsigned long invert_limb(unsigned long a)
+{
+  unsigned long x = (3 * a) ^ 2;  // right in five bits
+  for (unsigned long bits = 5; bits < kLimbBits; bits *= 2)
+    x *= 2 - a * x;
+  return x;
+}
+
+unsigned long low_bits(unsigned long n, unsigned long w) { return w < kLimbBits ? n & ((1UL << w) - 1) : n; }
+
+/// Takes the inverse x of a modulo 2^known to modulo 2^w, where known < w <= 2 * known. Uses the last two
+/// scratch integers.
+void double_precision(mpz_ptr x, mpz_srcptr a, unsigned long known, unsigned long w)
+{
+  // a * x = 1 + 2^known * e modulo 2^w, and so the missing bits of x are those of -x * e.
+  mpz_ptr e = scratch(2);
+  mpz_ptr top = scratch(3);
+  mpz_tdiv_r_2exp(e, a, w);
+  mpz_mul(e, e, x);
+  mpz_tdiv_r_2exp(e, e, w);
+  mpz_tdiv_q_2exp(e, e, known);
+  mpz_mul(e, e, x);
+  mpz_tdiv_r_2exp(e, e, w - known);
+  if (mpz_sgn(e) == 0) return;
+  mpz_set_ui(top, 1);
+  mpz_mul_2exp(top, top, w - known);
+  mpz_sub(top, top, e);
+  mpz_mul_2exp(top, top, known);
+  mpz_add(x, x, top);
+}
 
 }  // namespace
 
@@ -57,6 +95,46 @@ bool BVNumber::is_bit_set(const QNumber& q, unsigned long i)
   long word;
   if (q.get_word(word)) return i <= kWordWidth && ((word >> i) & 1) != 0;
   return mpz_tstbit(q.view_numerator(scratch(0)), i) != 0;
+}
+
+QNumber BVNumber::invert_odd(const QNumber& a, unsigned long w)
+{
+  assert(is_bit_set(a, 0) && w > 0 && "the inverse exists");
+  long word;
+  if (w <= kWordWidth && a.get_word(word)) [[likely]] {
+    return {static_cast<long>(low_bits(invert_limb(static_cast<unsigned long>(word)), w))};
+  }
+  mpz_srcptr n = a.view_numerator(scratch(0));
+  mpz_ptr x = scratch(1);
+  // Each precision is half of the next one, rounded up, so that the last is w.
+  std::array<unsigned long, kLimbBits> precisions;
+  std::size_t num_steps = 0;
+  unsigned long known = w;
+  for (; known > kLimbBits; known -= known / 2)
+    precisions[num_steps++] = known;
+  mpz_set_ui(x, low_bits(invert_limb(mpz_get_ui(n)), known));
+  while (num_steps > 0) {
+    const unsigned long precision = precisions[--num_steps];
+    double_precision(x, n, known, precision);
+    known = precision;
+  }
+  return from_integer(x);
+}
+
+bool BVNumber::is_pow2(const QNumber& q, unsigned long& exponent)
+{
+  assert(q.sign() > 0 && "a positive number is asked about");
+  long word;
+  if (q.get_word(word)) {
+    if ((word & (word - 1)) != 0) return false;
+    exponent = static_cast<unsigned long>(std::countr_zero(static_cast<unsigned long>(word)));
+    return true;
+  }
+  mpz_srcptr z = q.view_numerator(scratch(0));
+  const mp_bitcnt_t lowest = mpz_scan1(z, 0);
+  if (lowest + 1 != mpz_sizeinbase(z, 2)) return false;
+  exponent = lowest;
+  return true;
 }
 
 QNumber BVNumber::bit_and(const QNumber& a, const QNumber& b)

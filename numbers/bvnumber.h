@@ -36,6 +36,14 @@ struct BVNumber
   /// Bit i of q, counted from 0
   [[nodiscard]] static bool is_bit_set(const QNumber& q, unsigned long i);
 
+  /// The inverse of an odd a modulo 2^w, in [0, 2^w); w is at least 1.
+  ///
+  /// Newton's iteration x := x * (2 - a * x), each step of which doubles the number of low bits that are right
+  /// (R. P. Brent and P. Zimmermann, Modern Computer Arithmetic, section 1.6.1).
+  [[nodiscard]] static QNumber invert_odd(const QNumber& a, unsigned long w);
+  /// Whether q is a power of two; then its exponent is stored. q is at least 1.
+  [[nodiscard]] static bool is_pow2(const QNumber& q, unsigned long& exponent);
+
   [[nodiscard]] static QNumber bit_and(const QNumber& a, const QNumber& b);
   [[nodiscard]] static QNumber bit_or(const QNumber& a, const QNumber& b);
   [[nodiscard]] static QNumber bit_xor(const QNumber& a, const QNumber& b);

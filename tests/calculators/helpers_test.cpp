@@ -7,7 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/gmp_number.h"
 #include "tests/support/notation.h"
+#include "tests/support/random.h"
 
 namespace lumo::adhoccalculator {
 namespace {
@@ -136,6 +138,34 @@ TEST(ModularInverse, OfEveryOddNumberUpToWidthTenIsTheOnlyFactorThatGivesOne)
       ASSERT_EQ(calculate_modular_inverse(QNumber(a), QNumber(m)), QNumber(inverse))
           << a << " modulo 2^" << w;
     }
+  }
+}
+
+TEST(ModularInverse, OfEveryOddNumberUpToWidthTwelveIsTheSameByBothWays)
+{
+  for (unsigned long w = 1; w <= 12; ++w) {
+    const QNumber m(1L << w);
+    for (long a = 1; a < 1L << w; a += 2)
+      ASSERT_EQ(calculate_modular_inverse(a, m), calculate_inverse_by_euclid(a, m)) << a << " modulo 2^" << w;
+  }
+}
+
+TEST(ModularInverse, OfRandomOddNumbersIsTheSameByBothWaysAndByGmp)
+{
+  test::Random random;
+  SCOPED_TRACE(random);
+  for (int i = 0; i < 100'000; ++i) {
+    const std::size_t w = 1 + random.index(std::size_t{1} << random.index(13));  // 4096 at most
+    const test::Integer modulus = test::Integer::power(w);
+    test::Integer a;
+    random.natural(a, w);
+    mpz_setbit(a, 0);
+    test::Integer expected;
+    mpz_invert(expected, a, modulus);
+    const QNumber m = BVNumber::pow2(w);
+    const QNumber x = calculate_modular_inverse(BVNumber::from_integer(a), m);
+    ASSERT_EQ(x, BVNumber::from_integer(expected)) << a << " modulo 2^" << w;
+    ASSERT_EQ(x, calculate_inverse_by_euclid(BVNumber::from_integer(a), m)) << a << " modulo 2^" << w;
   }
 }
 
