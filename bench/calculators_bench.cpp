@@ -1,13 +1,17 @@
 // Nanoseconds a call of each calculator, in a case that it solves, over 10,000 values (as many as there are
 // at width 8). Names are operator/case/width. Every numeral that a call gives exists already after a first
-// round, so that what is measured is the call and not the making of numerals.
+// round, so that what is measured is the call and not the making of numerals. Beside them, as a unit that other
+// machines have, too: the search for one of 10,000 numerals' symbols in a hash map. Then the inverse modulo 2^w
+// of an odd number, by the calculators and by GMP.
 
+#include <absl/container/flat_hash_map.h>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "bench/calculator_cases.h"
+#include "bench/number_peers.h"
 #include "calculators/calculator_table.h"
 #include "calculators/helpers.h"
 #include "terms/fold.h"
@@ -64,17 +68,58 @@ void run_calculator(benchmark::State& state, const CalculatorCase& c, unsigned l
   }
 }
 
-void run_inverse(benchmark::State& state, unsigned long w)
+constexpr std::size_t kNumInverses = 1024;
+
+std::vector<QNumber> draw_odd_patterns(unsigned long w)
 {
   unsigned long seed = 3;
   std::vector<QNumber> odd;
-  for (std::size_t i = 0; i < 1024; ++i)
+  for (std::size_t i = 0; i < kNumInverses; ++i)
     odd.push_back(BVNumber::bit_or(draw_pattern(w, seed), QNumber(1)));
+  return odd;
+}
+
+void run_inverse(benchmark::State& state, unsigned long w)
+{
+  const std::vector<QNumber> odd = draw_odd_patterns(w);
   const QNumber m = BVNumber::pow2(w);
   std::size_t i = 0;
   for (auto _ : state) {
     benchmark::DoNotOptimize(adhoccalculator::calculate_modular_inverse(odd[i], m));
     i = (i + 1) % odd.size();
+  }
+}
+
+void run_inverse_of_gmp(benchmark::State& state, unsigned long w)
+{
+  bench::GmpInteger::Number m;
+  mpz_setbit(&m.raw, w);
+  std::vector<bench::GmpInteger::Number> odd(kNumInverses);
+  std::size_t i = 0;
+  for (const QNumber& q : draw_odd_patterns(w))
+    q.get_numerator(&odd[i++].raw);
+  bench::GmpInteger::Number inverse;
+  i = 0;
+  for (auto _ : state) {
+    mpz_invert(&inverse.raw, &odd[i].raw, &m.raw);
+    benchmark::DoNotOptimize(inverse);
+    i = (i + 1) % odd.size();
+  }
+}
+
+void run_find(benchmark::State& state)
+{
+  TermManager mgr;
+  absl::flat_hash_map<const Symbol*, QNumber> map;
+  std::vector<const Symbol*> symbols;
+  for (const Term* value : make_values(mgr, mgr.make_bv_type(64), false)) {
+    symbols.push_back(value->get_symbol());
+    mgr.is_number(symbols.back(), &map[symbols.back()]);
+  }
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(map.find(symbols[i])->second);
+    i = i + 1 == symbols.size() ? 0 : i + 1;
   }
 }
 
@@ -92,10 +137,14 @@ void register_all()
     benchmark::RegisterBenchmark("bvmul/numeral/4096",
                                  [&c](benchmark::State& state) { run_calculator(state, c, 4096); });
   }
-  for (const unsigned long w : {8UL, 64UL, 4096UL}) {
-    const std::string name = "inverse/" + std::to_string(w);
-    benchmark::RegisterBenchmark(name.c_str(), [w](benchmark::State& state) { run_inverse(state, w); });
+  for (const unsigned long w : {8UL, 32UL, 64UL, 256UL, 1024UL, 65536UL}) {
+    const std::string name = "inverse/" + std::to_string(w) + "/";
+    benchmark::RegisterBenchmark((name + "lumo").c_str(),
+                                 [w](benchmark::State& state) { run_inverse(state, w); });
+    benchmark::RegisterBenchmark((name + "gmp").c_str(),
+                                 [w](benchmark::State& state) { run_inverse_of_gmp(state, w); });
   }
+  benchmark::RegisterBenchmark("find/10000/absl", run_find);
 }
 
 }  // namespace

@@ -1,0 +1,213 @@
+// Numerals of the term manager against their peers. A job is named operation/number of numerals/peer:
+//
+// - hit, miss   the value of a symbol that is a numeral, and of one that is none, from the manager's table and
+//               from a hash map that has the symbols' addresses as keys;
+// - find        the numeral of a value and a width that exists already, from the manager and from Z3;
+// - make        the same for one that does not exist yet, in a manager or context that grows from empty.
+//
+// Symbols and values are visited in an order that neither the memory nor the tables have.
+
+#include <absl/container/flat_hash_map.h>
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <z3.h>
+
+#include "smtlib/z3_session.h"
+#include "terms/term_manager.h"
+
+namespace lumo::bench {
+namespace {
+
+constexpr unsigned kWidth = 32;
+constexpr std::size_t kSizes[] = {1'000, 10'000, 100'000, 1'000'000};
+
+/// A multiplicative sequence, reproducible and without a pattern in its upper bits.
+class Sequence
+{
+ public:
+  std::uint64_t next()
+  {
+    state_ = state_ * 6364136223846793005U + 1442695040888963407U;
+    return state_ >> 33U;
+  }
+
+ private:
+  std::uint64_t state_ = 1;
+};
+
+/// n different values of kWidth bits without an order
+std::vector<unsigned long> make_values(std::size_t n)
+{
+  std::vector<unsigned long> values(n);
+  for (std::size_t i = 0; i < n; ++i)
+    values[i] = (i * 2654435761U) & 0xffffffffU;  // an odd factor permutes the patterns
+  return values;
+}
+
+template <class T>
+void shuffle(std::vector<T>& list)
+{
+  Sequence sequence;
+  for (std::size_t i = list.size(); i > 1; --i)
+    std::swap(list[i - 1], list[sequence.next() % i]);
+}
+
+/// A manager with n numerals and as many constants, and their symbols in no order.
+struct Numerals
+{
+  explicit Numerals(std::size_t n)
+  {
+    const DataType* type = mgr.make_bv_type(kWidth);
+    for (const unsigned long value : make_values(n)) {
+      numerals.push_back(mgr.make_bv_number(value, kWidth)->get_symbol());
+      others.push_back(mgr.make_fresh_constant("c", type)->get_symbol());
+    }
+    shuffle(numerals);
+    shuffle(others);
+  }
+
+  TermManager mgr;
+  std::vector<const Symbol*> numerals;
+  std::vector<const Symbol*> others;
+};
+
+/// Runs operation(i) for all indices below n again and again.
+template <class Operation>
+void visit(benchmark::State& state, std::size_t n, Operation operation)
+{
+  std::size_t i = 0;
+  for (auto _ : state) {
+    operation(i);
+    i = i + 1 == n ? 0 : i + 1;
+  }
+}
+
+void look_up_in_manager(benchmark::State& state, std::size_t n, bool is_hit)
+{
+  const Numerals numerals(n);
+  const std::vector<const Symbol*>& symbols = is_hit ? numerals.numerals : numerals.others;
+  QNumber value;
+  visit(state, n, [&](std::size_t i) {
+    benchmark::DoNotOptimize(numerals.mgr.is_number(symbols[i], &value));
+    benchmark::DoNotOptimize(value);
+  });
+}
+
+void look_up_in_map(benchmark::State& state, std::size_t n, bool is_hit)
+{
+  const Numerals numerals(n);
+  const std::vector<const Symbol*>& symbols = is_hit ? numerals.numerals : numerals.others;
+  absl::flat_hash_map<const Symbol*, QNumber> map;
+  QNumber value;
+  for (const Symbol* s : numerals.numerals) {
+    numerals.mgr.is_number(s, &value);
+    map.emplace(s, value);
+  }
+  visit(state, n, [&](std::size_t i) {
+    const auto place = map.find(symbols[i]);
+    const bool is_found = place != map.end();
+    if (is_found) value = place->second;
+    benchmark::DoNotOptimize(is_found);
+    benchmark::DoNotOptimize(value);
+  });
+}
+
+/// A context of Z3's with the sort of the numerals.
+struct Z3Numerals
+{
+  Z3Numerals() : sort(Z3_mk_bv_sort(z3, kWidth)) { Z3_inc_ref(z3, Z3_sort_to_ast(z3, sort)); }
+
+  Z3_ast make(unsigned long value)
+  {
+    Z3_ast numeral = Z3_mk_unsigned_int64(z3, value, sort);
+    return numeral;
+  }
+  /// What nobody refers to, Z3 forgets.
+  void keep(unsigned long value) { Z3_inc_ref(z3, make(value)); }
+
+  smtlib::Z3Session z3;
+  Z3_sort sort;
+};
+
+void find_in_manager(benchmark::State& state, std::size_t n)
+{
+  Numerals numerals(n);
+  std::vector<unsigned long> values = make_values(n);
+  shuffle(values);
+  visit(state, n,
+        [&](std::size_t i) { benchmark::DoNotOptimize(numerals.mgr.make_bv_number(values[i], kWidth)); });
+}
+
+void find_in_z3(benchmark::State& state, std::size_t n)
+{
+  Z3Numerals numerals;
+  std::vector<unsigned long> values = make_values(n);
+  for (const unsigned long value : values)
+    numerals.keep(value);
+  shuffle(values);
+  visit(state, n, [&](std::size_t i) { benchmark::DoNotOptimize(numerals.make(values[i])); });
+}
+
+/// Measures make(owner, value) for n values with a new owner each time, whose making and end do not count.
+template <class Owner, class Make>
+void make_all(benchmark::State& state, std::size_t n, Make make)
+{
+  using Clock = std::chrono::steady_clock;
+  const std::vector<unsigned long> values = make_values(n);
+  while (state.KeepRunningBatch(static_cast<benchmark::IterationCount>(n))) {
+    auto owner = std::make_unique<Owner>();
+    const auto begin = Clock::now();
+    for (const unsigned long value : values)
+      make(*owner, value);
+    const auto end = Clock::now();
+    state.SetIterationTime(std::chrono::duration<double>(end - begin).count());
+  }
+}
+
+template <class Run>
+benchmark::internal::Benchmark* add_job(const char* operation, std::size_t n, const char* peer, Run run)
+{
+  const std::string name = std::string(operation) + '/' + std::to_string(n) + '/' + peer;
+  return benchmark::RegisterBenchmark(name.c_str(), [n, run](benchmark::State& state) { run(state, n); });
+}
+
+void add_all_jobs()
+{
+  using benchmark::State;
+  for (const std::size_t n : kSizes) {
+    for (const bool is_hit : {true, false}) {
+      const char* operation = is_hit ? "hit" : "miss";
+      add_job(operation, n, "lumo", [is_hit](State& s, std::size_t m) { look_up_in_manager(s, m, is_hit); });
+      add_job(operation, n, "absl", [is_hit](State& s, std::size_t m) { look_up_in_map(s, m, is_hit); });
+    }
+    add_job("find", n, "lumo", find_in_manager);
+    add_job("find", n, "z3", find_in_z3);
+    add_job("make", n, "lumo", [](State& state, std::size_t m) {
+      make_all<TermManager>(state, m, [](TermManager& mgr, unsigned long value) {
+        benchmark::DoNotOptimize(mgr.make_bv_number(value, kWidth));
+      });
+    })->UseManualTime();
+    add_job("make", n, "z3", [](State& state, std::size_t m) {
+      make_all<Z3Numerals>(state, m, [](Z3Numerals& numerals, unsigned long value) { numerals.keep(value); });
+    })->UseManualTime();
+  }
+}
+
+}  // namespace
+}  // namespace lumo::bench
+
+int main(int argc, char** argv)
+{
+  lumo::bench::add_all_jobs();
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::Shutdown();
+  return 0;
+}
