@@ -28,7 +28,7 @@ void BVAddAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
                                       ModelStore::DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");
@@ -48,7 +48,7 @@ void BVSubAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
                                       ModelStore::DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number && b_is_number) throw error("term was not free");
@@ -71,7 +71,7 @@ void BVMulAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
                                       ModelStore::DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   const Term* a = t->get_arg(0);
   const Term* b = t->get_arg(1);
   QNumber a_number;
@@ -105,7 +105,7 @@ void BVUdivAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Te
                                        ModelStore::DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number != b_is_number) throw error("Cannot find a value, should be free!");
@@ -121,7 +121,7 @@ void BVSdivAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Te
                                        ModelStore::DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");

@@ -71,7 +71,7 @@ void BVRorAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 void BVAndAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                       ModelStore::DefinitionStack& defs)
 {
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   const unsigned long w = read_width(mgr, value);
   const Term* a = t->get_arg(0);
   const Term* b = t->get_arg(1);
@@ -89,7 +89,7 @@ void BVAndAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
 void BVOrAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                      ModelStore::DefinitionStack& defs)
 {
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   const unsigned long w = read_width(mgr, value);
   const Term* a = t->get_arg(0);
   const Term* b = t->get_arg(1);
@@ -109,7 +109,7 @@ void BVXorAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
                                       ModelStore::DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number && b_is_number) throw error("should have been handled at the normalization step");

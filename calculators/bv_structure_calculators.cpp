@@ -13,7 +13,7 @@ namespace {
 /// Either extension: 0 and 1 look alike at every width; no other value is taken back.
 void solve_extension(TermManager* mgr, const Term* t, const Term* value, ModelStore::DefinitionStack& defs)
 {
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   const Term* x = t->get_arg(0);
   const unsigned long w = read_width(mgr, x);
 
@@ -30,7 +30,7 @@ void solve_logical_shift(TermManager* mgr, const Term* t, const Term* value,
                          ModelStore::DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number && b_is_number) {
@@ -81,7 +81,7 @@ void BVSelectAdHocCalculator::operator()(TermManager* mgr, const Term* t, const 
 
   // The value, then zeros below it, then zeros above both; r is cur bits wide.
   unsigned long cur = msb + 1 - lsb;
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   const Term* r = mgr->make_bv_number(v, cur);
   if (lsb != 0) {
     const std::vector<const Term*> args{r, mgr->make_bv_number(0, lsb)};
@@ -124,7 +124,7 @@ void BVAsrAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Ter
                                       ModelStore::DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
   if (a_is_number != b_is_number) throw error("Cannot find a value, should be free!");

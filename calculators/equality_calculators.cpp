@@ -49,7 +49,7 @@ void EqAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* 
 void BVCompAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
                                        ModelStore::DefinitionStack& defs)
 {
-  const QNumber v = read_number(mgr, value);
+  const QNumber& v = read_number(mgr, value);
 
   const bool one = v == QNumber(1);
   // The temporary number is also destroyed for exceptions, in branches that no test takes.

@@ -28,12 +28,12 @@ namespace {  // NOLINT(google-build-namespaces): private to each source of the m
   return w;
 }
 
-/// The number of a numeral, 0 for any other term.
-[[maybe_unused]] inline QNumber read_number(const TermManager* mgr, const Term* term)
+/// The number of a numeral, 0 for any other term; it lives as long as the manager.
+[[maybe_unused]] inline const QNumber& read_number(const TermManager* mgr, const Term* term)
 {
-  QNumber number;
-  mgr->is_number(term->get_symbol(), &number);
-  return number;
+  static constinit const QNumber zero;
+  const QNumber* number = mgr->find_number(term->get_symbol());
+  return number != nullptr ? *number : zero;
 }
 
 /// The first two arguments of an application, and which of them are numerals.

@@ -43,7 +43,8 @@ void Evaluator::visit(const Term* t, std::vector<const Term*>& stack)
   Result& result = result_of(t);
   const std::size_t num_args = t->get_num_args();
   if (num_args == 0) {
-    if (!get_value_number(*mgr_, t, result.value)) result.value = QNumber();
+    const QNumber* number = find_value_number(*mgr_, t);
+    result.value = number != nullptr ? *number : QNumber();
   } else {
     const std::size_t height = stack.size();
     std::array<const QNumber*, kMaxArity> args{};

@@ -71,6 +71,58 @@ QNumber BVNumber::reduce_slow(const QNumber& q, unsigned long w)
   return from_integer(scratch(0));
 }
 
+bool BVNumber::is_pattern_slow(const QNumber& q, unsigned long w)
+{
+  mpz_srcptr z = q.view_numerator(scratch(0));
+  return mpz_sgn(z) >= 0 && mpz_sizeinbase(z, 2) <= w;
+}
+
+QNumber BVNumber::complement_slow(const QNumber& q, unsigned long w)
+{
+  mpz_com(scratch(0), q.view_numerator(scratch(0)));
+  mpz_fdiv_r_2exp(scratch(0), scratch(0), w);
+  return from_integer(scratch(0));
+}
+
+QNumber BVNumber::concatenate(const QNumber& high, const QNumber& low, unsigned long w)
+{
+  assert(high.sign() >= 0 && is_pattern(low, w) && "patterns are put together");
+  long upper;
+  long lower;
+  if (w <= kWordWidth && high.get_word(upper) && upper < (1L << (kWordWidth - w)) && low.get_word(lower)) {
+    return {upper << w | lower};
+  }
+  mpz_mul_2exp(scratch(0), high.view_numerator(scratch(0)), w);
+  mpz_add(scratch(0), scratch(0), low.view_numerator(scratch(1)));
+  return from_integer(scratch(0));
+}
+
+QNumber BVNumber::extract(const QNumber& q, unsigned long lsb, unsigned long w)
+{
+  assert(q.sign() >= 0 && "patterns are not negative");
+  long word;
+  if (q.get_word(word)) {
+    const long shifted = lsb <= kWordWidth ? word >> lsb : 0;
+    return {w <= kWordWidth ? shifted & ((1L << w) - 1) : shifted};
+  }
+  mpz_tdiv_q_2exp(scratch(0), q.view_numerator(scratch(0)), lsb);
+  mpz_tdiv_r_2exp(scratch(0), scratch(0), w);
+  return from_integer(scratch(0));
+}
+
+QNumber BVNumber::rotate_left(const QNumber& q, unsigned long k, unsigned long w)
+{
+  assert(is_pattern(q, w) && k <= w && "a pattern of the width is turned");
+  long word;
+  if (w <= kWordWidth && q.get_word(word)) return {(word << k & ((1L << w) - 1)) | word >> (w - k)};
+  mpz_srcptr z = q.view_numerator(scratch(0));
+  mpz_tdiv_q_2exp(scratch(1), z, w - k);
+  mpz_tdiv_r_2exp(scratch(0), z, w - k);
+  mpz_mul_2exp(scratch(0), scratch(0), k);
+  mpz_add(scratch(0), scratch(0), scratch(1));
+  return from_integer(scratch(0));
+}
+
 QNumber BVNumber::shift_left(const QNumber& q, unsigned long k)
 {
   assert(q.sign() >= 0 && "patterns are not negative");

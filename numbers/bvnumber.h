@@ -29,6 +29,28 @@ struct BVNumber
       return QNumber(word & ((1L << w) - 1));
     return reduce_slow(q, w);
   }
+  /// Whether q lies in [0, 2^w - 1].
+  [[nodiscard]] static bool is_pattern(const QNumber& q, unsigned long w)
+  {
+    long word;
+    if (q.get_word(word)) [[likely]]
+      return word >= 0 && (w > kWordWidth || word >> w == 0);
+    return is_pattern_slow(q, w);
+  }
+  /// The 2^w - 1 - q of a pattern q of width w: all its bits the other way round.
+  [[nodiscard]] static QNumber complement(const QNumber& q, unsigned long w)
+  {
+    long word;
+    if (w <= kWordWidth && q.get_word(word)) [[likely]]
+      return QNumber(word ^ ((1L << w) - 1));
+    return complement_slow(q, w);
+  }
+  /// A pattern of any width with the w bits of a second one behind its own.
+  [[nodiscard]] static QNumber concatenate(const QNumber& high, const QNumber& low, unsigned long w);
+  /// The w bits of a pattern from bit lsb upwards
+  [[nodiscard]] static QNumber extract(const QNumber& q, unsigned long lsb, unsigned long w);
+  /// A pattern of width w turned to the left by k bits, at most w.
+  [[nodiscard]] static QNumber rotate_left(const QNumber& q, unsigned long k, unsigned long w);
   /// q * 2^k
   [[nodiscard]] static QNumber shift_left(const QNumber& q, unsigned long k);
   /// The integer part of q / 2^k
@@ -52,8 +74,10 @@ struct BVNumber
   /// The largest w for which 2^w is a small number.
   static constexpr unsigned long kWordWidth = 62;
 
-  [[gnu::cold]] static QNumber pow2_slow(unsigned long w);
-  [[gnu::cold]] static QNumber reduce_slow(const QNumber& q, unsigned long w);
+  static QNumber pow2_slow(unsigned long w);
+  static QNumber reduce_slow(const QNumber& q, unsigned long w);
+  static bool is_pattern_slow(const QNumber& q, unsigned long w);
+  static QNumber complement_slow(const QNumber& q, unsigned long w);
 };
 
 }  // namespace lumo

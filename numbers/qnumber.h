@@ -29,9 +29,10 @@ class QNumber
 {
  public:
   /// 0
-  QNumber() noexcept : num(0), den(1) {}
+  constexpr QNumber() noexcept : num(0), den(1) {}
   /// n; small unless n is LONG_MIN.
-  QNumber(long n) : num(n), den(1)  // NOLINT(google-explicit-constructor): an integer is a rational number
+  constexpr QNumber(long n)
+      : num(n), den(1)  // NOLINT(google-explicit-constructor): an integer is a rational number
   {
     if (n == LONG_MIN) [[unlikely]]
       promote();

@@ -9,6 +9,9 @@ namespace lumo {
 
 namespace {
 
+constinit const QNumber false_number(0);
+constinit const QNumber true_number(1);
+
 QNumber from_bool(bool b) { return {b ? 1L : 0L}; }
 
 QNumber all_ones(unsigned long w) { return BVNumber::pow2(w) - QNumber(1); }
@@ -19,8 +22,6 @@ QNumber negate(const QNumber& a, unsigned long w)
 {
   return a.sign() == 0 ? QNumber() : BVNumber::pow2(w) - a;
 }
-
-QNumber complement(const QNumber& a, unsigned long w) { return all_ones(w) - a; }
 
 QNumber absolute(const QNumber& a, unsigned long w) { return is_negative(a, w) ? negate(a, w) : a; }
 
@@ -77,12 +78,7 @@ QNumber shift_left(const QNumber& a, unsigned long k, unsigned long w)
 QNumber shift_right_signed(const QNumber& a, unsigned long k, unsigned long w)
 {
   if (!is_negative(a, w)) return BVNumber::shift_right(a, k);
-  return complement(BVNumber::shift_right(complement(a, w), k), w);
-}
-
-QNumber rotate_left(const QNumber& a, unsigned long k, unsigned long w)
-{
-  return shift_left(a, k, w) + BVNumber::shift_right(a, w - k);
+  return BVNumber::complement(BVNumber::shift_right(BVNumber::complement(a, w), k), w);
 }
 
 QNumber sign_extend(const QNumber& a, unsigned long k, unsigned long w)
@@ -117,13 +113,13 @@ QNumber fold(const OperatorSymbol& s, const QNumber* const* args)
     case Kind::kIte:
       return a.sign() != 0 ? b : *args[2];
     case Kind::kBvNot:
-      return complement(a, p0);
+      return BVNumber::complement(a, p0);
     case Kind::kBvNeg:
       return negate(a, p0);
     case Kind::kBvRotateLeft:
-      return rotate_left(a, p0 % p1, p1);
+      return BVNumber::rotate_left(a, p0 % p1, p1);
     case Kind::kBvRotateRight:
-      return rotate_left(a, p1 - p0 % p1, p1);
+      return BVNumber::rotate_left(a, p1 - p0 % p1, p1);
     case Kind::kBvAnd:
       return BVNumber::bit_and(a, b);
     case Kind::kBvOr:
@@ -131,9 +127,9 @@ QNumber fold(const OperatorSymbol& s, const QNumber* const* args)
     case Kind::kBvXor:
       return BVNumber::bit_xor(a, b);
     case Kind::kBvConcat:
-      return BVNumber::shift_left(a, p1) + b;
+      return BVNumber::concatenate(a, b, p1);
     case Kind::kBvExtract:
-      return BVNumber::reduce(BVNumber::shift_right(a, p1), p0 - p1 + 1);
+      return BVNumber::extract(a, p1, p0 - p1 + 1);
     case Kind::kBvZeroExtend:
       return a;
     case Kind::kBvSignExtend:
@@ -176,21 +172,22 @@ QNumber fold(const OperatorSymbol& s, const QNumber* const* args)
   std::abort();
 }
 
-bool is_value(const TermManager& mgr, const Term* t)
+const QNumber* find_value_number(const TermManager& mgr, const Term* t)
 {
   const Symbol* s = t->get_symbol();
-  return mgr.is_number(s, nullptr) || s == mgr.get_true_symbol() || s == mgr.get_false_symbol();
+  if (s == mgr.get_true_symbol()) return &true_number;
+  if (s == mgr.get_false_symbol()) return &false_number;
+  return mgr.find_number(s);
 }
+
+bool is_value(const TermManager& mgr, const Term* t) { return find_value_number(mgr, t) != nullptr; }
 
 bool get_value_number(const TermManager& mgr, const Term* t, QNumber& out)
 {
-  const Symbol* s = t->get_symbol();
-  const bool is_true = s == mgr.get_true_symbol();
-  if (is_true || s == mgr.get_false_symbol()) {
-    out = from_bool(is_true);
-    return true;
-  }
-  return mgr.is_number(s, &out);
+  const QNumber* number = find_value_number(mgr, t);
+  if (number == nullptr) return false;
+  out = *number;
+  return true;
 }
 
 const Term* make_value(TermManager& mgr, const QNumber& number, const DataType* type)

@@ -3,60 +3,135 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
+#include <memory>
 #include <vector>
 
 #include "numbers/qnumber.h"
+#include "terms/prime_modulus.h"
+#include "terms/symbol.h"
+#include "terms/term.h"
 
 namespace lumo {
 
-class Symbol;
-class Term;
+/// A numeral: its symbol, the symbol as a term, and its value, in one object.
+class Numeral
+{
+ public:
+  Numeral(TermManagerKey key, const DataType* type, QNumber&& value, std::uint32_t id) noexcept
+      : symbol_(key, type), term_(&symbol_, id), value_(static_cast<QNumber&&>(value))
+  {}
 
-/// The values of numerals: a chained hash table from numeral symbols to their numbers, indexed by the
-/// symbol's address modulo the number of buckets.
+  [[nodiscard]] const Symbol* get_symbol() const { return &symbol_; }
+  [[nodiscard]] const Term* get_term() const { return &term_; }
+  [[nodiscard]] const QNumber& get_value() const { return value_; }
+
+ private:
+  friend class NumeralTable;
+  using Index = std::uint32_t;
+
+  // The links to the next numerals in the two chains need no room of their own: they lie where the classes that
+  // they extend end in padding.
+  struct LinkedSymbol : Symbol
+  {
+    LinkedSymbol(TermManagerKey key, const DataType* type) : Symbol(key, Kind::kNumeral, type, nullptr) {}
+    Index next = 0;
+  };
+  struct LinkedTerm : Term
+  {
+    LinkedTerm(const Symbol* symbol, std::uint32_t id) : Term(symbol, id) {}
+    Index next = 0;
+  };
+
+  LinkedSymbol symbol_;
+  LinkedTerm term_;
+  QNumber value_;
+};
+
+static_assert(sizeof(Numeral) <= 56, "the links fit the padding");
+
+/// The numerals of a manager, which it owns, in two chained hash tables: one is indexed by the symbol's address
+/// modulo the number of buckets, the other by a hash of value and sort.
 ///
 /// Addresses are multiples of their alignment, so a power of two would leave most buckets empty for ever; the
 /// number of buckets is a prime, which shares no factor with any alignment.
 class NumeralTable
 {
  public:
-  struct Entry
-  {
-    const Symbol* symbol;
-    QNumber value;
-    const Term* term;  ///< the symbol as a term
-    Entry* next;
-  };
+  NumeralTable() = default;
+  NumeralTable(const NumeralTable&) = delete;
+  NumeralTable& operator=(const NumeralTable&) = delete;
+  ~NumeralTable();
 
-  [[nodiscard]] bool empty() const { return entries_.empty(); }
-  [[nodiscard]] std::size_t size() const { return entries_.size(); }
+  [[nodiscard]] bool empty() const { return size_ == 0; }
+  [[nodiscard]] std::size_t size() const { return size_; }
 
-  /// The entry of a symbol, or null. The table must not be empty.
-  [[nodiscard]] const Entry* find(const Symbol* s) const
+  /// The numeral of a symbol, or null. The table must not be empty.
+  [[nodiscard]] const Numeral* find(const Symbol* s) const
   {
-    const Entry* entry = buckets_[bucket_of(s)];
-    while (entry != nullptr && entry->symbol != s)
-      entry = entry->next;
-    return entry;
+    for (Index i = by_symbol_.get_head(make_key(s)); i != kNone;) {
+      const Numeral& candidate = at(i);
+      if (candidate.get_symbol() == s) return &candidate;
+      i = candidate.symbol_.next;
+    }
+    return nullptr;
   }
+  /// The numeral of a value and a sort, or null.
+  [[nodiscard]] const Numeral* find(const QNumber& value, const DataType* type) const;
 
-  /// Adds a symbol that is not in the table. If it throws, the table holds what it held before.
-  const Entry& insert(const Symbol* s, QNumber value, const Term* term);
+  /// Adds a numeral that is not in the table; id is its term's. If it throws, the table holds what it held
+  /// before. Numerals stay where they are.
+  const Numeral& insert(TermManagerKey key, const DataType* type, QNumber value, std::uint32_t id);
 
-  [[nodiscard]] std::size_t get_num_buckets() const { return buckets_.size(); }
-  /// How many entries share bucket i.
+  /// How many buckets symbols are spread over.
+  [[nodiscard]] std::size_t get_num_buckets() const { return by_symbol_.heads.size(); }
+  /// How many symbols share bucket i.
   [[nodiscard]] std::size_t get_chain_length(std::size_t i) const;
 
  private:
-  [[nodiscard]] std::size_t bucket_of(const Symbol* s) const
-  {
-    return reinterpret_cast<std::uintptr_t>(s) % buckets_.size();
-  }
-  void grow();
+  using Index = Numeral::Index;
+  static constexpr Index kNone = ~Index{0};
+  static constexpr std::size_t kChunkSize = 128;
 
-  std::deque<Entry> entries_;
-  std::vector<Entry*> buckets_;  ///< at least as many as entries
+  /// Raw memory for as many numerals
+  struct Chunk
+  {
+    alignas(Numeral) std::byte memory[kChunkSize * sizeof(Numeral)];
+  };
+
+  struct Buckets
+  {
+    std::vector<Index> heads;
+    PrimeModulus modulus;
+
+    [[nodiscard]] Index get_head(std::uint64_t key) const { return heads[modulus.reduce(key)]; }
+    /// Makes numeral i the head of its chain and returns the one that was.
+    Index push(std::uint64_t key, Index i) noexcept
+    {
+      Index& head = heads[modulus.reduce(key)];
+      const Index next = head;
+      head = i;
+      return next;
+    }
+    /// Empties the chains, of which there will be half as many again.
+    void grow();
+  };
+
+  [[nodiscard]] static std::uint64_t make_key(const Symbol* s) { return reinterpret_cast<std::uintptr_t>(s); }
+  [[nodiscard]] static std::uint64_t make_key(const QNumber& value, const DataType* type);
+
+  [[nodiscard]] Numeral* slot(std::size_t i) const
+  {
+    return reinterpret_cast<Numeral*>(chunks_[i / kChunkSize]->memory) + i % kChunkSize;
+  }
+  [[nodiscard]] const Numeral& at(std::size_t i) const { return *slot(i); }
+  void make_room();
+  void link_symbol(Index i) noexcept;
+  void link_value(Index i) noexcept;
+
+  std::vector<std::unique_ptr<Chunk>> chunks_;
+  std::size_t size_ = 0;
+  Buckets by_symbol_;
+  Buckets by_value_;
 };
 
 }  // namespace lumo

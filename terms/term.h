@@ -2,6 +2,7 @@
 #define LUMO_TERMS_TERM_H
 
 #include <cstddef>
+#include <cstdint>
 
 #include "terms/symbol.h"
 
@@ -26,12 +27,13 @@ class Term
   /// it.
   [[nodiscard]] std::size_t get_id() const { return id_; }
 
- private:
+ protected:
   friend class TermManager;
-  Term(const Symbol* symbol, std::size_t id) : symbol_(symbol), id_(id) {}
+  Term(const Symbol* symbol, std::uint32_t id) : symbol_(symbol), id_(id) {}
 
+ private:
   const Symbol* symbol_;
-  std::size_t id_;
+  std::uint32_t id_;
 };
 
 static_assert(sizeof(Term) % alignof(const Term*) == 0, "the arguments follow the object without a gap");

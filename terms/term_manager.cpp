@@ -106,19 +106,18 @@ const Term* TermManager::make_bv_number(const QNumber& n, unsigned long w)
                     " was requested, but an integer was expected");
   }
   const DataType* type = make_bv_type(w);
-  QNumber value = BVNumber::reduce(n, w);
-  const std::size_t hash = hash_numeral(value, w);
-  const NumeralTable::Entry* known =
-      numerals_by_value_.find(hash, [&value, type](const NumeralTable::Entry& candidate) {
-        return candidate.value == value && candidate.symbol->get_output_type() == type;
-      });
-  if (known != nullptr) return known->term;
+  if (!BVNumber::is_pattern(n, w)) return make_pattern(BVNumber::reduce(n, w), type);
+  return make_pattern(n, type);
+}
 
-  numerals_by_value_.reserve_one();
-  const Symbol* s = make_leaf_symbol(Kind::kNumeral, type, nullptr);
-  const Term* t = allocate_term(s, nullptr, 0);
-  numerals_by_value_.insert(hash, &numerals_.insert(s, std::move(value), t));
-  return t;
+const Term* TermManager::make_pattern(const QNumber& pattern, const DataType* type)
+{
+  if (const Numeral* known = numerals_.find(pattern, type); known != nullptr) return known->get_term();
+  // What the table keeps is small if it fits a word, whatever form the pattern has.
+  QNumber value = BVNumber::reduce(pattern, type->get_width());
+  const Numeral& numeral = numerals_.insert(TermManagerKey(), type, std::move(value), get_next_id());
+  ++num_terms_;
+  return numeral.get_term();
 }
 
 // -----------------------------------------------------------------------------------------------------------
@@ -170,10 +169,19 @@ void TermManager::check_application(const Symbol* s, const Term* const* args, st
   }
 }
 
+std::uint32_t TermManager::get_next_id() const
+{
+  if (num_terms_ >= kMaxNumTerms) {
+    throw Exception("a term manager holds at most " + std::to_string(kMaxNumTerms) + " terms");
+  }
+  return static_cast<std::uint32_t>(num_terms_);
+}
+
 const Term* TermManager::allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args)
 {
+  const std::uint32_t id = get_next_id();
   void* memory = term_memory_.allocate(sizeof(Term) + num_args * sizeof(void*), alignof(Term));
-  Term* t = new (memory) Term(s, num_terms_);
+  Term* t = new (memory) Term(s, id);
   std::copy_n(args, num_args, reinterpret_cast<const Term**>(t + 1));
   ++num_terms_;
   return t;
@@ -184,7 +192,7 @@ const Term* TermManager::find_leaf(const Symbol* s) const
   if (s == get_true_symbol()) return true_;
   if (s == get_false_symbol()) return false_;
   if (is_constant(s)) return find_constant(s->get_name());
-  return numerals_.find(s)->term;
+  return numerals_.find(s)->get_term();
 }
 
 }  // namespace lumo

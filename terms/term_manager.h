@@ -76,11 +76,17 @@ class TermManager
   /// Whether s is a numeral of this manager; its value, in [0, 2^w - 1], goes to *out.
   bool is_number(const Symbol* s, QNumber* out) const
   {
-    if (numerals_.empty()) return false;
-    const NumeralTable::Entry* entry = numerals_.find(s);
-    if (entry == nullptr) return false;
-    if (out != nullptr) *out = entry->value;
+    const QNumber* value = find_number(s);
+    if (value == nullptr) return false;
+    if (out != nullptr) *out = *value;
     return true;
+  }
+  /// The same without a copy: the value of the numeral s, which lives as long as the manager, or null.
+  [[nodiscard]] const QNumber* find_number(const Symbol* s) const
+  {
+    if (numerals_.empty()) return nullptr;
+    const Numeral* numeral = numerals_.find(s);
+    return numeral == nullptr ? nullptr : &numeral->get_value();
   }
   /// The numeral of width w and value n modulo 2^w; n is an integer, negative ones included.
   const Term* make_bv_number(const QNumber& n, unsigned long w);
@@ -114,11 +120,13 @@ class TermManager
   /// Refuses an application that `make_term` would refuse, and makes nothing.
   void check_application(const Symbol* s, const Term* const* args, std::size_t num_args) const;
 
+  /// No manager holds more terms.
+  static constexpr std::size_t kMaxNumTerms = 0xffff'ffff;
   /// How many terms there are; their ids are the numbers below.
   [[nodiscard]] std::size_t get_num_terms() const { return num_terms_; }
   [[nodiscard]] std::size_t get_num_symbols() const
   {
-    return leaf_symbols_.size() + fresh_symbols_.size() + operator_symbols_.size();
+    return leaf_symbols_.size() + fresh_symbols_.size() + operator_symbols_.size() + numerals_.size();
   }
 
   // ------------------------------------------------------------------------ Boolean operators, ite, eq
@@ -247,10 +255,6 @@ class TermManager
       h = mix_hash(h, parameter);
     return h;
   }
-  [[nodiscard]] static std::size_t hash_numeral(const QNumber& value, unsigned long w)
-  {
-    return mix_hash(value.hash(), w);
-  }
   [[nodiscard]] static std::size_t hash_term(const Symbol* s, const Term* const* args, std::size_t num_args)
   {
     std::size_t h = mix_hash(0, s);
@@ -272,12 +276,18 @@ class TermManager
     if (out != nullptr) *out = value;
   }
 
+  /// In line, which comparing the arrays as such is not
+  [[nodiscard]] static bool is_same(const Parameters& a, const Parameters& b)
+  {
+    static_assert(kMaxArity == 3);
+    return a[0] == b[0] && a[1] == b[1] && a[2] == b[2];
+  }
   /// The operator with these parameters; a call with the same parameters as the operator's last one, the
   /// common case, finds it without hashing.
   const Symbol* make_operator(Kind kind, const Parameters& parameters)
   {
     const OperatorSymbol* last = last_operators_[static_cast<std::size_t>(kind)];
-    if (last != nullptr && last->get_parameters() == parameters) [[likely]]
+    if (last != nullptr && is_same(last->get_parameters(), parameters)) [[likely]]
       return last;
     return find_or_make_operator(kind, parameters);
   }
@@ -288,8 +298,12 @@ class TermManager
 
   void check_own_type(const DataType* type) const;
   const Symbol* make_leaf_symbol(Kind kind, const DataType* type, std::unique_ptr<const std::string> name);
+  /// The place of the next term; refuses more terms than there are places.
+  [[nodiscard]] std::uint32_t get_next_id() const;
   /// A new object; it is in no table yet.
   const Term* allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args);
+  /// The numeral of a pattern that the sort has.
+  const Term* make_pattern(const QNumber& pattern, const DataType* type);
   [[nodiscard]] const Term* find_leaf(const Symbol* s) const;
   /// The constant of that name, or null.
   [[nodiscard]] const Term* find_constant(const std::string& name) const;
@@ -298,9 +312,7 @@ class TermManager
   std::unordered_map<unsigned long, DataType> bv_types_;
   const DataType* last_bv_type_ = nullptr;
 
-  /// Numeral symbols lie close together, whatever the allocator does: the numeral table relies on addresses.
-  std::pmr::monotonic_buffer_resource leaf_memory_;
-  std::pmr::deque<Symbol> leaf_symbols_{&leaf_memory_};
+  std::deque<Symbol> leaf_symbols_;  ///< but for numerals and fresh constants
   std::deque<OperatorSymbol> operator_symbols_;
   UniqueTable<OperatorSymbol> operators_;
   std::array<const OperatorSymbol*, kNumOperators> last_operators_{};
@@ -310,7 +322,6 @@ class TermManager
   std::deque<FreshSymbol> fresh_symbols_;
   FreshConstants fresh_constants_;
   NumeralTable numerals_;
-  UniqueTable<NumeralTable::Entry> numerals_by_value_;
 
   std::pmr::monotonic_buffer_resource term_memory_;
   UniqueTable<Term> applications_;

@@ -24,13 +24,12 @@ void check_kind(const Symbol* s, Kind expected)
 /// The value of s(args), which make_term would accept; null unless all arguments are values.
 const Term* fold_values(TermManager& mgr, const OperatorSymbol& s, const std::vector<const Term*>& args)
 {
-  std::array<QNumber, kMaxArity> numbers;
-  std::array<const QNumber*, kMaxArity> pointers{};
+  std::array<const QNumber*, kMaxArity> numbers{};
   for (std::size_t i = 0; i < args.size(); ++i) {
-    if (!get_value_number(mgr, args[i], numbers[i])) return nullptr;
-    pointers[i] = &numbers[i];
+    numbers[i] = find_value_number(mgr, args[i]);
+    if (numbers[i] == nullptr) return nullptr;
   }
-  return make_value(mgr, fold(s, pointers.data()), s.get_output_type());
+  return make_value(mgr, fold(s, numbers.data()), s.get_output_type());
 }
 
 }  // namespace

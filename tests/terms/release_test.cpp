@@ -47,24 +47,25 @@ TEST(FailingAllocation, PassesThroughTheConstructionOfAnException)
 TEST(FailingAllocation, LeavesANumeralTableAsItWas)
 {
   TermManager mgr;
-  std::vector<const Term*> terms(200);
-  for (std::size_t i = 0; i < terms.size(); ++i)
-    terms[i] = mgr.make_bv_number(static_cast<int>(i), 8);
-
-  NumeralTable table;
+  const DataType* type = mgr.make_bv_type(10);
+  std::vector<const Term*> numerals;
   int num_failures = 0;
-  for (const Term* t : terms) {
-    const std::size_t size = table.size();
-    for (long failing = 0;; ++failing) {
-      if (survives(failing, [&] { table.insert(t->get_symbol(), QNumber(7), t); })) break;
+  for (int n = 0; n < 1000; ++n) {
+    const std::size_t num_terms = mgr.get_num_terms();
+    const Term* made = nullptr;
+    for (long failing = 0; !survives(failing, [&] { made = mgr.make_bv_number(n, 10); }); ++failing) {
       ++num_failures;
-      for (std::size_t i = 0; i < size; ++i)
-        ASSERT_EQ(table.find(terms[i]->get_symbol())->term, terms[i]);
-      ASSERT_TRUE(table.empty() || table.find(t->get_symbol()) == nullptr);
+      ASSERT_EQ(mgr.get_num_terms(), num_terms);
+      ASSERT_EQ(mgr.get_numerals().size(), numerals.size());
+      ASSERT_EQ(mgr.get_numerals().find(QNumber(n), type), nullptr);
+      for (std::size_t i = 0; i < numerals.size(); ++i) {
+        ASSERT_EQ(mgr.make_bv_number(i, 10), numerals[i]);
+        ASSERT_EQ(*mgr.find_number(numerals[i]->get_symbol()), QNumber(i));
+      }
     }
-    ASSERT_EQ(table.size(), size + 1);
+    numerals.push_back(made);
   }
-  EXPECT_GT(num_failures, 2);
+  EXPECT_GT(num_failures, 20);
 }
 
 TEST(FailingAllocation, LeavesAManagerUsable)

@@ -1,0 +1,40 @@
+#ifndef LUMO_TERMS_PRIME_MODULUS_H
+#define LUMO_TERMS_PRIME_MODULUS_H
+
+#include <cstddef>
+#include <cstdint>
+
+namespace lumo {
+
+/// Remainders modulo a prime by multiplication, since a table's lookups wait for them.
+///
+/// With m = floor(2^64 / p), the quotient floor(n * m / 2^64) is that of n by p or one less, so that one
+/// correction makes the remainder exact (T. Granlund and P. L. Montgomery, "Division by invariant integers using
+/// multiplication", PLDI 1994).
+class PrimeModulus
+{
+ public:
+  PrimeModulus() = default;
+  /// The least prime that is not below least; least is at least 3.
+  [[nodiscard]] static PrimeModulus at_least(std::size_t least);
+
+  [[nodiscard]] std::size_t get() const { return prime_; }
+  /// n modulo the prime; not before one was chosen.
+  [[nodiscard]] std::size_t reduce(std::uint64_t n) const
+  {
+    __extension__ using Product = unsigned __int128;
+    const auto quotient = static_cast<std::uint64_t>((static_cast<Product>(n) * reciprocal_) >> 64U);
+    const std::uint64_t remainder = n - quotient * prime_;
+    return remainder >= prime_ ? remainder - prime_ : remainder;
+  }
+
+ private:
+  explicit PrimeModulus(std::uint64_t prime) : prime_(prime), reciprocal_(~std::uint64_t{0} / prime) {}
+
+  std::uint64_t prime_ = 0;
+  std::uint64_t reciprocal_ = 0;
+};
+
+}  // namespace lumo
+
+#endif
