@@ -109,7 +109,7 @@ struct Operands
 [[maybe_unused]] inline QNumber calculate_modular_inverse(const QNumber& a, const QNumber& m)
 {
   unsigned long w;
-  if (BVNumber::is_bit_set(a, 0) && BVNumber::is_pow2(m, w)) [[likely]]
+  if (BVNumber::is_bit_set(a, 0) && BVNumber::is_pow2(m, w) && w != 0) [[likely]]
     return BVNumber::invert_odd(a, w);
   return calculate_inverse_by_euclid(a, m);
 }

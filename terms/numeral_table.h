@@ -68,7 +68,7 @@ class NumeralTable
   /// The numeral of a symbol, or null. The table must not be empty.
   [[nodiscard]] const Numeral* find(const Symbol* s) const
   {
-    for (Index i = by_symbol_.get_head(make_key(s)); i != kNone;) {
+    for (Index i = by_symbol_[get_bucket(s)]; i != kNone;) {
       const Numeral& candidate = at(i);
       if (candidate.get_symbol() == s) return &candidate;
       i = candidate.symbol_.next;
@@ -83,7 +83,7 @@ class NumeralTable
   const Numeral& insert(TermManagerKey key, const DataType* type, QNumber value, std::uint32_t id);
 
   /// How many buckets symbols are spread over.
-  [[nodiscard]] std::size_t get_num_buckets() const { return by_symbol_.heads.size(); }
+  [[nodiscard]] std::size_t get_num_buckets() const { return by_symbol_.size(); }
   /// How many symbols share bucket i.
   [[nodiscard]] std::size_t get_chain_length(std::size_t i) const;
 
@@ -98,26 +98,12 @@ class NumeralTable
     alignas(Numeral) std::byte memory[kChunkSize * sizeof(Numeral)];
   };
 
-  struct Buckets
+  [[nodiscard]] std::size_t get_bucket(const Symbol* s) const
   {
-    std::vector<Index> heads;
-    PrimeModulus modulus;
-
-    [[nodiscard]] Index get_head(std::uint64_t key) const { return heads[modulus.reduce(key)]; }
-    /// Makes numeral i the head of its chain and returns the one that was.
-    Index push(std::uint64_t key, Index i) noexcept
-    {
-      Index& head = heads[modulus.reduce(key)];
-      const Index next = head;
-      head = i;
-      return next;
-    }
-    /// Empties the chains, of which there will be half as many again.
-    void grow();
-  };
-
-  [[nodiscard]] static std::uint64_t make_key(const Symbol* s) { return reinterpret_cast<std::uintptr_t>(s); }
-  [[nodiscard]] static std::uint64_t make_key(const QNumber& value, const DataType* type);
+    return modulus_.reduce(reinterpret_cast<std::uintptr_t>(s));
+  }
+  /// Hashes are mixed well, so that the upper half of a product spreads them evenly.
+  [[nodiscard]] std::size_t get_bucket(const QNumber& value, const DataType* type) const;
 
   [[nodiscard]] Numeral* slot(std::size_t i) const
   {
@@ -125,13 +111,14 @@ class NumeralTable
   }
   [[nodiscard]] const Numeral& at(std::size_t i) const { return *slot(i); }
   void make_room();
-  void link_symbol(Index i) noexcept;
-  void link_value(Index i) noexcept;
+  void grow();
+  void link(Index i) noexcept;
 
   std::vector<std::unique_ptr<Chunk>> chunks_;
   std::size_t size_ = 0;
-  Buckets by_symbol_;
-  Buckets by_value_;
+  PrimeModulus modulus_;          ///< the number of buckets
+  std::vector<Index> by_symbol_;  ///< the heads of the chains; so are those of the other table
+  std::vector<Index> by_value_;
 };
 
 }  // namespace lumo
