@@ -41,8 +41,10 @@ struct BVNumber
   [[nodiscard]] static QNumber complement(const QNumber& q, unsigned long w)
   {
     long word;
+    // GCOVR_EXCL_BR_START: a pattern that narrow is a word
     if (w <= kWordWidth && q.get_word(word)) [[likely]]
       return QNumber(word ^ ((1L << w) - 1));
+    // GCOVR_EXCL_BR_STOP
     return complement_slow(q, w);
   }
   /// A pattern of any width with the w bits of a second one behind its own.

@@ -263,7 +263,7 @@ bool QNumber::mul_small(long yn, long yd)
   if (div_overflow(xn, num, g1) || div_overflow(yn, yn, g2) || div_overflow(xd, den, g2) ||
       div_overflow(yd, yd, g1))
   {
-    return false;
+    return false;  // GCOVR_EXCL_LINE
   }
   // GCOVR_EXCL_BR_STOP
   if (mul_overflow(xn, xn, yn) || mul_overflow(xd, xd, yd)) return false;

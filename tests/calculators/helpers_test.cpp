@@ -125,6 +125,8 @@ TEST(ModularInverse, EdgeCases)
   EXPECT_EQ(calculate_modular_inverse(QNumber(0), QNumber(256)), QNumber(0));
   EXPECT_EQ(calculate_modular_inverse(QNumber(6), QNumber(16)), QNumber(3))
       << "no inverse, but the gcd's coefficient";
+  EXPECT_EQ(calculate_modular_inverse(QNumber(3), QNumber(10)), QNumber(7)) << "no power of two";
+  EXPECT_EQ(calculate_modular_inverse(QNumber(3), QNumber(1)), QNumber(0));
 }
 
 TEST(ModularInverse, OfEveryOddNumberUpToWidthTenIsTheOnlyFactorThatGivesOne)

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <climits>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -79,6 +80,119 @@ TEST(BVNumberFromInteger, TakesScratchIntegers)
   for (mpz_t& scratch : QNumber::gmp_tmp) {
     mpz_set(scratch, z);
     EXPECT_TRUE(is_shortest(BVNumber::from_integer(scratch), z));
+  }
+}
+
+constexpr unsigned long kPatternWidths[] = {1, 2, 8, 31, 32, 61, 62, 63, 64, 65, 128, 200};
+
+/// Calls check(width, pattern, z) for patterns of several widths in each of their forms; z is the pattern, too.
+template <class Check>
+void for_each_pattern(Check check)
+{
+  Random random;
+  SCOPED_TRACE(random);
+  for (const unsigned long w : kPatternWidths) {
+    std::vector<Integer> patterns{Integer(), Integer(1), Integer::power(w - 1), Integer::power(w, -1)};
+    for (int i = 0; i < 20; ++i)
+      random.natural(patterns.emplace_back(), w);
+    for (const Integer& z : patterns) {
+      SCOPED_TRACE(w);
+      for_each_form(z, [&](const QNumber& q) { check(w, q, z); });
+    }
+  }
+}
+
+TEST(BVNumberPattern, IsWhatLiesWithinTheWidth)
+{
+  for_each_pattern([](unsigned long w, const QNumber& q, const Integer& z) {
+    EXPECT_TRUE(BVNumber::is_pattern(q, w));
+    EXPECT_EQ(BVNumber::is_pattern(q, w - 1), mpz_sizeinbase(z, 2) < w || z.sign() == 0);
+    EXPECT_FALSE(BVNumber::is_pattern(QNumber(-1) - q, w));
+    EXPECT_FALSE(BVNumber::is_pattern(q + BVNumber::pow2(w), w));
+  });
+}
+
+TEST(BVNumberPattern, ComplementIsWhatIsMissingToAllOnes)
+{
+  for_each_pattern([](unsigned long w, const QNumber& q, const Integer& z) {
+    Integer expected = Integer::power(w, -1);
+    mpz_sub(expected, expected, z);
+    EXPECT_TRUE(is_shortest(BVNumber::complement(q, w), expected));
+  });
+}
+
+TEST(BVNumberPattern, ConcatenationMultipliesAndAdds)
+{
+  for_each_pattern([](unsigned long w, const QNumber& q, const Integer& z) {
+    for (const unsigned long low_width : kPatternWidths) {
+      const Integer low = Integer::power(low_width, -1);
+      Integer expected(z);
+      mpz_mul_2exp(expected, expected, low_width);
+      mpz_add(expected, expected, low);
+      for_each_form(low, [&](const QNumber& l) {
+        EXPECT_TRUE(is_shortest(BVNumber::concatenate(q, l, low_width), expected)) << w << " " << low_width;
+      });
+    }
+  });
+}
+
+TEST(BVNumberPattern, ExtractionDividesAndTakesTheRemainder)
+{
+  for_each_pattern([](unsigned long w, const QNumber& q, const Integer& z) {
+    for (const unsigned long lsb : {0UL, 1UL, w / 2, w - 1, w, 70UL}) {
+      for (const unsigned long length : {1UL, 7UL, 62UL, 63UL, 64UL, 100UL}) {
+        Integer expected;
+        mpz_fdiv_q_2exp(expected, z, lsb);
+        mpz_fdiv_r_2exp(expected, expected, length);
+        EXPECT_TRUE(is_shortest(BVNumber::extract(q, lsb, length), expected)) << lsb << " " << length;
+      }
+    }
+  });
+}
+
+TEST(BVNumberPattern, RotationIsDoublingModuloAllOnes)
+{
+  for_each_pattern([](unsigned long w, const QNumber& q, const Integer& z) {
+    const Integer all_ones = Integer::power(w, -1);
+    for (const unsigned long k : {0UL, 1UL, w / 2, w - 1, w}) {
+      Integer expected(z);
+      mpz_mul_2exp(expected, expected, k);
+      // 0 and all ones are the same remainder, but each stays what it is.
+      if (!(z == all_ones)) mpz_fdiv_r(expected, expected, all_ones);
+      EXPECT_TRUE(is_shortest(BVNumber::rotate_left(q, k, w), z == all_ones ? z : expected)) << k;
+    }
+  });
+}
+
+TEST(BVNumberInvertOdd, GivesTheOnlyFactorModuloThePowerOfTwo)
+{
+  for_each_pattern([](unsigned long w, const QNumber& q, const Integer& z) {
+    if (mpz_even_p(static_cast<mpz_srcptr>(z)) != 0) return;
+    // Moduli of other widths, so that numbers above the modulus come, too
+    for (const unsigned long exponent : kPatternWidths) {
+      Integer expected;
+      mpz_invert(expected, z, Integer::power(exponent));
+      EXPECT_TRUE(is_shortest(BVNumber::invert_odd(q, exponent), expected)) << w << " " << exponent;
+    }
+  });
+}
+
+TEST(BVNumberIsPow2, TellsTheExponentOfPowersAlone)
+{
+  for (unsigned long w = 0; w <= 200; ++w) {
+    for_each_form(Integer::power(w), [w](const QNumber& q) {
+      unsigned long exponent = 1000;
+      EXPECT_TRUE(BVNumber::is_pow2(q, exponent));
+      EXPECT_EQ(exponent, w);
+    });
+    if (w < 2) continue;
+    for (const Integer& z : {Integer::power(w, 1), Integer::power(w + 1, -1)}) {
+      for_each_form(z, [](const QNumber& q) {
+        unsigned long exponent = 1000;
+        EXPECT_FALSE(BVNumber::is_pow2(q, exponent));
+        EXPECT_EQ(exponent, 1000);
+      });
+    }
   }
 }
 
