@@ -3,7 +3,10 @@
 // - hit, miss   the value of a symbol that is a numeral, and of one that is none, from the manager's table and
 //               from a hash map that has the symbols' addresses as keys;
 // - find        the numeral of a value and a width that exists already, from the manager and from Z3;
-// - make        the same for one that does not exist yet, in a manager or context that grows from empty.
+// - make        the same for one that does not exist yet, in a manager or context that grows from empty;
+// - apply       a new application of an operator to two constants, likewise.
+//
+// The last two also count the bytes of heap that the manager takes for each, its tables included.
 //
 // Symbols and values are visited in an order that neither the memory nor the tables have.
 
@@ -18,6 +21,7 @@
 #include <benchmark/benchmark.h>
 #include <z3.h>
 
+#include "bench/heap_meter.h"
 #include "smtlib/z3_session.h"
 #include "terms/term_manager.h"
 
@@ -123,13 +127,9 @@ struct Z3Numerals
 {
   Z3Numerals() : sort(Z3_mk_bv_sort(z3, kWidth)) { Z3_inc_ref(z3, Z3_sort_to_ast(z3, sort)); }
 
-  Z3_ast make(unsigned long value)
-  {
-    Z3_ast numeral = Z3_mk_unsigned_int64(z3, value, sort);
-    return numeral;
-  }
+  [[nodiscard]] Z3_ast make(unsigned long value) const { return Z3_mk_unsigned_int64(z3, value, sort); }
   /// What nobody refers to, Z3 forgets.
-  void keep(unsigned long value) { Z3_inc_ref(z3, make(value)); }
+  void keep(unsigned long value) const { Z3_inc_ref(z3, make(value)); }
 
   smtlib::Z3Session z3;
   Z3_sort sort;
@@ -154,20 +154,74 @@ void find_in_z3(benchmark::State& state, std::size_t n)
   visit(state, n, [&](std::size_t i) { benchmark::DoNotOptimize(numerals.make(values[i])); });
 }
 
-/// Measures make(owner, value) for n values with a new owner each time, whose making and end do not count.
-template <class Owner, class Make>
-void make_all(benchmark::State& state, std::size_t n, Make make)
+/// Measures run(owner) with a new owner each time, whose making and end do not count; it makes n things.
+template <class Owner, class Run>
+void make_all(benchmark::State& state, std::size_t n, Run run)
 {
   using Clock = std::chrono::steady_clock;
-  const std::vector<unsigned long> values = make_values(n);
+  std::size_t bytes = 0;
   while (state.KeepRunningBatch(static_cast<benchmark::IterationCount>(n))) {
-    auto owner = std::make_unique<Owner>();
+    auto owner = std::make_unique<Owner>(n);
+    const std::size_t before = get_heap_bytes();
     const auto begin = Clock::now();
-    for (const unsigned long value : values)
-      make(*owner, value);
+    run(*owner);
     const auto end = Clock::now();
     state.SetIterationTime(std::chrono::duration<double>(end - begin).count());
+    bytes = get_heap_bytes() - before;
   }
+  state.counters["bytes"] = static_cast<double>(bytes) / static_cast<double>(n);
+}
+
+/// A manager in which numerals are to be made
+struct NewNumerals
+{
+  explicit NewNumerals(std::size_t n) : values(make_values(n)) {}
+  void make()
+  {
+    for (const unsigned long value : values)
+      benchmark::DoNotOptimize(mgr.make_bv_number(value, kWidth));
+  }
+
+  TermManager mgr;
+  std::vector<unsigned long> values;
+};
+
+struct NewZ3Numerals
+{
+  explicit NewZ3Numerals(std::size_t n) : values(make_values(n)) {}
+  void make()
+  {
+    for (const unsigned long value : values)
+      numerals.keep(value);
+  }
+
+  Z3Numerals numerals;
+  std::vector<unsigned long> values;
+};
+
+/// A manager with n constants, each of which is to be added to the next one
+struct NewApplications
+{
+  explicit NewApplications(std::size_t n) : add(mgr.make_bv_add_symbol(kWidth))
+  {
+    for (std::size_t i = 0; i <= n; ++i)
+      constants.push_back(mgr.make_fresh_constant("c", mgr.make_bv_type(kWidth)));
+  }
+  void make()
+  {
+    for (std::size_t i = 0; i + 1 < constants.size(); ++i)
+      benchmark::DoNotOptimize(mgr.make_term(add, {constants[i], constants[i + 1]}));
+  }
+
+  TermManager mgr;
+  const Symbol* add;
+  std::vector<const Term*> constants;
+};
+
+template <class Owner>
+void run_making(benchmark::State& state, std::size_t n)
+{
+  make_all<Owner>(state, n, [](Owner& owner) { owner.make(); });
 }
 
 template <class Run>
@@ -188,14 +242,9 @@ void add_all_jobs()
     }
     add_job("find", n, "lumo", find_in_manager);
     add_job("find", n, "z3", find_in_z3);
-    add_job("make", n, "lumo", [](State& state, std::size_t m) {
-      make_all<TermManager>(state, m, [](TermManager& mgr, unsigned long value) {
-        benchmark::DoNotOptimize(mgr.make_bv_number(value, kWidth));
-      });
-    })->UseManualTime();
-    add_job("make", n, "z3", [](State& state, std::size_t m) {
-      make_all<Z3Numerals>(state, m, [](Z3Numerals& numerals, unsigned long value) { numerals.keep(value); });
-    })->UseManualTime();
+    add_job("make", n, "lumo", run_making<NewNumerals>)->UseManualTime();
+    add_job("make", n, "z3", run_making<NewZ3Numerals>)->UseManualTime();
+    add_job("apply", n, "lumo", run_making<NewApplications>)->UseManualTime();
   }
 }
 

@@ -28,13 +28,13 @@ namespace {  // NOLINT(google-build-namespaces): private to each source of the m
   return w;
 }
 
-constinit const QNumber zero_number;
+inline constinit const QNumber kZeroNumber;
 
 /// The number of a numeral, 0 for any other term; it lives as long as the manager.
 [[maybe_unused]] inline const QNumber& read_number(const TermManager* mgr, const Term* term)
 {
   const QNumber* number = mgr->find_number(term->get_symbol());
-  return number != nullptr ? *number : zero_number;
+  return number != nullptr ? *number : kZeroNumber;
 }
 
 /// The first two arguments of an application, and which of them are numerals.

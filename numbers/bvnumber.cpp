@@ -39,7 +39,7 @@ void double_precision(mpz_ptr x, mpz_srcptr a, unsigned long known, unsigned lon
   mpz_tdiv_q_2exp(e, e, known);
   mpz_mul(e, e, x);
   mpz_tdiv_r_2exp(e, e, w - known);
-  if (mpz_sgn(e) == 0) return;
+  if (mpz_size(e) == 0) return;
   mpz_set_ui(top, 1);
   mpz_mul_2exp(top, top, w - known);
   mpz_sub(top, top, e);

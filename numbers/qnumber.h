@@ -31,8 +31,8 @@ class QNumber
   /// 0
   constexpr QNumber() noexcept : num(0), den(1) {}
   /// n; small unless n is LONG_MIN.
-  constexpr QNumber(long n)
-      : num(n), den(1)  // NOLINT(google-explicit-constructor): an integer is a rational number
+  // NOLINTNEXTLINE(google-explicit-constructor): an integer is a rational number
+  constexpr QNumber(long n) : num(n), den(1)
   {
     if (n == LONG_MIN) [[unlikely]]
       promote();

@@ -22,7 +22,7 @@ add_group()
     run) wanted+=(g++ cmake ninja-build libgmp-dev libz3-dev libcli11-dev z3) ;;
     test) add_group run && wanted+=(libgtest-dev cvc5) ;;
     check) add_group test && wanted+=(clang clang-format clang-tidy git shellcheck) ;;
-    bench) add_group run && wanted+=(libbenchmark-dev libflint-dev libabsl-dev) ;;
+    bench) add_group run && wanted+=(python3 libbenchmark-dev libflint-dev libabsl-dev) ;;
     fuzz) add_group run && wanted+=(clang libclang-rt-dev) ;;
     coverage) add_group test && wanted+=(gcovr python3) ;;
     *) fail "unknown group '$1'; the groups are run, test, check, bench, fuzz and coverage." ;;

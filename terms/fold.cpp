@@ -9,8 +9,8 @@ namespace lumo {
 
 namespace {
 
-constinit const QNumber false_number(0);
-constinit const QNumber true_number(1);
+constinit const QNumber kFalseNumber(0);
+constinit const QNumber kTrueNumber(1);
 
 QNumber from_bool(bool b) { return {b ? 1L : 0L}; }
 
@@ -175,8 +175,8 @@ QNumber fold(const OperatorSymbol& s, const QNumber* const* args)
 const QNumber* find_value_number(const TermManager& mgr, const Term* t)
 {
   const Symbol* s = t->get_symbol();
-  if (s == mgr.get_true_symbol()) return &true_number;
-  if (s == mgr.get_false_symbol()) return &false_number;
+  if (s == mgr.get_true_symbol()) return &kTrueNumber;
+  if (s == mgr.get_false_symbol()) return &kFalseNumber;
   return mgr.find_number(s);
 }
 
