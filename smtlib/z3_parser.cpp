@@ -1,6 +1,7 @@
 #include "smtlib/z3_parser.h"
 
 #include <charconv>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -52,7 +53,11 @@ std::string make_sentence(std::string_view message)
   Place place;
   const bool is_located = take(rest, "(error \"line ") && take_number(rest, place.line) &&
                           take(rest, " column ") && take_number(rest, place.column) && take(rest, ": ");
-  if (!is_located) throw Exception("the text was not understood: " + make_sentence(report));
+  if (!is_located) {
+    const std::string sentence = make_sentence(report);
+    if (sentence == "out of memory") throw std::bad_alloc();  // which Z3 says in words alone
+    throw Exception("the text was not understood: " + sentence);
+  }
   ++place.column;
   throw InputError(text.find_original(place), make_sentence(rest.substr(0, rest.find("\")\n"))));
 }
