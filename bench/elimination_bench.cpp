@@ -17,7 +17,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -29,6 +28,7 @@
 #include <z3.h>
 
 #include "bench/heap_meter.h"
+#include "bench/processor_time.h"
 #include "bench/shapes.h"
 #include "elimination/eliminate.h"
 #include "elimination/extend.h"
@@ -39,14 +39,6 @@
 
 namespace lumo::bench {
 namespace {
-
-/// The processor's time that this process has taken: what else the machine does then counts little.
-double now()
-{
-  timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
 
 [[noreturn]] void stop(const std::string& why)
 {

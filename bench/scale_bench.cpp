@@ -13,7 +13,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -22,6 +21,7 @@
 
 #include "bench/calculator_cases.h"
 #include "bench/heap_meter.h"
+#include "bench/processor_time.h"
 #include "bench/shapes.h"
 #include "calculators/calculator_table.h"
 #include "elimination/eliminate.h"
@@ -33,14 +33,6 @@
 
 namespace lumo::bench {
 namespace {
-
-/// The processor's time that this process has taken: what else the machine does then counts little.
-double now()
-{
-  timespec time{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
 
 [[noreturn]] void stop(const std::string& why)
 {
