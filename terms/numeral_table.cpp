@@ -4,14 +4,37 @@
 #include <new>
 #include <utility>
 
-#include "numbers/hash_mix.h"
-
 namespace lumo {
 
 namespace {
 
 constexpr std::size_t kFirstNumBuckets = 61;
 constexpr std::size_t kManyBuckets = 5000;
+
+__extension__ using Product = unsigned __int128;
+
+/// Both halves of the product, so that every bit of the factors has a say: two words are mixed in the time of one
+/// multiplication.
+std::uint64_t multiply_and_fold(std::uint64_t a, std::uint64_t b)
+{
+  const Product product = Product{a} * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64U);
+}
+
+/// Equal for the small and the big form of a number.
+std::uint64_t hash_pattern(const QNumber& pattern, unsigned long w)
+{
+  // Odd words without a pattern: the fractional parts of the golden ratio and of the square root of 2
+  constexpr std::uint64_t kFirst = 0x9e3779b97f4a7c15UL;
+  constexpr std::uint64_t kSecond = 0x6a09e667f3bcc909UL;
+  std::uint64_t hash = kFirst * (2 * w + 1);
+  long word;
+  if (pattern.get_word(word)) return multiply_and_fold(static_cast<std::uint64_t>(word) ^ kSecond, hash);
+  mpz_srcptr z = pattern.view_numerator(QNumber::gmp_tmp[0]);
+  for (std::size_t i = 0; i < mpz_size(z); ++i)
+    hash = multiply_and_fold(mpz_getlimbn(z, static_cast<mp_size_t>(i)) ^ kSecond, hash ^ kFirst);
+  return hash;
+}
 
 }  // namespace
 
@@ -23,9 +46,8 @@ NumeralTable::~NumeralTable()
 
 std::size_t NumeralTable::get_bucket(const QNumber& value, const DataType* type) const
 {
-  __extension__ using Product = unsigned __int128;
-  const std::uint64_t hash = mix_hash(value.hash(), type->get_width());
-  return static_cast<std::size_t>((static_cast<Product>(hash) * by_value_.size()) >> 64U);
+  return static_cast<std::size_t>((Product{hash_pattern(value, type->get_width())} * by_value_.size()) >>
+                                  64U);
 }
 
 const Numeral* NumeralTable::find(const QNumber& value, const DataType* type) const
@@ -33,7 +55,7 @@ const Numeral* NumeralTable::find(const QNumber& value, const DataType* type) co
   if (empty()) return nullptr;
   for (Index i = by_value_[get_bucket(value, type)]; i != kNone;) {
     const Numeral& candidate = at(i);
-    if (candidate.value_ == value && candidate.symbol_.get_output_type() == type) return &candidate;
+    if (candidate.value_ == value && candidate.get_output_type() == type) return &candidate;
     i = candidate.term_.next;
   }
   return nullptr;
@@ -75,9 +97,9 @@ void NumeralTable::grow()
 void NumeralTable::link(Index i) noexcept
 {
   Numeral& numeral = *slot(i);
-  Index& same_symbol_bucket = by_symbol_[get_bucket(numeral.get_symbol())];
-  Index& same_value_bucket = by_value_[get_bucket(numeral.value_, numeral.symbol_.get_output_type())];
-  numeral.symbol_.next = same_symbol_bucket;
+  Index& same_symbol_bucket = by_symbol_[get_bucket(&numeral)];
+  Index& same_value_bucket = by_value_[get_bucket(numeral.value_, numeral.get_output_type())];
+  numeral.next_ = same_symbol_bucket;
   numeral.term_.next = same_value_bucket;
   same_symbol_bucket = i;
   same_value_bucket = i;
@@ -86,7 +108,7 @@ void NumeralTable::link(Index i) noexcept
 std::size_t NumeralTable::get_chain_length(std::size_t i) const
 {
   std::size_t length = 0;
-  for (Index next = by_symbol_[i]; next != kNone; next = at(next).symbol_.next)
+  for (Index next = by_symbol_[i]; next != kNone; next = at(next).next_)
     ++length;
   return length;
 }

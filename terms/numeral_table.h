@@ -14,14 +14,16 @@
 namespace lumo {
 
 /// A numeral: its symbol, the symbol as a term, and its value, in one object.
-class Numeral
+class Numeral : public Symbol
 {
  public:
   Numeral(TermManagerKey key, const DataType* type, QNumber&& value, std::uint32_t id) noexcept
-      : symbol_(key, type), term_(&symbol_, id), value_(static_cast<QNumber&&>(value))
+      : Symbol(key, Kind::kNumeral, type, nullptr), term_(this, id), value_(static_cast<QNumber&&>(value))
   {}
 
-  [[nodiscard]] const Symbol* get_symbol() const { return &symbol_; }
+  /// The numeral that s is; its kind must say so.
+  [[nodiscard]] static const Numeral& of(const Symbol* s) { return *static_cast<const Numeral*>(s); }
+
   [[nodiscard]] const Term* get_term() const { return &term_; }
   [[nodiscard]] const QNumber& get_value() const { return value_; }
 
@@ -29,20 +31,15 @@ class Numeral
   friend class NumeralTable;
   using Index = std::uint32_t;
 
-  // The links to the next numerals in the two chains need no room of their own: they lie where the classes that
-  // they extend end in padding.
-  struct LinkedSymbol : Symbol
-  {
-    LinkedSymbol(TermManagerKey key, const DataType* type) : Symbol(key, Kind::kNumeral, type, nullptr) {}
-    Index next = 0;
-  };
+  // The links to the next numerals in the two chains need no room of their own: they lie where the classes before
+  // them end in padding.
   struct LinkedTerm : Term
   {
     LinkedTerm(const Symbol* symbol, std::uint32_t id) : Term(symbol, id) {}
     Index next = 0;
   };
 
-  LinkedSymbol symbol_;
+  Index next_ = 0;
   LinkedTerm term_;
   QNumber value_;
 };
@@ -70,8 +67,8 @@ class NumeralTable
   {
     for (Index i = by_symbol_[get_bucket(s)]; i != kNone;) {
       const Numeral& candidate = at(i);
-      if (candidate.get_symbol() == s) return &candidate;
-      i = candidate.symbol_.next;
+      if (&candidate == s) return &candidate;
+      i = candidate.next_;
     }
     return nullptr;
   }

@@ -27,16 +27,15 @@ TermManager::~TermManager() = default;
 // -----------------------------------------------------------------------------------------------------------
 // sorts
 
-const DataType* TermManager::make_bv_type(unsigned long w)
+const DataType* TermManager::find_or_make_bv_type(unsigned long w)
 {
-  if (last_bv_type_ != nullptr && last_bv_type_->get_width() == w) return last_bv_type_;
   if (w == 0 || w > kMaxWidth) {
     throw Exception("a bit-vector sort of width " + std::to_string(w) + " was requested, but " +
                     describe_widths());
   }
   const auto [place, is_new] = bv_types_.try_emplace(w, TermManagerKey(), this, w);
-  last_bv_type_ = &place->second;
-  return last_bv_type_;
+  recent_bv_types_[w % kNumRecent] = &place->second;
+  return &place->second;
 }
 
 void TermManager::check_own_type(const DataType* type) const
@@ -180,7 +179,7 @@ std::uint32_t TermManager::get_next_id() const
 const Term* TermManager::allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args)
 {
   const std::uint32_t id = get_next_id();
-  void* memory = term_memory_.allocate(sizeof(Term) + num_args * sizeof(void*), alignof(Term));
+  void* memory = term_memory_.allocate(sizeof(Term) + num_args * sizeof(void*));
   Term* t = new (memory) Term(s, id);
   std::copy_n(args, num_args, reinterpret_cast<const Term**>(t + 1));
   ++num_terms_;
@@ -192,7 +191,7 @@ const Term* TermManager::find_leaf(const Symbol* s) const
   if (s == get_true_symbol()) return true_;
   if (s == get_false_symbol()) return false_;
   if (is_constant(s)) return find_constant(s->get_name());
-  return numerals_.find(s)->get_term();
+  return Numeral::of(s).get_term();
 }
 
 }  // namespace lumo

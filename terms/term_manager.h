@@ -6,7 +6,6 @@
 #include <cstddef>
 #include <deque>
 #include <initializer_list>
-#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -20,6 +19,7 @@
 #include "terms/numeral_table.h"
 #include "terms/symbol.h"
 #include "terms/term.h"
+#include "terms/term_arena.h"
 #include "terms/unique_table.h"
 
 namespace lumo {
@@ -47,7 +47,13 @@ class TermManager
   // ------------------------------------------------------------------------------------------------ sorts
 
   const DataType* make_bool_type() { return &bool_type_; }
-  const DataType* make_bv_type(unsigned long w);
+  const DataType* make_bv_type(unsigned long w)
+  {
+    const DataType* recent = recent_bv_types_[w % kNumRecent];
+    if (recent != nullptr && recent->get_width() == w) [[likely]]
+      return recent;
+    return find_or_make_bv_type(w);
+  }
   [[nodiscard]] bool is_bool_type(const DataType* type) const { return type->is_bool(); }
   bool is_bv_type(const DataType* type, unsigned long* w) const
   {
@@ -76,17 +82,18 @@ class TermManager
   /// Whether s is a numeral of this manager; its value, in [0, 2^w - 1], goes to *out.
   bool is_number(const Symbol* s, QNumber* out) const
   {
-    const QNumber* value = find_number(s);
-    if (value == nullptr) return false;
-    if (out != nullptr) *out = *value;
+    // Most symbols that are asked about say by their kind that there is nothing to look for.
+    if (s->get_kind() != Kind::kNumeral || numerals_.empty()) return false;
+    const Numeral* numeral = numerals_.find(s);
+    if (numeral == nullptr) return false;
+    if (out != nullptr) *out = numeral->get_value();
     return true;
   }
-  /// The same without a copy: the value of the numeral s, which lives as long as the manager, or null.
+  /// The same without a copy and a search: the value of the numeral s, which lives as long as the manager, or null.
   [[nodiscard]] const QNumber* find_number(const Symbol* s) const
   {
-    if (numerals_.empty()) return nullptr;
-    const Numeral* numeral = numerals_.find(s);
-    return numeral == nullptr ? nullptr : &numeral->get_value();
+    if (s->get_kind() != Kind::kNumeral || s->get_output_type()->get_manager() != this) return nullptr;
+    return &Numeral::of(s).get_value();
   }
   /// The numeral of width w and value n modulo 2^w; n is an integer, negative ones included.
   const Term* make_bv_number(const QNumber& n, unsigned long w);
@@ -248,6 +255,9 @@ class TermManager
   }
 
  private:
+  /// How many places the caches of sorts and of operators have.
+  static constexpr std::size_t kNumRecent = 128;
+
   [[nodiscard]] static std::size_t hash_operator(Kind kind, const Parameters& parameters)
   {
     std::size_t h = mix_hash(0, static_cast<std::size_t>(kind));
@@ -282,17 +292,24 @@ class TermManager
     static_assert(kMaxArity == 3);
     return a[0] == b[0] && a[1] == b[1] && a[2] == b[2];
   }
-  /// The operator with these parameters; a call with the same parameters as the operator's last one, the
-  /// common case, finds it without hashing.
+  /// Where the operator is remembered; few that are used by turns share a place.
+  [[nodiscard]] static std::size_t get_place(Kind kind, const Parameters& parameters)
+  {
+    return (7 * static_cast<std::size_t>(kind) + parameters[0] + 5 * parameters[1] + 11 * parameters[2]) %
+           kNumRecent;
+  }
+  /// The operator with these parameters; one that was asked for lately, the common case, is found without hashing.
   const Symbol* make_operator(Kind kind, const Parameters& parameters)
   {
-    const OperatorSymbol* last = last_operators_[static_cast<std::size_t>(kind)];
-    if (last != nullptr && is_same(last->get_parameters(), parameters)) [[likely]]
-      return last;
+    const OperatorSymbol* recent = recent_operators_[get_place(kind, parameters)];
+    if (recent != nullptr && recent->get_kind() == kind && is_same(recent->get_parameters(), parameters))
+        [[likely]]
+      return recent;
     return find_or_make_operator(kind, parameters);
   }
   const Symbol* find_or_make_operator(Kind kind, const Parameters& parameters);
   const OperatorSymbol& make_fresh_operator(Kind kind, const Parameters& parameters);
+  const DataType* find_or_make_bv_type(unsigned long w);
   /// The sort of a width, Bool for 0.
   const DataType* make_type(unsigned long w) { return w == 0 ? make_bool_type() : make_bv_type(w); }
 
@@ -310,12 +327,12 @@ class TermManager
 
   DataType bool_type_;
   std::unordered_map<unsigned long, DataType> bv_types_;
-  const DataType* last_bv_type_ = nullptr;
+  std::array<const DataType*, kNumRecent> recent_bv_types_{};  ///< a cache
 
   std::deque<Symbol> leaf_symbols_;  ///< but for numerals and fresh constants
   std::deque<OperatorSymbol> operator_symbols_;
   UniqueTable<OperatorSymbol> operators_;
-  std::array<const OperatorSymbol*, kNumOperators> last_operators_{};
+  std::array<const OperatorSymbol*, kNumRecent> recent_operators_{};  ///< a cache
 
   /// All but the fresh ones; the keys are the symbols' own names.
   std::unordered_map<std::string_view, const Term*> constants_;
@@ -323,7 +340,7 @@ class TermManager
   FreshConstants fresh_constants_;
   NumeralTable numerals_;
 
-  std::pmr::monotonic_buffer_resource term_memory_;
+  TermArena term_memory_;
   UniqueTable<Term> applications_;
   std::size_t num_terms_ = 0;
   const Term* true_;

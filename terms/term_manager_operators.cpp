@@ -88,13 +88,13 @@ const Symbol* TermManager::find_or_make_operator(Kind kind, const Parameters& pa
 {
   const OperatorSymbol* s =
       operators_.find(hash_operator(kind, parameters), [kind, &parameters](const OperatorSymbol& candidate) {
-        return candidate.get_kind() == kind && candidate.get_parameters() == parameters;
+        return candidate.get_kind() == kind && is_same(candidate.get_parameters(), parameters);
       });
   if (s == nullptr) {
     check_parameters(get_operator_info(kind), parameters);
     s = &make_fresh_operator(kind, parameters);
   }
-  last_operators_[static_cast<std::size_t>(kind)] = s;
+  recent_operators_[get_place(kind, parameters)] = s;
   return s;
 }
 

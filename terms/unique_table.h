@@ -31,7 +31,7 @@ class UniqueTable
   /// Makes room for one more node, so that the next `insert` cannot fail.
   void reserve_one()
   {
-    if (2 * (size_ + 1) <= nodes_.size()) return;
+    if (4 * (size_ + 1) <= 3 * nodes_.size()) return;
     const std::size_t new_size = nodes_.empty() ? kFirstSize : 2 * nodes_.size();
     std::vector<Tag> old_tags(new_size, kEmpty);
     std::vector<const Node*> old_nodes(new_size);
@@ -73,7 +73,7 @@ class UniqueTable
   }
 
   std::vector<Tag> tags_;           ///< as many as nodes, kEmpty where there is none
-  std::vector<const Node*> nodes_;  ///< a power of two, at most half of them taken
+  std::vector<const Node*> nodes_;  ///< a power of two, at most three quarters of them taken
   std::size_t size_ = 0;
 };
 

@@ -127,7 +127,8 @@ TEST(NumeralTable, TellsWhatWasMade)
   EXPECT_EQ(table.find(QNumber(5), mgr.make_bv_type(9)), nullptr);
   EXPECT_EQ(table.find(QNumber(6), type), nullptr);
   EXPECT_EQ(table.find(mgr.make_constant("y", type)->get_symbol()), nullptr);
-  EXPECT_EQ(numeral->get_symbol(), five->get_symbol());
+  EXPECT_EQ(numeral, five->get_symbol());
+  EXPECT_EQ(&Numeral::of(five->get_symbol()), numeral);
   EXPECT_EQ(numeral->get_term(), five);
   EXPECT_TRUE(numeral->get_value() == QNumber(5));
 }

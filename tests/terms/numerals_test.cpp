@@ -39,6 +39,20 @@ TEST(Numerals, AreRecognisedWithoutAskingForTheValue)
   EXPECT_TRUE(mgr.is_number(mgr.make_bv_number(5, 8)->get_symbol(), nullptr));
 }
 
+TEST(Numerals, ShowTheirValueWithoutACopy)
+{
+  TermManager mgr;
+  const QNumber big = BVNumber::pow2(70) - QNumber(1);
+  const QNumber* small_value = mgr.find_number(mgr.make_bv_number(5, 8)->get_symbol());
+  const QNumber* big_value = mgr.find_number(mgr.make_bv_number(big, 70)->get_symbol());
+  ASSERT_NE(small_value, nullptr);
+  ASSERT_NE(big_value, nullptr);
+  for (int i = 0; i < 1000; ++i)
+    mgr.make_bv_number(i, 16);
+  EXPECT_EQ(*small_value, QNumber(5)) << "whatever is made later";
+  EXPECT_EQ(*big_value, big);
+}
+
 TEST(Numerals, NothingIsOneWhileThereAreNone)
 {
   TermManager mgr;
@@ -66,6 +80,7 @@ TEST(Numerals, OtherSymbolsAreNoneAndLeaveTheOutputAlone)
     EXPECT_FALSE(mgr.is_number(s, nullptr));
     EXPECT_FALSE(mgr.is_number(s, &small));
     EXPECT_FALSE(mgr.is_number(s, &big));
+    EXPECT_EQ(mgr.find_number(s), nullptr);
   }
   EXPECT_EQ(small, QNumber(77));
   EXPECT_EQ(big, BVNumber::pow2(70));
@@ -78,9 +93,11 @@ TEST(Numerals, OfAnotherManagerAreNotRecognised)
   const Symbol* foreign = other.make_bv_number(5, 8)->get_symbol();
   QNumber out(77);
   EXPECT_FALSE(mgr.is_number(foreign, &out));
+  EXPECT_EQ(mgr.find_number(foreign), nullptr);
   for (int i = 0; i < 200; ++i)
     mgr.make_bv_number(i, 8);
   EXPECT_FALSE(mgr.is_number(foreign, &out));
+  EXPECT_EQ(mgr.find_number(foreign), nullptr);
   EXPECT_EQ(out, QNumber(77));
 }
 

@@ -149,6 +149,25 @@ TEST_P(Operator, SymbolIsMadeOnce)
   EXPECT_EQ(distinct.size(), num_symbols - 2) << "beside true and false there are this operator's symbols";
 }
 
+TEST(OperatorSymbols, AskedForByTurnsAreTheSame)
+{
+  TermManager mgr;
+  std::vector<std::vector<const Symbol*>> rounds(3);
+  for (std::vector<const Symbol*>& round : rounds) {
+    for (unsigned long w = 1; w < 300; ++w) {
+      round.push_back(mgr.make_bv_add_symbol(w));
+      round.push_back(mgr.make_bv_ult_symbol(w));
+      round.push_back(mgr.make_bv_concat_symbol(w, 128));
+      round.push_back(mgr.make_bv_concat_symbol(128, w));
+      round.push_back(mgr.make_bv_extract_symbol(w, w / 2, 400));
+    }
+  }
+  EXPECT_EQ(rounds[1], rounds[0]);
+  EXPECT_EQ(rounds[2], rounds[0]);
+  const std::set<const Symbol*> distinct(rounds[0].begin(), rounds[0].end());
+  EXPECT_EQ(distinct.size(), rounds[0].size() - 1) << "the concatenation of 128 and 128 bits was met twice";
+}
+
 // -----------------------------------------------------------------------------------------------------------
 // applications
 
