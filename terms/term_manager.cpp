@@ -34,7 +34,7 @@ const DataType* TermManager::find_or_make_bv_type(unsigned long w)
                     describe_widths());
   }
   const auto [place, is_new] = bv_types_.try_emplace(w, TermManagerKey(), this, w);
-  recent_bv_types_[w % kNumRecent] = &place->second;
+  recent_bv_types_[get_place(w)] = &place->second;
   return &place->second;
 }
 

@@ -49,7 +49,7 @@ class TermManager
   const DataType* make_bool_type() { return &bool_type_; }
   const DataType* make_bv_type(unsigned long w)
   {
-    const DataType* recent = recent_bv_types_[w % kNumRecent];
+    const DataType* recent = recent_bv_types_[get_place(w)];
     if (recent != nullptr && recent->get_width() == w) [[likely]]
       return recent;
     return find_or_make_bv_type(w);
@@ -292,11 +292,17 @@ class TermManager
     static_assert(kMaxArity == 3);
     return a[0] == b[0] && a[1] == b[1] && a[2] == b[2];
   }
-  /// Where the operator is remembered; few that are used by turns share a place.
+  /// Where a sort and an operator are remembered. The top bits of products with large odd numbers keep those apart
+  /// that are used by turns, such as powers of two.
+  [[nodiscard]] static std::size_t get_place(unsigned long w)
+  {
+    static_assert(kNumRecent == 1UL << 7U);
+    return (w * 0x9e3779b97f4a7c15UL) >> 57U;
+  }
   [[nodiscard]] static std::size_t get_place(Kind kind, const Parameters& parameters)
   {
-    return (7 * static_cast<std::size_t>(kind) + parameters[0] + 5 * parameters[1] + 11 * parameters[2]) %
-           kNumRecent;
+    return get_place(static_cast<std::size_t>(kind) + parameters[0] * 0xbf58476d1ce4e5b9UL +
+                     parameters[1] * 0x94d049bb133111ebUL + parameters[2] * 0xd6e8feb86659fd93UL);
   }
   /// The operator with these parameters; one that was asked for lately, the common case, is found without hashing.
   const Symbol* make_operator(Kind kind, const Parameters& parameters)
