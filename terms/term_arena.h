@@ -7,13 +7,12 @@
 
 namespace lumo {
 
-/// Memory for terms, which all live until the manager ends, one behind the other in chunks of one size: what is
+/// Memory for terms, which live until the arena ends: one behind the other in chunks of one size, so that what is
 /// reserved beyond the terms does not grow with their number.
 class TermArena
 {
  public:
-  /// Memory of that many bytes, aligned as pointers are; both fit: at most as many as a chunk has, a multiple of a
-  /// pointer's size.
+  /// Memory that is aligned as pointers are. size is a multiple of theirs and at most a chunk's.
   [[nodiscard]] void* allocate(std::size_t size)
   {
     if (size > num_left_) [[unlikely]]
