@@ -10,6 +10,7 @@
 #include "terms/exception.h"
 #include "terms/term_manager.h"
 
+/// The calculators, one for each operator.
 namespace lumo::adhoccalculator {
 
 /// Computes values for the free arguments of an eliminated application.

@@ -13,6 +13,7 @@ inline constexpr std::int8_t l_True = 1;
 inline constexpr std::int8_t l_False = -1;
 inline constexpr std::int8_t l_Undef = 0;
 
+/// What solvers say of literals.
 namespace dpll {
 
 /// Literals that are none
@@ -24,6 +25,7 @@ inline constexpr std::int32_t lit_Error = -1;
 /// The theory literal that is none
 inline constexpr std::int64_t tlit_Undef = 0;
 
+/// What solvers say of their heaps.
 class Heap
 {
  public:

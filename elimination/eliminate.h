@@ -9,6 +9,7 @@
 
 namespace lumo {
 
+/// What `eliminate` makes of assertions.
 struct Elimination
 {
   std::vector<const Term*> assertions;  ///< what remains, without those that became true

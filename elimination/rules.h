@@ -28,6 +28,7 @@ enum class NumeralRewrite : std::uint8_t
   kFactor,  ///< an odd factor is as good as none; an even one is odd on the bits that remain of a shift
 };
 
+/// What is done with applications of one operator.
 struct EliminationRule
 {
   Kind kind;

@@ -334,6 +334,7 @@ static const GmpScratchLifetime gmp_scratch_lifetime;
 
 }  // namespace lumo
 
+/// Equal numbers hash alike, whatever their form.
 template <>
 struct std::hash<lumo::QNumber>
 {

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building lumo needs and that are missing.
 #
-#   scripts/setup.sh [run|test|check|bench|fuzz|coverage]...
+#   scripts/setup.sh [run|test|check|bench|fuzz|coverage|docs]...
 #
 # run (the default) is what the library and the program need, test adds the tests, check the tools of a full
-# check, bench the benchmarks, fuzz the fuzz targets, coverage what measures which code the tests reach. Says and
-# does nothing when all packages are there. Needs root or sudo.
+# check, bench the benchmarks, fuzz the fuzz targets, coverage what measures which code the tests reach,
+# docs what makes the reference. Says and does nothing when all packages are there. Needs root or sudo.
 set -euo pipefail
 
 fail()
@@ -20,12 +20,13 @@ add_group()
 {
   case "$1" in
     run) wanted+=(g++ cmake ninja-build libgmp-dev libz3-dev libcli11-dev z3) ;;
-    test) add_group run && wanted+=(libgtest-dev cvc5) ;;
+    test) add_group run && wanted+=(libgtest-dev cvc5 python3) ;;
     check) add_group test && wanted+=(clang clang-format clang-tidy git shellcheck) ;;
     bench) add_group run && wanted+=(python3 libbenchmark-dev libflint-dev libabsl-dev) ;;
     fuzz) add_group run && wanted+=(clang libclang-rt-dev) ;;
-    coverage) add_group test && wanted+=(gcovr python3) ;;
-    *) fail "unknown group '$1'; the groups are run, test, check, bench, fuzz and coverage." ;;
+    coverage) add_group test && wanted+=(gcovr) ;;
+    docs) wanted+=(doxygen python3) ;;
+    *) fail "unknown group '$1'; the groups are run, test, check, bench, fuzz, coverage and docs." ;;
   esac
 }
 

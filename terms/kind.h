@@ -71,6 +71,7 @@ enum class SortRule : std::uint8_t
   kExtend,      ///< (k, w): w -> w + k
 };
 
+/// The facts on one operator.
 struct OperatorInfo
 {
   Kind kind;

@@ -22,6 +22,7 @@
 #include "terms/term_arena.h"
 #include "terms/unique_table.h"
 
+/// The library: numbers, terms, models, calculators and elimination.
 namespace lumo {
 
 /// Owns sorts, symbols and terms over Booleans and bit-vectors, and makes one object for each distinct one,

@@ -7,6 +7,7 @@
 
 namespace lumo {
 
+/// The scope of the functors' base.
 class StdTermSimplifier
 {
  public:
@@ -27,6 +28,7 @@ class StdTermSimplifier
   };
 };
 
+/// The functors that calculators apply.
 namespace termsimpl {
 
 /// The functor of one operator. It folds values; any other application it builds as it stands.

@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Makes the reference of the library's headers, with the README and the pages in docs/: build/docs/html/index.html.
+#
+# Fails if Doxygen warns, if a class or a namespace has no comment, or if a link of a page leads nowhere, in the sources
+# or in what is made of them. Installs what is missing first.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+readonly html=build/docs/html
+export PYTHONDONTWRITEBYTECODE=1
+
+fail()
+{
+  echo "docs.sh: $*" >&2
+  exit 1
+}
+
+scripts/setup.sh docs
+rm -rf "$html"
+mkdir -p "$html"
+
+python3 scripts/check_links.py ./*.md docs/*.md || fail "these links lead nowhere"
+doxygen docs/Doxyfile || fail "Doxygen complains"
+if grep -hoE '"el" href="[^"]*"[^<]*</a></td><td class="desc"></td>' "$html/annotated.html" "$html/namespaces.html" \
+  | sed -E 's/.*>([^<]+)<\/a>.*/\1/' | sort -u | grep .; then
+  fail "these have no comment"
+fi
+# Only in the pages: Doxygen's own links to what it leaves out, such as private classes, are not all right.
+python3 scripts/check_links.py "$html"/index.html "$html"/md_*.html || fail "these links lead nowhere"
+echo "$html/index.html"
