@@ -3,8 +3,8 @@
 
     check_links.py PAGE...
 
-A page is Markdown, or HTML that was made of it, in which no link may have stayed text. Links to other machines are
-not followed.
+A page is Markdown, or HTML that was made of it, in which no link may have stayed text. Links to other
+machines are not followed.
 """
 
 import functools
@@ -13,7 +13,9 @@ import pathlib
 import sys
 import urllib.parse
 
-import markdown_pages
+# No files beside the sources
+sys.dont_write_bytecode = True
+import markdown_pages  # noqa: E402
 
 # Elements whose text is no text of a page
 CODE = ("code", "pre", "script", "style")

@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
-# Makes the reference of the library's headers, with the README and the pages in docs/: build/docs/html/index.html.
+# Makes the reference of the library's headers, with the README and the pages in docs/, as HTML:
+# build/docs/html/index.html.
 #
-# Fails if Doxygen warns, if a class or a namespace has no comment, or if a link of a page leads nowhere, in the sources
-# or in what is made of them. Installs what is missing first.
+# Fails if Doxygen warns, if a class or a namespace has no comment, or if a link of a page leads nowhere, in the
+# sources or in what is made of them. Installs what is missing first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 readonly html=build/docs/html
-export PYTHONDONTWRITEBYTECODE=1
 
 fail()
 {

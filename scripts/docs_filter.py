@@ -3,19 +3,23 @@
 
     docs_filter.py PAGE
 
-Doxygen 1.9 gives headings no anchors of their own, and anchors are names for all pages together: the heading `solve`
-of docs/program.md becomes `program-solve`. Links to files that are no pages lead to the copies beside the pages.
+Doxygen 1.9 gives headings no anchors of their own, and anchors are names for all pages together: the heading
+`solve` of docs/program.md becomes `docs-program-solve`. Links to files that are no pages lead to the copies
+beside the pages.
 """
 
+import os
 import pathlib
 import re
 import sys
 
-import markdown_pages
+# No files beside the sources
+sys.dont_write_bytecode = True
+import markdown_pages  # noqa: E402
 
 
-def label(path, anchor):
-    return f"{pathlib.PurePath(path).stem.lower()}-{anchor}"
+def label(page, anchor):
+    return str(page.with_suffix("")).replace("/", "-").lower() + "-" + anchor
 
 
 def rewrite_link(target, page):
@@ -23,7 +27,8 @@ def rewrite_link(target, page):
     if "://" in target:
         return target
     if anchor:
-        return f"#{label(path or page, anchor)}"
+        linked = pathlib.PurePath(os.path.normpath(page.parent / path)) if path else page
+        return f"#{label(linked, anchor)}"
     return target if path.endswith(".md") else f"./{pathlib.PurePath(path).name}"
 
 
@@ -51,8 +56,8 @@ def rewrite(text, page):
 
 
 def main():
-    page = sys.argv[1]
-    sys.stdout.write(rewrite(pathlib.Path(page).read_text(encoding="utf-8"), page))
+    page = pathlib.Path(os.path.relpath(sys.argv[1]))
+    sys.stdout.write(rewrite(page.read_text(encoding="utf-8"), page))
 
 
 if __name__ == "__main__":

@@ -6,7 +6,7 @@ from dataclasses import dataclass
 LINK = re.compile(r"(?<!\\)\]\(([^()\s]+)\)")
 _FENCE = re.compile(r"\s*```(\S*)\s*$")
 _HEADING = re.compile(r"#{1,6} +(.*?)\s*$")
-_HIDDEN = re.compile(r"<!-- *([a-z ]+?)(?:: *(.*?))? *-->$", re.DOTALL)
+_HIDDEN = re.compile(r"^<!--\s*([a-z ]+?)(?::\s*(.*?))?\s*-->$", re.DOTALL | re.MULTILINE)
 
 
 @dataclass
@@ -82,9 +82,5 @@ def read_blocks(text):
 
 
 def _take_hidden(text):
-    hidden = {}
-    for comment in re.findall(r"<!--.*?-->", text, re.DOTALL):
-        match = _HIDDEN.match(comment)
-        if match:
-            hidden[match.group(1)] = match.group(2) or ""
-    return re.sub(r"<!--.*?-->", "", text, flags=re.DOTALL), hidden
+    matches = _HIDDEN.finditer(text)
+    return _HIDDEN.sub("", text), {match.group(1): match.group(2) or "" for match in matches}
