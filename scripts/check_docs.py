@@ -46,6 +46,8 @@ WARNINGS = ["-Wall", "-Wextra", "-Werror", "-Wno-unused"]
 
 # Commands in `sh` blocks that a test can run in no time, without consequences
 HARMLESS = ("build/demo/cli/lumo", "cat", "cut", "cvc5", "grep", "lumo", "sed", "tail", "z3")
+# Commands that show or load a file, which for one in a build folder must be there
+READERS = ("man", "source")
 # Scripts that .ci/run does not start, and why
 NOT_IN_CI = {
     "scripts/bench.sh": "takes minutes on an idle machine; the step bench starts what it builds",
@@ -179,13 +181,27 @@ def check_build_tool(words):
             raise Fault(f"names the option {match.group(1)}, which no CMakeLists.txt has")
 
 
+def check_built_files(site, words):
+    for word in words[1:]:
+        if word.startswith("build/"):
+            _, preset, path = word.split("/", 2)
+            check_preset(preset)
+            if not (pathlib.Path(site.tools.build) / path).exists():
+                raise Fault(f"names {word}, which the build does not make")
+
+
+def is_started_by_ci(script):
+    text = (ROOT / ".ci/run").read_text(encoding="utf-8")
+    return re.search(rf"{re.escape(script)}(?![\w.])", text) is not None
+
+
 def check_script(words):
     """A script of this repository: what it is called with exists, and something runs it."""
     path, arguments = words[0], words[1:]
     script = ROOT / path
     if not os.access(script, os.X_OK):
         raise Fault(f"there is no program {path}")
-    if path not in (ROOT / ".ci/run").read_text(encoding="utf-8") and path not in NOT_IN_CI:
+    if path not in NOT_IN_CI and not is_started_by_ci(path):
         raise Fault(f"nothing runs {path}; .ci/run does not, and check_docs.py knows no reason why not")
     text = script.read_text(encoding="utf-8")
     for argument in arguments:
@@ -209,6 +225,8 @@ def check_sh(site, block):
             check_script(words)
         elif words[0] in ("cmake", "ctest"):
             check_build_tool(words)
+        elif words[0] in READERS:
+            check_built_files(site, words)
         else:
             raise Fault(f"nothing checks the command {words[0]}")
     return None

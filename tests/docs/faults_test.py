@@ -46,6 +46,8 @@ FAULTY_BLOCKS = [
     (block("sh", "cmake --preset no-preset\n"), 4, "names the preset no-preset"),
     (block("sh", "CXX=g++ cmake --build build/none\n"), 4, "names the preset none"),
     (block("sh", "cmake --preset debug -DLUMO_NONE=ON\n"), 4, "names the option LUMO_NONE"),
+    (block("sh", "source build/none/cli/lumo\n"), 4, "names the preset none"),
+    (block("sh", "source build/debug/cli/none\n"), 4, "names build/debug/cli/none, which the build does not make"),
     (PROGRAM.replace("<<", ">>"), 4, "does not compile"),
     (PROGRAM.replace("; }", "; return 1; }"), 4, "ends with status 1:\none\n"),
     (PROGRAM + block("text", "two\n"), 4, "the program prints\none\nand not\ntwo\n"),
@@ -73,6 +75,7 @@ SOUND_BLOCKS = [
     block("cpp", "mgr.make_true();\n", "<!-- given: lumo::TermManager mgr; -->") +
     block("cpp", "mgr.make_false();\n", "<!-- continues -->") +
     block("cpp", "struct Pair { int a; };\n", "<!-- file scope -->") + block("cpp", "Pair mgr{1};\n"),
+    block("sh", "source build/debug/cli/lumo && CXX=g++ cmake --preset debug\nctest --test-dir build/debug\n"),
     block("smt2", SCRIPT),
     block("smt2", "(assert (not p1))\n(define-fun p1 () Bool false)\n"),
     block("text", "text\n", "<!-- not run: a drawing -->"),
@@ -107,6 +110,11 @@ class Blocks(unittest.TestCase):
         for page in SOUND_BLOCKS:
             with self.subTest(page):
                 self.assertEqual(check_docs.check_page("page.md", page, TOOLS), [])
+
+    def test_scripts_without_a_step_of_the_full_check_are_there(self):
+        for script in check_docs.NOT_IN_CI:
+            self.assertTrue((check_docs.ROOT / script).exists(), script)
+            self.assertFalse(check_docs.is_started_by_ci(script), script)
 
     def test_every_language_has_a_fault_here(self):
         languages = {found.language for page, line, _ in FAULTY_BLOCKS if line is not None
