@@ -8,6 +8,7 @@ Doxygen 1.9 gives headings no anchors of their own, and anchors are names for al
 beside the pages.
 """
 
+import html
 import os
 import pathlib
 import re
@@ -16,6 +17,10 @@ import sys
 # No files beside the sources
 sys.dont_write_bytecode = True
 import markdown_pages  # noqa: E402
+
+
+# A link to an anchor, whose label is taken as it stands
+LABEL = re.compile(r"\[[^\]]*\]\([^()\s]*#[^()\s]*\)")
 
 
 def label(page, anchor):
@@ -32,10 +37,25 @@ def rewrite_link(target, page):
     return target if path.endswith(".md") else f"./{pathlib.PurePath(path).name}"
 
 
-def escape_signs(text):
-    """Number signs and at signs of the text between pieces of code, which Doxygen takes for commands."""
+def escape_code(piece):
+    """The piece of code without what means something else to Doxygen; links are left alone.
+
+    An apostrophe ends what a single backtick began, but not what two did. A backslash, which a bar needs in a
+    table, is text between backticks.
+    """
+    if "\\|" in piece:
+        return f"<code>{html.escape(piece[1:-1], quote=False)}</code>"
+    return f"`{piece}`" if piece.startswith("`") and "'" in piece else piece
+
+
+def escape(text):
+    """The text without what means something else to Doxygen.
+
+    A number sign or an at sign before a word starts a command.
+    """
     pieces = re.split(r"(`[^`]*`|\]\([^)]*\))", text)
     pieces[::2] = [re.sub(r"([#@])(?=\w)", r"\\\1", piece) for piece in pieces[::2]]
+    pieces[1::2] = map(escape_code, pieces[1::2])
     return "".join(pieces)
 
 
@@ -49,8 +69,9 @@ def rewrite(text, page):
             if not line.startswith("# "):
                 line = f"{line} {{#{label(page, anchor)}}}"
         elif not is_code:
+            line = LABEL.sub(lambda link: link.group().replace("`", ""), line)
             line = markdown_pages.LINK.sub(lambda link: f"]({rewrite_link(link.group(1), page)})", line)
-            line = escape_signs(line)
+            line = escape(line)
         lines.append(line + "\n")
     return "".join(lines)
 
