@@ -7,6 +7,9 @@
 
 #include "elimination/term_graph.h"
 
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
+
 namespace lumo {
 
 /// Nested applications of one associative and commutative operator, of which all but the outermost serve no
@@ -46,5 +49,7 @@ class Chains
 };
 
 }  // namespace lumo
+
+#pragma GCC visibility pop
 
 #endif

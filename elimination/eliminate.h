@@ -17,7 +17,7 @@ struct Elimination
 };
 
 /// Replaces unconstrained applications of the asserted Boolean terms by fresh constants, by the rules of
-/// elimination/rules.h. It is one pass: what becomes equal or loses a use only when the rest is put together
+/// docs/elimination.md. It is one pass: what becomes equal or loses a use only when the rest is put together
 /// can stay, so another call now and then finds a little more.
 ///
 /// A constant is free if it occurs once in all of the assertions, terms that are shared counted once, and each

@@ -8,6 +8,9 @@
 #include "elimination/eliminate.h"
 #include "elimination/term_graph.h"
 
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
+
 namespace lumo {
 
 /// One run of `eliminate`.
@@ -84,5 +87,7 @@ class Eliminator
 };
 
 }  // namespace lumo
+
+#pragma GCC visibility pop
 
 #endif

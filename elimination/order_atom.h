@@ -4,6 +4,9 @@
 #include "numbers/qnumber.h"
 #include "terms/kind.h"
 
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
+
 namespace lumo {
 
 /// Whether the operator is one of the four orders: bvult, bvule, bvslt, bvsle.
@@ -21,5 +24,7 @@ struct OrderLimit
 [[nodiscard]] OrderLimit get_order_limit(Kind kind, bool is_left_free, unsigned long w);
 
 }  // namespace lumo
+
+#pragma GCC visibility pop
 
 #endif

@@ -7,6 +7,9 @@
 
 #include "terms/kind.h"
 
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
+
 namespace lumo {
 
 /// Which arguments of an application must be free for a fresh constant to stand for it.
@@ -95,5 +98,7 @@ static_assert(detail::rules_are_complete(),
 }
 
 }  // namespace lumo
+
+#pragma GCC visibility pop
 
 #endif

@@ -9,6 +9,9 @@
 
 #include "terms/term_manager.h"
 
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
+
 namespace lumo {
 
 using NodeIndex = std::uint32_t;
@@ -96,5 +99,7 @@ class TermGraph
 };
 
 }  // namespace lumo
+
+#pragma GCC visibility pop
 
 #endif

@@ -5,6 +5,9 @@
 
 #include "numbers/qnumber.h"
 
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
+
 namespace lumo {
 
 /// The SMT-LIB 2 literal of a bit pattern in [0, 2^width - 1]: hexadecimal if the width is a multiple of
@@ -12,5 +15,7 @@ namespace lumo {
 [[nodiscard]] std::string make_numeral_text(const QNumber& pattern, unsigned long width);
 
 }  // namespace lumo
+
+#pragma GCC visibility pop
 
 #endif
