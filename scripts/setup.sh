@@ -1,11 +1,12 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building lumo needs and that are missing.
 #
-#   scripts/setup.sh [run|test|check|bench|fuzz|coverage|docs]...
+#   scripts/setup.sh [run|test|check|bench|fuzz|coverage|docs|ship]...
 #
 # run (the default) is what the library and the program need, test adds the tests, check the tools of a full
 # check, bench the benchmarks, fuzz the fuzz targets, coverage what measures which code the tests reach,
-# docs what makes the reference. Says and does nothing when all packages are there. Needs root or sudo.
+# docs what makes the reference, ship what makes and tries Debian packages. Says and does nothing when all
+# packages are there. Needs root or sudo.
 set -euo pipefail
 
 fail()
@@ -20,13 +21,14 @@ add_group()
 {
   case "$1" in
     run) wanted+=(g++ cmake ninja-build libgmp-dev libz3-dev libcli11-dev z3) ;;
-    test) add_group run && wanted+=(libgtest-dev cvc5 python3) ;;
+    test) add_group run && wanted+=(libgtest-dev cvc5 python3 make pkgconf) ;;
     check) add_group test && wanted+=(clang clang-format clang-tidy git shellcheck) ;;
     bench) add_group run && wanted+=(python3 libbenchmark-dev libflint-dev libabsl-dev) ;;
     fuzz) add_group run && wanted+=(clang libclang-rt-dev) ;;
     coverage) add_group test && wanted+=(gcovr) ;;
     docs) wanted+=(doxygen python3) ;;
-    *) fail "unknown group '$1'; the groups are run, test, check, bench, fuzz, coverage and docs." ;;
+    ship) add_group run && wanted+=(debootstrap dpkg-dev file make pkgconf) ;;
+    *) fail "unknown group '$1'; the groups are run, test, check, bench, fuzz, coverage, docs and ship." ;;
   esac
 }
 
