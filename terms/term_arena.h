@@ -25,7 +25,7 @@ class TermArena
 
  private:
   /// With what an allocator adds in front of it, four pages
-  static constexpr std::size_t kChunkSize = 4 * 4096 - 2 * sizeof(void*);
+  static constexpr std::size_t kChunkSize = std::size_t{4} * 4096 - 2 * sizeof(void*);
 
   void add_chunk()
   {
