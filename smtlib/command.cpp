@@ -52,19 +52,21 @@ void with_located_failures(const std::string& name, const std::function<void()>&
 
 std::string make_input_name(const std::string& file) { return file == "-" ? "<stdin>" : make_excerpt(file); }
 
-std::string read_input_text(const std::string& file, std::istream& in)
+std::string read_input_text(const std::string& file, std::istream& in, Progress* progress)
 {
+  enter(progress, file == "-" ? Activity::kWaiting : Activity::kReading);
   std::string text;
   with_located_failures(make_input_name(file),
                         [&] { text = file == "-" ? read_stream(in) : read_file(file); });
+  enter(progress, Activity::kReading);
   return text;
 }
 
-std::unique_ptr<Input> read_input(const std::string& file, std::istream& in)
+std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, Progress* progress)
 {
   auto input = std::make_unique<Input>();
   input->name = make_input_name(file);
-  const std::string text = read_input_text(file, in);
+  const std::string text = read_input_text(file, in, progress);
   with_located_failures(input->name, [&] { input->script = read_script(input->mgr, text); });
   return input;
 }

@@ -10,6 +10,7 @@
 
 #include "smtlib/exit_status.h"
 #include "smtlib/input_error.h"
+#include "smtlib/progress.h"
 #include "smtlib/reader.h"
 #include "terms/term_manager.h"
 
@@ -47,7 +48,8 @@ void with_located_failures(const std::string& name, const std::function<void()>&
 /// A file as messages show it.
 [[nodiscard]] std::string make_input_name(const std::string& file);
 /// The text of a file, or of `in` if the file is `-`; one that cannot be read is a CommandFailure.
-[[nodiscard]] std::string read_input_text(const std::string& file, std::istream& in);
+[[nodiscard]] std::string read_input_text(const std::string& file, std::istream& in,
+                                          Progress* progress = nullptr);
 
 /// One script: its terms and what it asserts over them.
 struct Input
@@ -58,7 +60,8 @@ struct Input
 };
 
 /// Reads a script; one that cannot be read is a CommandFailure.
-[[nodiscard]] std::unique_ptr<Input> read_input(const std::string& file, std::istream& in);
+[[nodiscard]] std::unique_ptr<Input> read_input(const std::string& file, std::istream& in,
+                                                Progress* progress = nullptr);
 
 /// Refuses a command that is to read the standard input, `-`, twice.
 void check_one_standard_input(std::initializer_list<std::string> files);

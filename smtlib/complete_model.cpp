@@ -41,14 +41,17 @@ void define_values(ModelStore& model, std::span<const ModelValue> values)
 }
 
 std::vector<ModelValue> complete_model(TermManager& mgr, const Script& script, const Elimination& elimination,
-                                       std::span<const ModelValue> values, Statistics& statistics)
+                                       std::span<const ModelValue> values, Statistics& statistics,
+                                       Progress* progress)
 {
+  enter(progress, Activity::kExtending, mgr.get_num_terms());
   ModelStore model(&mgr);
   {
     const PhaseTimer timer(statistics, Phase::kExtend);
     define_values(model, values);
     extend_model(mgr, elimination.trail, model);
   }
+  enter(progress, Activity::kChecking, mgr.get_num_terms());
   const PhaseTimer timer(statistics, Phase::kCheck);
   check_model(mgr, script, elimination, model);
   std::vector<ModelValue> completed;

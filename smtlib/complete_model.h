@@ -9,6 +9,7 @@
 #include "elimination/eliminate.h"
 #include "model/model_store.h"
 #include "smtlib/answer.h"
+#include "smtlib/progress.h"
 #include "smtlib/reader.h"
 #include "smtlib/statistics.h"
 #include "terms/term_manager.h"
@@ -40,7 +41,7 @@ void define_values(ModelStore& model, std::span<const ModelValue> values);
 [[nodiscard]] std::vector<ModelValue> complete_model(TermManager& mgr, const Script& script,
                                                      const Elimination& elimination,
                                                      std::span<const ModelValue> values,
-                                                     Statistics& statistics);
+                                                     Statistics& statistics, Progress* progress = nullptr);
 
 }  // namespace lumo::smtlib
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "smtlib/answer.h"
+#include "smtlib/progress.h"
 #include "terms/term_manager.h"
 
 namespace lumo::smtlib {
@@ -15,7 +16,8 @@ namespace lumo::smtlib {
 /// a CommandFailure.
 [[nodiscard]] std::vector<ModelValue> read_model_file(TermManager& mgr,
                                                       std::span<const Term* const> constants,
-                                                      const std::string& file, std::istream& in);
+                                                      const std::string& file, std::istream& in,
+                                                      Progress* progress = nullptr);
 
 }  // namespace lumo::smtlib
 

@@ -41,19 +41,22 @@ void print_values(std::ostream& err, const Term* assertion, ModelStore& model,
 
 }  // namespace
 
-int run_check(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
+int run_check(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+              Progress* progress)
 {
   return run_command(err, [&] {
     check_one_standard_input({options.file, options.model});
-    const std::unique_ptr<Input> input = read_input(options.file, in);
+    const std::unique_ptr<Input> input = read_input(options.file, in, progress);
     const std::vector<ModelValue> values =
-        read_model_file(input->mgr, input->script.constants, options.model, in);
+        read_model_file(input->mgr, input->script.constants, options.model, in, progress);
 
+    enter(progress, Activity::kChecking, input->mgr.get_num_terms());
     ModelStore model(&input->mgr);
     define_values(model, values);
     const std::vector<Assertion>& assertions = input->script.assertions;
     const std::size_t violated = find_violated(input->mgr, input->script.get_asserted_terms(), model);
     const bool is_valid = violated == assertions.size();
+    enter(progress, Activity::kPrinting);
     write_output(out, [&](std::ostream& stream) { stream << (is_valid ? "valid\n" : "invalid\n"); });
     if (is_valid) return kAnswered;
 

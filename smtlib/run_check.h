@@ -5,6 +5,7 @@
 #include <string>
 
 #include "smtlib/exit_status.h"
+#include "smtlib/progress.h"
 
 namespace lumo::smtlib {
 
@@ -19,7 +20,8 @@ struct CheckOptions
 /// If every assertion of the script is true under the model, where constants that it leaves out are 0 or false,
 /// `valid` goes to `out`. Else `invalid` does, the first assertion that is false and the values of its constants
 /// go to `err`, and the status is kRefused.
-int run_check(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
+int run_check(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+              Progress* progress = nullptr);
 
 }  // namespace lumo::smtlib
 

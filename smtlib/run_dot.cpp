@@ -9,11 +9,13 @@
 
 namespace lumo::smtlib {
 
-int run_dot(const DotOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
+int run_dot(const DotOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+            Progress* progress)
 {
   return run_command(err, [&] {
-    const std::unique_ptr<Input> input = read_input(options.file, in);
+    const std::unique_ptr<Input> input = read_input(options.file, in, progress);
     const std::vector<const Term*> assertions = input->script.get_asserted_terms();
+    enter(progress, Activity::kEliminating, input->mgr.get_num_terms());
     Elimination elimination;
     with_located_failures(input->name, [&] { elimination = eliminate(input->mgr, assertions); });
 
@@ -22,6 +24,7 @@ int run_dot(const DotOptions& options, std::istream& in, std::ostream& out, std:
       const Term* t = options.is_after ? step.constant : step.original;
       if (t != nullptr) marked.push_back(t);
     }
+    enter(progress, Activity::kPrinting);
     write_output(out, [&](std::ostream& stream) {
       print_dot(stream, options.is_after ? elimination.assertions : assertions, marked);
     });

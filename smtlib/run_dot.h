@@ -5,6 +5,7 @@
 #include <string>
 
 #include "smtlib/exit_status.h"
+#include "smtlib/progress.h"
 
 namespace lumo::smtlib {
 
@@ -16,7 +17,8 @@ struct DotOptions
 
 /// Does `lumo dot` and returns its exit status: prints the term graph before eliminating, in which the
 /// applications that will go are marked, or the one after it, in which the constants that stand for them are.
-int run_dot(const DotOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
+int run_dot(const DotOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+            Progress* progress = nullptr);
 
 }  // namespace lumo::smtlib
 

@@ -30,9 +30,9 @@ std::vector<const Term*> list_constants(const Script& script, const Trail& trail
   return constants;
 }
 
-Trail read_trail_of(Input& input, const std::string& file, std::istream& in)
+Trail read_trail_of(Input& input, const std::string& file, std::istream& in, Progress* progress)
 {
-  const std::string text = read_input_text(file, in);
+  const std::string text = read_input_text(file, in, progress);
   Trail trail;
   with_located_failures(make_input_name(file),
                         [&] { trail = read_trail(input.mgr, input.script.constants, text); });
@@ -40,11 +40,11 @@ Trail read_trail_of(Input& input, const std::string& file, std::istream& in)
 }
 
 std::vector<ModelValue> complete_model_of(Input& input, const Elimination& elimination,
-                                          const std::vector<ModelValue>& values)
+                                          const std::vector<ModelValue>& values, Progress* progress)
 {
   Statistics statistics;
   try {
-    return complete_model(input.mgr, input.script, elimination, values, statistics);
+    return complete_model(input.mgr, input.script, elimination, values, statistics, progress);
   } catch (const CheckFailure& e) {
     const std::string sentence = make_sentence(e) + "; the model or the trail may belong to another script";
     throw CommandFailure(
@@ -55,15 +55,17 @@ std::vector<ModelValue> complete_model_of(Input& input, const Elimination& elimi
 
 }  // namespace
 
-int run_extend(const ExtendOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
+int run_extend(const ExtendOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+               Progress* progress)
 {
   return run_command(err, [&] {
     check_one_standard_input({options.file, options.trail, options.model});
-    const std::unique_ptr<Input> input = read_input(options.file, in);
-    const Trail trail = read_trail_of(*input, options.trail, in);
+    const std::unique_ptr<Input> input = read_input(options.file, in, progress);
+    const Trail trail = read_trail_of(*input, options.trail, in, progress);
     const std::vector<ModelValue> values =
-        read_model_file(input->mgr, list_constants(input->script, trail), options.model, in);
-    const std::vector<ModelValue> model = complete_model_of(*input, {{}, trail}, values);
+        read_model_file(input->mgr, list_constants(input->script, trail), options.model, in, progress);
+    const std::vector<ModelValue> model = complete_model_of(*input, {{}, trail}, values, progress);
+    enter(progress, Activity::kPrinting);
     write_output(out, [&](std::ostream& stream) { print_model(stream, model); });
     return kAnswered;
   });

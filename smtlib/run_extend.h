@@ -5,6 +5,7 @@
 #include <string>
 
 #include "smtlib/exit_status.h"
+#include "smtlib/progress.h"
 
 namespace lumo::smtlib {
 
@@ -18,7 +19,8 @@ struct ExtendOptions
 /// Does `lumo extend` and returns its exit status. One of the files may be `-`, which stands for `in`.
 ///
 /// The model of the script goes to `out` if every assertion is true under it; else the status is kCheckFailed.
-int run_extend(const ExtendOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
+int run_extend(const ExtendOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+               Progress* progress = nullptr);
 
 }  // namespace lumo::smtlib
 

@@ -55,13 +55,14 @@ bool solve_inputs(std::vector<std::unique_ptr<Input>>& inputs, std::ostream& out
 
 }  // namespace
 
-int run_invert(const std::vector<std::string>& files, std::istream& in, std::ostream& out, std::ostream& err)
+int run_invert(const std::vector<std::string>& files, std::istream& in, std::ostream& out, std::ostream& err,
+               Progress* progress)
 {
   std::vector<std::unique_ptr<Input>> inputs;
   int status = kAllSolved;
   for (const std::string& file : files) {
     status = std::max(status, run_command(err, [&] {
-                        inputs.push_back(read_input(file, in));
+                        inputs.push_back(read_input(file, in, progress));
                         return kAllSolved;
                       }));
   }
@@ -69,6 +70,7 @@ int run_invert(const std::vector<std::string>& files, std::istream& in, std::ost
 
   return run_command(err, [&] {
     bool is_solved = true;
+    enter(progress, Activity::kPrinting);
     write_output(out, [&](std::ostream& stream) { is_solved = solve_inputs(inputs, stream, err); });
     return is_solved ? kAllSolved : kSomeRefused;
   });

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "smtlib/exit_status.h"
+#include "smtlib/progress.h"
 
 namespace lumo::smtlib {
 
@@ -19,7 +20,8 @@ inline constexpr int kSomeRefused = kRefused;
 /// to `err`, one line each, and makes the status kSomeRefused. If a file cannot be read, every one that
 /// cannot is named on `err`, nothing at all goes to `out`, and the status is kFailed; so it is if writing
 /// fails. The file name `-` stands for `in`.
-int run_invert(const std::vector<std::string>& files, std::istream& in, std::ostream& out, std::ostream& err);
+int run_invert(const std::vector<std::string>& files, std::istream& in, std::ostream& out, std::ostream& err,
+               Progress* progress = nullptr);
 
 }  // namespace lumo::smtlib
 

@@ -57,16 +57,20 @@ void check_options(const SimplifyOptions& options)
 
 }  // namespace
 
-int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
+int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+                 Progress* progress)
 {
   return run_command(err, [&] {
     check_options(options);
-    const std::unique_ptr<Input> input = read_input(options.file, in);
+    const std::unique_ptr<Input> input = read_input(options.file, in, progress);
+    enter(progress, Activity::kEliminating, input->mgr.get_num_terms());
     Elimination elimination;
     with_located_failures(input->name,
                           [&] { elimination = eliminate(input->mgr, input->script.get_asserted_terms()); });
     const std::vector<const Term*>& rest = elimination.assertions;
 
+    const bool prints = options.rest == "-" || options.trail == "-";
+    enter(progress, prints ? Activity::kPrinting : Activity::kWriting);
     std::optional<OutputFile> rest_file;
     std::optional<OutputFile> trail_file;
     open_output(rest_file, options.rest);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "smtlib/exit_status.h"
+#include "smtlib/progress.h"
 
 namespace lumo::smtlib {
 
@@ -20,7 +21,8 @@ struct SimplifyOptions
 ///
 /// Either both outputs are written or the status is kFailed. Files that were there before stay as they were
 /// until both are complete.
-int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
+int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+                 Progress* progress = nullptr);
 
 }  // namespace lumo::smtlib
 

@@ -21,12 +21,12 @@ void check_options(const SolveOptions& options)
   }
 }
 
-Solution solve_input(Input& input, const SolveMethod& method, Statistics& statistics)
+Solution solve_input(Input& input, const SolveMethod& method, Statistics& statistics, Progress* progress)
 {
   Solution solution;
   with_located_failures(input.name, [&] {
     try {
-      solution = solve_script(input.mgr, input.script, method, statistics);
+      solution = solve_script(input.mgr, input.script, method, statistics, progress);
     } catch (const CheckFailure& e) {
       const std::string sentence = make_sentence(e) + ", so there is no answer";
       throw CommandFailure(
@@ -73,7 +73,8 @@ void print_text(std::ostream& out, const SolveOptions& options, const Solution& 
 
 }  // namespace
 
-int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
+int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+              Progress* progress)
 {
   return run_command(err, [&] {
     check_options(options);
@@ -81,10 +82,11 @@ int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, 
     std::unique_ptr<Input> input;
     {
       const PhaseTimer timer(statistics, Phase::kRead);
-      input = read_input(options.file, in);
+      input = read_input(options.file, in, progress);
     }
-    const Solution solution = solve_input(*input, options.method, statistics);
+    const Solution solution = solve_input(*input, options.method, statistics, progress);
 
+    enter(progress, Activity::kPrinting);
     write_output(out, [&](std::ostream& stream) {
       if (options.wants_json) {
         print_json(stream, options, solution, statistics);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "smtlib/exit_status.h"
+#include "smtlib/progress.h"
 #include "smtlib/solve.h"
 
 namespace lumo::smtlib {
@@ -23,7 +24,8 @@ struct SolveOptions
 /// The answer goes to `out` on a line of its own, then the model if it is sat and a model is wanted;
 /// statistics go to `err`. As JSON, one object with all of them goes to `out`. A model that does not pass the
 /// check makes the status kCheckFailed, and nothing goes to `out`.
-int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
+int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+              Progress* progress = nullptr);
 
 }  // namespace lumo::smtlib
 

@@ -39,16 +39,18 @@ Solution solve_rest(TermManager& mgr, const std::vector<const Term*>& rest, cons
 }  // namespace
 
 Solution solve_script(TermManager& mgr, const Script& script, const SolveMethod& method,
-                      Statistics& statistics)
+                      Statistics& statistics, Progress* progress)
 {
+  enter(progress, Activity::kEliminating, mgr.get_num_terms());
   const Elimination elimination = eliminate_if_wanted(mgr, script, method, statistics);
   statistics.before = measure_graph(script.get_asserted_terms());
   statistics.after = measure_graph(elimination.assertions);
   statistics.count_steps(elimination.trail);
 
+  enter(progress, Activity::kSolving, statistics.after.terms);
   Solution solution = solve_rest(mgr, elimination.assertions, method, statistics);
   if (solution.answer == Answer::kSat) {
-    solution.model = complete_model(mgr, script, elimination, solution.model, statistics);
+    solution.model = complete_model(mgr, script, elimination, solution.model, statistics, progress);
   }
   return solution;
 }

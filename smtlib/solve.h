@@ -5,6 +5,7 @@
 #include <string>
 
 #include "smtlib/answer.h"
+#include "smtlib/progress.h"
 #include "smtlib/reader.h"
 #include "smtlib/statistics.h"
 #include "terms/term_manager.h"
@@ -26,7 +27,7 @@ struct SolveMethod
 /// A model that does not pass the check is a CheckFailure, a solver that fails a SolverError. The statistics
 /// get everything but the time that it took to read.
 [[nodiscard]] Solution solve_script(TermManager& mgr, const Script& script, const SolveMethod& method,
-                                    Statistics& statistics);
+                                    Statistics& statistics, Progress* progress = nullptr);
 
 }  // namespace lumo::smtlib
 

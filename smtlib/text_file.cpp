@@ -5,6 +5,8 @@
 #include <iterator>
 #include <system_error>
 
+#include "smtlib/input_error.h"
+#include "smtlib/nearest.h"
 #include "terms/exception.h"
 
 namespace lumo::smtlib {
@@ -14,6 +16,14 @@ namespace {
 [[noreturn]] void refuse_unreadable(int reason)
 {
   throw Exception("this cannot be read: " + std::generic_category().message(reason));
+}
+
+[[noreturn]] void refuse_unopened(const std::string& name, int reason)
+{
+  const std::string nearest = reason == ENOENT ? find_nearest_file(name) : "";
+  if (nearest.empty()) refuse_unreadable(reason);
+  throw Exception("this cannot be read: " + std::generic_category().message(reason) + "; perhaps " +
+                  make_excerpt(nearest) + " was meant");
 }
 
 }  // namespace
@@ -34,7 +44,7 @@ std::string read_file(const std::string& name)
 {
   errno = 0;
   std::ifstream file(name, std::ios::binary);
-  if (!file) refuse_unreadable(errno);
+  if (!file) refuse_unopened(name, errno);
   return read_stream(file);
 }
 

@@ -6,7 +6,8 @@
 
 namespace lumo::smtlib {
 
-/// The whole content of a file. One that cannot be read is an `Exception` that says why, without the name.
+/// The whole content of a file. One that cannot be read is an `Exception` that says why, without the
+/// name, and what file may have been meant by that of one that is not there.
 [[nodiscard]] std::string read_file(const std::string& name);
 /// Everything that the stream still holds.
 [[nodiscard]] std::string read_stream(std::istream& in);

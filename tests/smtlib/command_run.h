@@ -21,7 +21,7 @@ template <class Command, class Options>
   std::istringstream in(standard_input);
   std::ostringstream out;
   std::ostringstream err;
-  const int status = command(options, in, out, err);
+  const int status = command(options, in, out, err, nullptr);
   return {status, out.str(), err.str()};
 }
 

@@ -1,0 +1,120 @@
+#include "smtlib/nearest.h"
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/support/temporary_folder.h"
+
+namespace lumo::test {
+namespace {
+
+struct MistakesRow
+{
+  std::string_view first;
+  std::string_view second;
+  std::size_t count;
+};
+
+constexpr MistakesRow kMistakesRows[] = {
+    {"", "", 0},           {"", "abc", 3},      {"abc", "abc", 0},   {"abc", "ab", 1},
+    {"abc", "bc", 1},      {"abc", "abxc", 1},  {"abc", "axc", 1},   {"abc", "bac", 1},
+    {"ab", "ba", 1},       {"abcd", "badc", 2}, {"abc", "cba", 2},   {"kitten", "sitting", 3},
+    {"modle", "model", 1}, {"ca", "abc", 3},    {"aaaa", "bbbb", 4},
+};
+
+TEST(Nearest, CountsMistakesInBothDirections)
+{
+  for (const MistakesRow& row : kMistakesRows) {
+    SCOPED_TRACE(std::string(row.first) + " and " + std::string(row.second));
+    EXPECT_EQ(smtlib::count_mistakes(row.first, row.second), row.count);
+    EXPECT_EQ(smtlib::count_mistakes(row.second, row.first), row.count);
+  }
+}
+
+TEST(Nearest, TakesLongWordsForDifferent)
+{
+  const std::string word(1000, 'a');
+  EXPECT_EQ(smtlib::count_mistakes(word, word), 0U);
+  EXPECT_GT(smtlib::count_mistakes(word, word + "a"), 3U);
+}
+
+struct WordRow
+{
+  std::string_view typed;
+  std::string_view nearest;
+};
+
+constexpr WordRow kWordRows[] = {
+    {"solv", "solve"},
+    {"slove", "solve"},
+    {"SOLVE", "solve"},
+    {"simplfiy", "simplify"},
+    {"simpilfyy", "simplify"},
+    {"si", "simplify"},
+    {"s", ""},
+    {"", ""},
+    {"dt", ""},
+    {"dto", "dot"},
+    {"solxx", ""},
+    {"elimination", ""},
+    {"solvent", "solve"},
+    {"stimplificay", ""},
+};
+
+TEST(Nearest, WordHasFewMistakesForItsLength)
+{
+  const std::vector<std::string> words = {"solve", "simplify", "dot", "dog"};
+  for (const WordRow& row : kWordRows) {
+    SCOPED_TRACE(row.typed);
+    EXPECT_EQ(smtlib::find_nearest(row.typed, words), row.nearest);
+  }
+  EXPECT_EQ(smtlib::find_nearest("solve", {}), "");
+}
+
+constexpr WordRow kFileRows[] = {
+    {"folder/frist.smt2", "folder/first.smt2"},
+    {"folder/first", "folder/first.smt2"},
+    {"folder/first.smt", "folder/first.smt2"},
+    {"folder/first.txt", ""},
+    {"fodler/fist.smt2", "folder/first.smt2"},
+    {"./folder/../fodler/fist.smt2", "./folder/../folder/first.smt2"},
+    {"first.smt2", ""},         // which is in another folder
+    {"folder/inner.smt2", ""},  // a folder
+    {"folder/x.smt2", ""},      // all of its stem would be wrong
+    {"folder/b.smt", "folder/b.smt2"},
+    {"folder/secodn", "folder/second"},
+    {"folder/secon.smt2", "folder/second"},
+    {"nowhere/first.smt2", ""},
+    {"fold/first.smt2", "folder/first.smt2"},
+    {"folder/", ""},
+    {"", ""},
+};
+
+TEST(Nearest, FileIsFoundThroughWrongFolders)
+{
+  const TemporaryFolder folder;
+  std::filesystem::create_directories(folder.get_path() / "folder/inner");
+  for (const std::string name : {"folder/first.smt2", "folder/second", "folder/b.smt2"})
+    folder.write(name, "");
+  for (const WordRow& row : kFileRows) {
+    SCOPED_TRACE(row.typed);
+    const std::string typed = folder.get_file(std::string(row.typed));
+    EXPECT_EQ(smtlib::find_nearest_file(typed),
+              row.nearest.empty() ? "" : folder.get_file(std::string(row.nearest)));
+  }
+}
+
+TEST(Nearest, FileOfTwoIsTheFirstInTheAlphabet)
+{
+  const TemporaryFolder folder;
+  for (const std::string name : {"a3.smt2", "a1.smt2", "a2.smt2"})
+    folder.write("problem " + name, "");
+  EXPECT_EQ(smtlib::find_nearest_file(folder.get_file("problem a.smt2")), folder.get_file("problem a1.smt2"));
+}
+
+}  // namespace
+}  // namespace lumo::test
