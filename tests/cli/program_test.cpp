@@ -59,13 +59,12 @@ TEST(Program, AnswersWithStatusAndTexts)
        "check-sat were expected\n"},
       {{"invert", "none.smt2"}, 2, "", "none.smt2: this cannot be read: No such file or directory\n"},
       {{"invert", "."}, 2, "", ".: this cannot be read: Is a directory\n"},
-      {{}, 2, "", "lumo: A subcommand is required; see lumo --help\n"},
-      {{"invert"}, 2, "", "lumo: FILE is required; see lumo --help\n"},
-      {{"revert"}, 2, "", "lumo: A subcommand is required; see lumo --help\n"},
-      {{"invert", "--colour", "good.smt2"},
+      {{}, 2, "", "lumo: a command is required; see lumo --help\n"},
+      {{"invert"}, 2, "", "lumo: FILE is required; see lumo invert --help\n"},
+      {{"dot", "good.smt2", "half.smt2"},
        2,
        "",
-       "lumo: The following argument was not expected: --colour; see lumo --help\n"},
+       "lumo: The following argument was not expected: half.smt2; see lumo dot --help\n"},
       {{"--version"}, 0, "lumo " LUMO_VERSION "\n", ""},
   };
   for (const ProgramRow& row : rows) {

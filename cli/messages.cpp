@@ -1,0 +1,101 @@
+#include "cli/messages.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "cli/options.h"
+#include "smtlib/input_error.h"
+#include "smtlib/nearest.h"
+
+namespace lumo::cli {
+
+namespace {
+
+using smtlib::make_excerpt;
+
+bool looks_like_option(const std::string& word) { return word.size() > 1 && word.front() == '-'; }
+
+bool looks_like_file(const std::string& word)
+{
+  std::error_code ignored;
+  return std::filesystem::is_regular_file(word, ignored) || word == "-" || word.ends_with(".smt2");
+}
+
+/// A sentence as the program prints it. The command may have none.
+std::string make_line(const std::string& sentence, const std::string& meant, const std::string& command)
+{
+  const std::string suggestion = meant.empty() ? "" : "; perhaps " + make_excerpt(meant) + " was meant";
+  return "lumo: " + sentence + suggestion + "; see lumo " + command + (command.empty() ? "" : " ") + "--help";
+}
+
+std::string explain_command(const CLI::App& app, const std::string& word)
+{
+  std::vector<std::string> names;
+  for (const CLI::App* command : list_commands(app))
+    names.push_back(command->get_name());
+  const std::string meant = looks_like_file(word) ? "lumo solve " + word : smtlib::find_nearest(word, names);
+  return make_line(make_excerpt(word) + " is not a command", meant, "");
+}
+
+/// The long option that is nearest, dashes aside: `-model` lacks one.
+std::string find_nearest_option(const CLI::App& app, const std::string& name)
+{
+  std::vector<std::string> words;
+  for (const CLI::Option* option : list_options(app))
+    words.insert(words.end(), option->get_lnames().begin(), option->get_lnames().end());
+  const std::size_t start = name.find_first_not_of('-');
+  if (start == std::string::npos) return {};
+  const std::string word = smtlib::find_nearest(name.substr(start), words);
+  return word.empty() ? word : "--" + word;
+}
+
+std::string explain_option(const CLI::App& app, const std::string& word)
+{
+  const std::string name = word.substr(0, word.find('='));
+  const std::string command = app.get_parent() == nullptr ? "" : app.get_name();
+  return make_line(make_excerpt(name) + " is not an option of " + (command.empty() ? "lumo itself" : command),
+                   find_nearest_option(app, name), command);
+}
+
+/// The options that nobody knows are what most likely went wrong, even if CLI11 found something else first, as
+/// that a file is missing.
+const CLI::App* find_app_with_unknown_option(const CLI::App& app, std::string& option)
+{
+  std::vector<const CLI::App*> apps = list_commands(app);
+  apps.insert(apps.begin(), &app);
+  for (const CLI::App* candidate : apps) {
+    const std::vector<std::string> words = candidate->remaining();
+    const auto found = std::find_if(words.begin(), words.end(), looks_like_option);
+    if (found == words.end()) continue;
+    option = *found;
+    return candidate;
+  }
+  return nullptr;
+}
+
+std::string find_given_command(const CLI::App& app)
+{
+  for (const CLI::App* command : list_commands(app)) {
+    if (command->parsed()) return command->get_name();
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string explain(const CLI::App& app, const CLI::ParseError& error)
+{
+  const std::string command = find_given_command(app);
+  const std::vector<std::string> words = app.remaining();
+  if (command.empty() && !words.empty() && !looks_like_option(words.front()))
+    return explain_command(app, words.front());
+  std::string option;
+  if (const CLI::App* owner = find_app_with_unknown_option(app, option))
+    return explain_option(*owner, option);
+  if (command.empty()) return make_line("a command is required", "", "");
+  return make_line(error.what(), "", command);
+}
+
+}  // namespace lumo::cli

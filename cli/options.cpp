@@ -1,0 +1,195 @@
+#include "cli/options.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace lumo::cli {
+
+namespace {
+
+struct ValueName
+{
+  std::string_view name;
+  ValueKind kind;
+};
+
+constexpr std::array<ValueName, 6> kValueNames = {{
+    {"FILE", ValueKind::kScript},
+    {"REST", ValueKind::kFile},
+    {"TRAIL", ValueKind::kFile},
+    {"MODEL", ValueKind::kFile},
+    {"COMMAND", ValueKind::kCommand},
+    {"SECONDS", ValueKind::kNumber},
+}};
+
+void add_script(CLI::App* command, std::string& file)
+{
+  command->add_option("FILE", file, "SMT-LIB 2 script; - is the standard input")->type_name("")->required();
+}
+
+std::string make_footer()
+{
+  std::string footer = "Exit status:";
+  for (const ExitStatus& status : kExitStatuses)
+    footer += "\n  " + std::to_string(status.status) + "  " + std::string(status.meaning);
+  return footer;
+}
+
+}  // namespace
+
+Options::Options()
+    : app_(
+          "Eliminates unconstrained terms from SMT-LIB 2 scripts over Booleans and bit-vectors, and makes "
+          "models\n"
+          "of the scripts from models of what is left.",
+          "lumo")
+{
+  app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app_.get_formatter()->label("REQUIRED", "(required)");
+  app_.get_formatter()->label("Positionals", "Arguments");
+  app_.set_version_flag("--version", "lumo " LUMO_VERSION, "Print the version and exit");
+  app_.set_help_flag("-h,--help", "Print this help and exit");
+  app_.require_subcommand(1);
+  app_.footer(make_footer());
+  add_solve();
+  add_simplify();
+  add_extend();
+  add_check();
+  add_dot();
+  add_invert();
+}
+
+Command Options::get_command() const
+{
+  for (const auto& [app, command] : commands_) {
+    if (app->parsed()) return command;
+  }
+  throw std::logic_error("no command was given");  // GCOVR_EXCL_LINE: without one, parsing fails
+}
+
+CLI::App* Options::add_command(Command command, const std::string& name, const std::string& description)
+{
+  CLI::App* app = app_.add_subcommand(name, description)->group("Commands");
+  commands_.emplace_back(app, command);
+  return app;
+}
+
+void Options::add_solve()
+{
+  smtlib::SolveOptions& solve = values_.solve;
+  CLI::App* command = add_command(
+      Command::kSolve, "solve", "Eliminate, let a solver answer the rest, and print sat, unsat or unknown.");
+  add_script(command, solve.file);
+  command->add_flag("--model", solve.wants_model, "Print a checked model of all declared constants, too");
+  command
+      ->add_option("--solver", solve.method.solver_command,
+                   "A command that reads SMT-LIB 2 and answers; else it is Z3 within lumo")
+      ->type_name("COMMAND");
+  command->add_option("--timeout", solve.method.seconds, "Give up when the solver has taken so long")
+      ->type_name("SECONDS");
+  command->add_flag_callback(
+      "--no-elimination", [this] { values_.solve.method.eliminates = false; },
+      "Give the solver all of the script");
+  command->add_flag("--stats", solve.wants_statistics,
+                    "Print sizes, eliminated applications and times to standard error");
+  command->add_flag("--json", solve.wants_json, "Print answer, model and statistics as one JSON object");
+}
+
+void Options::add_simplify()
+{
+  smtlib::SimplifyOptions& simplify = values_.simplify;
+  CLI::App* command = add_command(Command::kSimplify, "simplify",
+                                  "Eliminate, and print what is left as a script for any solver.");
+  add_script(command, simplify.file);
+  command->add_option("-o,--output", simplify.rest, "The file for what is left; else it is standard output")
+      ->type_name("REST");
+  command->add_option("--trail", simplify.trail, "The file for what extend needs to know")
+      ->type_name("TRAIL");
+}
+
+void Options::add_extend()
+{
+  smtlib::ExtendOptions& extend = values_.extend;
+  CLI::App* command = add_command(
+      Command::kExtend, "extend",
+      "Make a model of the script from a solver's model of what simplify left of it, and check it.");
+  add_script(command, extend.file);
+  command->add_option("--trail", extend.trail, "What simplify wrote for this")
+      ->type_name("TRAIL")
+      ->required();
+  command->add_option("--model", extend.model, "What the solver answered")->type_name("MODEL")->required();
+}
+
+void Options::add_check()
+{
+  smtlib::CheckOptions& check = values_.check;
+  CLI::App* command = add_command(Command::kCheck, "check",
+                                  "Say whether every assertion of the script is true under a model.");
+  add_script(command, check.file);
+  command->add_option("--model", check.model, "The model, as solvers print it")
+      ->type_name("MODEL")
+      ->required();
+}
+
+void Options::add_dot()
+{
+  smtlib::DotOptions& dot = values_.dot;
+  CLI::App* command = add_command(
+      Command::kDot, "dot", "Print the term graph for Graphviz, with the applications marked that will go.");
+  add_script(command, dot.file);
+  command->add_flag("--after", dot.is_after, "Show what is left, with what stands for the others marked");
+}
+
+void Options::add_invert()
+{
+  CLI::App* command = add_command(
+      Command::kInvert, "invert",
+      "Print definitions of constants that satisfy each assertion of the FILEs. An assertion (= t v)\n"
+      "asks for values of t's arguments that make t equal to the literal v, (not t) for values that\n"
+      "make t false, any other application t for values that make it true.");
+  command->add_option("FILE", values_.invert_files, "SMT-LIB 2 files; - is the standard input")
+      ->type_name("")
+      ->required();
+}
+
+// -----------------------------------------------------------------------------------------------------------
+
+std::vector<const CLI::App*> list_commands(const CLI::App& app)
+{
+  return app.get_subcommands([](const CLI::App*) { return true; });
+}
+
+std::vector<const CLI::Option*> list_options(const CLI::App& app)
+{
+  std::vector<const CLI::Option*> options =
+      app.get_options([](const CLI::Option* option) { return option->nonpositional(); });
+  std::stable_partition(options.begin(), options.end(),
+                        [&](const CLI::Option* option) { return option == app.get_help_ptr(); });
+  return options;
+}
+
+std::vector<const CLI::Option*> list_arguments(const CLI::App& app)
+{
+  return app.get_options([](const CLI::Option* option) { return option->get_positional(); });
+}
+
+std::vector<std::string> list_names(const CLI::Option& option)
+{
+  std::vector<std::string> names;
+  for (const std::string& name : option.get_snames())
+    names.push_back("-" + name);
+  for (const std::string& name : option.get_lnames())
+    names.push_back("--" + name);
+  return names;
+}
+
+ValueKind get_value_kind(const CLI::Option& option)
+{
+  const std::string name = option.get_positional() ? option.get_name(true) : option.get_type_name();
+  for (const ValueName& row : kValueNames) {
+    if (row.name == name) return row.kind;
+  }
+  throw std::logic_error("nothing is known of the value " + name);  // GCOVR_EXCL_LINE
+}
+
+}  // namespace lumo::cli

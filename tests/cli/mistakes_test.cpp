@@ -1,0 +1,119 @@
+// What the program says of commands, options and files that were typed wrong.
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/cli/run_lumo.h"
+
+namespace lumo::test {
+namespace {
+
+struct MistakeRow
+{
+  std::vector<std::string> args;
+  std::string err;
+};
+
+void expect_messages(const std::vector<MistakeRow>& rows, const TemporaryFolder& folder)
+{
+  for (const MistakeRow& row : rows) {
+    SCOPED_TRACE(testing::PrintToString(row.args));
+    const Outcome outcome = run_lumo(row.args, folder.get_path());
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, row.err + "\n");
+  }
+}
+
+TEST(Mistakes, InCommandsGetTheNearest)
+{
+  const TemporaryFolder folder;
+  folder.write("problem", "");
+  const std::string help = "; see lumo --help";
+  expect_messages(
+      {
+          {{"solv", "problem"}, "lumo: solv is not a command; perhaps solve was meant" + help},
+          {{"sovle", "problem"}, "lumo: sovle is not a command; perhaps solve was meant" + help},
+          {{"Check", "problem"}, "lumo: Check is not a command; perhaps check was meant" + help},
+          {{"simp"}, "lumo: simp is not a command; perhaps simplify was meant" + help},
+          {{"revert", "problem"}, "lumo: revert is not a command; perhaps invert was meant" + help},
+          {{"dance"}, "lumo: dance is not a command" + help},
+          {{""}, "lumo:  is not a command" + help},
+          {{"a\nb"}, "lumo: a?b is not a command" + help},
+          {{"solv", "--modle"}, "lumo: solv is not a command; perhaps solve was meant" + help},
+      },
+      folder);
+}
+
+TEST(Mistakes, ThatLeaveTheCommandOutGetSolve)
+{
+  const TemporaryFolder folder;
+  folder.write("problem", "");
+  const std::string help = " was meant; see lumo --help";
+  expect_messages(
+      {
+          {{"problem"}, "lumo: problem is not a command; perhaps lumo solve problem" + help},
+          {{"problem", "--model"}, "lumo: problem is not a command; perhaps lumo solve problem" + help},
+          {{"none.smt2"}, "lumo: none.smt2 is not a command; perhaps lumo solve none.smt2" + help},
+          {{"-"}, "lumo: - is not a command; perhaps lumo solve -" + help},
+      },
+      folder);
+}
+
+TEST(Mistakes, InOptionsGetTheNearestOfTheCommand)
+{
+  const TemporaryFolder folder;
+  folder.write("problem", "");
+  expect_messages(
+      {
+          {{"solve", "--modle", "problem"},
+           "lumo: --modle is not an option of solve; perhaps --model was meant; see lumo solve --help"},
+          {{"solve", "problem", "--time=3"},
+           "lumo: --time is not an option of solve; perhaps --timeout was meant; see lumo solve --help"},
+          {{"solve", "--modle"},
+           "lumo: --modle is not an option of solve; perhaps --model was meant; see lumo solve --help"},
+          {{"solve", "problem", "-model"},
+           "lumo: -model is not an option of solve; perhaps --model was meant; see lumo solve --help"},
+          {{"simplify", "problem", "--ouput", "rest"},
+           "lumo: --ouput is not an option of simplify; perhaps --output was meant; see lumo simplify "
+           "--help"},
+          {{"extend", "problem", "--trial", "trail"},
+           "lumo: --trial is not an option of extend; perhaps --trail was meant; see lumo extend --help"},
+          {{"dot", "problem", "--trail", "trail"},
+           "lumo: --trail is not an option of dot; see lumo dot --help"},
+          {{"invert", "problem", "-x"}, "lumo: -x is not an option of invert; see lumo invert --help"},
+          {{"--versoin"},
+           "lumo: --versoin is not an option of lumo itself; perhaps --version was meant; see lumo --help"},
+          {{"--model", "solve", "problem"}, "lumo: --model is not an option of lumo itself; see lumo --help"},
+          {{"---"}, "lumo: --- is not an option of lumo itself; see lumo --help"},
+      },
+      folder);
+}
+
+TEST(Mistakes, InFilesGetTheNearestThatIsThere)
+{
+  const TemporaryFolder folder;
+  std::filesystem::create_directories(folder.get_path() / "examples/solve");
+  folder.write("examples/solve/problem.smt2", "");
+  folder.write("model.txt", "()");
+  const std::string missing = ": this cannot be read: No such file or directory";
+  const std::string path = "examples/solve/problem.smt2";
+  expect_messages(
+      {
+          {{"solve", "exmples/sovle/porblem.smt2"},
+           "exmples/sovle/porblem.smt2" + missing + "; perhaps " + path + " was meant"},
+          {{"simplify", "./examples/solve/problem"},
+           "./examples/solve/problem" + missing + "; perhaps ./" + path + " was meant"},
+          {{"check", path, "--model", "modl.txt"}, "modl.txt" + missing + "; perhaps model.txt was meant"},
+          {{"dot", "examples/solve/other.smt2"}, "examples/solve/other.smt2" + missing},
+          {{"invert", "nowhere/problem.smt2", "model.text"},
+           "nowhere/problem.smt2" + missing + "\nmodel.text" + missing + "; perhaps model.txt was meant"},
+      },
+      folder);
+}
+
+}  // namespace
+}  // namespace lumo::test
