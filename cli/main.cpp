@@ -13,12 +13,14 @@
 
 #include "cli/messages.h"
 #include "cli/options.h"
+#include "cli/progress_line.h"
 #include "smtlib/run_invert.h"
 
 namespace {
 
 using lumo::cli::Command;
 using lumo::cli::Options;
+using lumo::cli::ProgressLine;
 using lumo::smtlib::kFailed;
 
 /// Prints a text that was asked for.
@@ -37,19 +39,22 @@ int print(const std::string& text)
 int run_command(const Options& options)
 {
   const lumo::cli::Values& values = options.get_values();
+  ProgressLine line;
+  lumo::cli::LineStopper stopper(line, std::cerr);
+  std::ostream err(&stopper);
   switch (options.get_command()) {
     case Command::kSolve:
-      return lumo::smtlib::run_solve(values.solve, std::cin, std::cout, std::cerr);
+      return lumo::smtlib::run_solve(values.solve, std::cin, std::cout, err, &line);
     case Command::kSimplify:
-      return lumo::smtlib::run_simplify(values.simplify, std::cin, std::cout, std::cerr);
+      return lumo::smtlib::run_simplify(values.simplify, std::cin, std::cout, err, &line);
     case Command::kExtend:
-      return lumo::smtlib::run_extend(values.extend, std::cin, std::cout, std::cerr);
+      return lumo::smtlib::run_extend(values.extend, std::cin, std::cout, err, &line);
     case Command::kCheck:
-      return lumo::smtlib::run_check(values.check, std::cin, std::cout, std::cerr);
+      return lumo::smtlib::run_check(values.check, std::cin, std::cout, err, &line);
     case Command::kDot:
-      return lumo::smtlib::run_dot(values.dot, std::cin, std::cout, std::cerr);
+      return lumo::smtlib::run_dot(values.dot, std::cin, std::cout, err, &line);
     case Command::kInvert:
-      return lumo::smtlib::run_invert(values.invert_files, std::cin, std::cout, std::cerr);
+      return lumo::smtlib::run_invert(values.invert_files, std::cin, std::cout, err, &line);
   }
   return kFailed;  // GCOVR_EXCL_LINE: that was all of them
 }
@@ -89,6 +94,7 @@ bool is_done = false;
 void explain_early_exit()
 {
   if (is_done) return;
+  ProgressLine::stop_current();
   std::cerr << "lumo: there is not enough memory\n" << std::flush;
   _exit(kFailed);
 }
