@@ -73,6 +73,15 @@ class TestProgram:
     sources: list
     needs_support: bool
 
+    def split(self):
+        """One program for each source of tests, if there are several; the other sources are in all of them."""
+        tests = [source for source in self.sources if source.endswith("_test.cpp")]
+        if len(tests) < 2:
+            return []
+        others = [source for source in self.sources if source not in tests]
+        return [TestProgram(f"{self.name}-{Path(test).stem}", [*others, test], self.needs_support)
+                for test in tests]
+
 
 def read_test_programs(folder):
     """What tests/FOLDER/CMakeLists.txt declares."""
@@ -127,10 +136,11 @@ def write_ninja(build, options):
     add_archive("support", [f"tests/{source}" for source in read_support_sources()])
     for folder, libraries in FOLDERS.items():
         programs = read_test_programs(folder)
-        for program in programs:
-            archives = (["support"] if program.needs_support else []) + libraries[::-1]
+        for whole in programs:
+            archives = (["support"] if whole.needs_support else []) + libraries[::-1]
             linked = " ".join(f"{name}.a" for name in archives)
-            lines.append(f"build {program.name}: link {compile_all(program.sources)} {linked}")
+            for program in [whole, *whole.split()]:
+                lines.append(f"build {program.name}: link {compile_all(program.sources)} {linked}")
         lines.append(f"build {folder}: phony " + " ".join(program.name for program in programs))
     build.mkdir(parents=True, exist_ok=True)
     write_if_changed(build / "build.ninja", "\n".join(lines) + "\n")
@@ -169,6 +179,7 @@ class Worker:
         self.copy = OUT / f"worker-{number}"
         self.builds = builds
         self.timing = {}  # (build, program): (names of slow tests, time limit)
+        self.parts = {}  # folder: the names of its programs split up, those that noticed most lately first
         self.mutated = None
 
     def prepare(self, folders):
@@ -205,20 +216,40 @@ class Worker:
                     slow = [f"{suite['name']}.{test['name']}"
                             for suite in json.loads(report.read_text())["testsuites"]
                             for test in suite["testsuite"] if float(test["time"].rstrip("s")) > SLOW_TEST]
-                    self.timing[build, program.name] = (slow, 20 + 10 * (time.monotonic() - begin))
+                    limit = 20 + 10 * (time.monotonic() - begin)
+                    for timed in [program, *program.split()]:
+                        self.timing[build, timed.name] = (slow, limit)
 
     def attempt(self, mutant):
         """(status, the test that noticed, or the builds in which none did) of a mutant."""
-        folder = mutant.path.split("/")[0]
         self.put(mutant)
         for build in self.builds:
-            for program in read_test_programs(folder):  # the smallest first, for which the least is built
-                if not self.build(build, program.name):
+            for program in self.order_programs(mutant):
+                if not self.build(build, program):
                     return "not compiling", ""
-                status, note = self.test(build, program.name)
+                status, note = self.test(build, program)
                 if status != "survived":
+                    self.prefer(mutant, program)
                     return status, note
         return "survived", " ".join(self.builds)
+
+    def order_programs(self, mutant):
+        """The smallest first, for which the least is built. Most tests include a mutated header, so it is first
+        tried on programs with one source of tests each."""
+        folder = mutant.path.split("/")[0]
+        programs = read_test_programs(folder)
+        whole = [program.name for program in programs]
+        if not mutant.path.endswith(".h"):
+            return whole
+        if folder not in self.parts:
+            self.parts[folder] = [part.name for program in programs for part in program.split() or [program]]
+        return [*self.parts[folder], *(name for name in whole if name not in self.parts[folder])]
+
+    def prefer(self, mutant, program):
+        parts = self.parts.get(mutant.path.split("/")[0], [])
+        if program in parts:
+            parts.remove(program)
+            parts.insert(0, program)
 
     def put(self, mutant):
         if self.mutated and self.mutated != mutant.path:
