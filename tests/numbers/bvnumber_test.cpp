@@ -125,13 +125,14 @@ TEST(BVNumberPattern, ConcatenationMultipliesAndAdds)
 {
   for_each_pattern([](unsigned long w, const QNumber& q, const Integer& z) {
     for (const unsigned long low_width : kPatternWidths) {
-      const Integer low = Integer::power(low_width, -1);
-      Integer expected(z);
-      mpz_mul_2exp(expected, expected, low_width);
-      mpz_add(expected, expected, low);
-      for_each_form(low, [&](const QNumber& l) {
-        EXPECT_TRUE(is_shortest(BVNumber::concatenate(q, l, low_width), expected)) << w << " " << low_width;
-      });
+      for (const Integer& low : {Integer(1), Integer::power(low_width, -1)}) {
+        Integer expected(z);
+        mpz_mul_2exp(expected, expected, low_width);
+        mpz_add(expected, expected, low);
+        for_each_form(low, [&](const QNumber& l) {
+          EXPECT_TRUE(is_shortest(BVNumber::concatenate(q, l, low_width), expected)) << w << " " << low_width;
+        });
+      }
     }
   });
 }
