@@ -141,7 +141,8 @@ def write_ninja(build, options):
             linked = " ".join(f"{name}.a" for name in archives)
             for program in [whole, *whole.split()]:
                 lines.append(f"build {program.name}: link {compile_all(program.sources)} {linked}")
-        lines.append(f"build {folder}: phony " + " ".join(program.name for program in programs))
+        parts = [part for program in programs for part in program.split()]
+        lines.append(f"build {folder}: phony " + " ".join(program.name for program in [*programs, *parts]))
     build.mkdir(parents=True, exist_ok=True)
     write_if_changed(build / "build.ninja", "\n".join(lines) + "\n")
     write_if_changed(build / "prefix.h", "#include <functional>\n#include <string>\n#include <vector>\n"
