@@ -18,7 +18,7 @@ std::string make_count_text(std::size_t count)
   std::string text = std::to_string(count);
   for (std::size_t place = text.size(); place > 3;) {
     place -= 3;
-    text.insert(place, ",");
+    text.insert(place, 1, ',');
   }
   return text;
 }
