@@ -26,8 +26,8 @@ fi
 
 echo "Testing"
 status=0
-ctest --test-dir "$build" --no-tests=error --output-on-failure --parallel "$(nproc)" > "$test_log" 2>&1 \
-  || status=$?
+ctest --test-dir "$build" --no-tests=error --no-label-summary --output-on-failure --parallel "$(nproc)" \
+  > "$test_log" 2>&1 || status=$?
 if [ "$status" -ne 0 ]; then
   # What failed, without the lines on what passed
   sed -E '/^ *Start +[0-9]+:/d; / Test +#[0-9]+: .* Passed /d; /^[0-9]+% tests passed/,$d' "$test_log" \
