@@ -75,27 +75,71 @@ const CLI::App* find_app_with_unknown_option(const CLI::App& app, std::string& o
   return nullptr;
 }
 
-std::string find_given_command(const CLI::App& app)
+const CLI::App* find_given_command(const CLI::App& app)
 {
   for (const CLI::App* command : list_commands(app)) {
-    if (command->parsed()) return command->get_name();
+    if (command->parsed()) return command;
   }
-  return {};
+  return nullptr;
+}
+
+/// The option that got what is no number. Only options whose value is one can be the cause.
+const CLI::Option* find_wrong_number(const CLI::App& command)
+{
+  for (const CLI::Option* option : list_options(command)) {
+    if (option->count() > 0 && takes_value(*option) && get_value_kind(*option) == ValueKind::kNumber)
+      return option;
+  }
+  return nullptr;
+}
+
+/// The option with which CLI11's sentence begins, flags without their dashes: the exception itself does not
+/// tell.
+const CLI::Option* find_first_word(const CLI::App& command, const std::string& sentence)
+{
+  const std::string word = sentence.substr(0, sentence.find_first_of(": "));
+  const CLI::Option* option = command.get_option_no_throw(word);
+  return option != nullptr ? option : command.get_option_no_throw("--" + word);
+}
+
+std::string describe_mismatch(const CLI::Option& option)
+{
+  const std::string name = option.get_name();
+  if (!takes_value(option)) return name + " takes no value";
+  if (option.count() > 1) return name + " is given more than once";
+  return name + " needs a value, " + option.get_type_name();
+}
+
+/// What is wrong, in CLI11's own words if it is none of the usual mistakes.
+std::string describe(const CLI::App& command, const CLI::ParseError& error)
+{
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr && !command.remaining().empty())
+    return make_excerpt(command.remaining().front()) + " is one argument too many";
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+    if (const CLI::Option* option = find_first_word(command, error.what())) return describe_mismatch(*option);
+  }
+  if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) {
+    if (const CLI::Option* option = find_wrong_number(command)) {
+      return option->get_name() + " is given " + make_excerpt(option->results().front()) +
+             ", but a number was expected";
+    }
+  }
+  return error.what();
 }
 
 }  // namespace
 
 std::string explain(const CLI::App& app, const CLI::ParseError& error)
 {
-  const std::string command = find_given_command(app);
+  const CLI::App* command = find_given_command(app);
   const std::vector<std::string> words = app.remaining();
-  if (command.empty() && !words.empty() && !looks_like_option(words.front()))
+  if (command == nullptr && !words.empty() && !looks_like_option(words.front()))
     return explain_command(app, words.front());
   std::string option;
   if (const CLI::App* owner = find_app_with_unknown_option(app, option))
     return explain_option(*owner, option);
-  if (command.empty()) return make_line("a command is required", "", "");
-  return make_line(error.what(), "", command);
+  if (command == nullptr) return make_line("a command is required", "", "");
+  return make_line(describe(*command, error), "", command->get_name());
 }
 
 }  // namespace lumo::cli

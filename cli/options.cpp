@@ -50,6 +50,8 @@ Options::Options()
   app_.set_version_flag("--version", "lumo " LUMO_VERSION, "Print the version and exit");
   app_.set_help_flag("-h,--help", "Print this help and exit");
   app_.require_subcommand(1);
+  // Passed on to the commands; without it, --model=FILE would be something about a truth value.
+  app_.option_defaults()->disable_flag_override();
   app_.footer(make_footer());
   add_solve();
   add_simplify();

@@ -87,7 +87,7 @@ TEST(Commands, AnswerWithStatusAndTexts)
           {{"solve", "script", "--timeout", "soon"},
            2,
            "",
-           "lumo: Could not convert: --timeout = soon; see lumo solve --help\n"},
+           "lumo: --timeout is given soon, but a number was expected; see lumo solve --help\n"},
           {{"solve", "script", "--timeout", "0"},
            2,
            "",

@@ -93,6 +93,35 @@ TEST(Mistakes, InOptionsGetTheNearestOfTheCommand)
       folder);
 }
 
+TEST(Mistakes, InValuesAreNamed)
+{
+  const TemporaryFolder folder;
+  folder.write("problem", "");
+  const std::string help = "; see lumo solve --help";
+  const std::string simplify_help = "; see lumo simplify --help";
+  expect_messages(
+      {
+          {{"solve", "problem", "--timeout"}, "lumo: --timeout needs a value, SECONDS" + help},
+          {{"solve", "problem", "--timeout="}, "lumo: --timeout needs a value, SECONDS" + help},
+          {{"solve", "problem", "--solver"}, "lumo: --solver needs a value, COMMAND" + help},
+          {{"simplify", "problem", "-o"}, "lumo: --output needs a value, REST" + simplify_help},
+          {{"simplify", "problem", "-o", "a", "-o"}, "lumo: --output needs a value, REST" + simplify_help},
+          {{"simplify", "problem", "-o", "a", "-o", "b"},
+           "lumo: --output is given more than once" + simplify_help},
+          {{"solve", "problem", "--timeout", "1", "--timeout", "2"},
+           "lumo: --timeout is given more than once" + help},
+          {{"solve", "problem", "--timeout", "3s"},
+           "lumo: --timeout is given 3s, but a number was expected" + help},
+          {{"solve", "problem", "--timeout", "a\nb"},
+           "lumo: --timeout is given a?b, but a number was expected" + help},
+          {{"solve", "problem", "--model=file"}, "lumo: --model takes no value" + help},
+          {{"solve", "problem", "--json=false"}, "lumo: --json takes no value" + help},
+          {{"dot", "problem", "--after=2"}, "lumo: --after takes no value; see lumo dot --help"},
+          {{"solve", "problem", "--model", "file"}, "lumo: file is one argument too many" + help},
+      },
+      folder);
+}
+
 TEST(Mistakes, InFilesGetTheNearestThatIsThere)
 {
   const TemporaryFolder folder;

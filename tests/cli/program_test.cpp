@@ -64,7 +64,7 @@ TEST(Program, AnswersWithStatusAndTexts)
       {{"dot", "good.smt2", "half.smt2"},
        2,
        "",
-       "lumo: The following argument was not expected: half.smt2; see lumo dot --help\n"},
+       "lumo: half.smt2 is one argument too many; see lumo dot --help\n"},
       {{"--version"}, 0, "lumo " LUMO_VERSION "\n", ""},
   };
   for (const ProgramRow& row : rows) {
