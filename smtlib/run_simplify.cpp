@@ -47,8 +47,19 @@ bool is_one_file(const std::string& first, const std::string& second)
          std::filesystem::weakly_canonical(second, ignored);
 }
 
+/// Written over the script, neither output would be of use: `extend` needs the script, too.
+void check_is_not_the_script(const std::string& output, const SimplifyOptions& options)
+{
+  if (output != "-" && is_one_file(output, options.file)) {
+    throw CommandFailure("lumo: " + make_excerpt(output) +
+                         " would be written over, but it is the script that is read");
+  }
+}
+
 void check_options(const SimplifyOptions& options)
 {
+  check_is_not_the_script(options.rest, options);
+  if (options.trail) check_is_not_the_script(*options.trail, options);
   if (options.trail && is_one_file(options.rest, *options.trail)) {
     throw CommandFailure("lumo: the rest and the trail would both go to " + make_excerpt(*options.trail) +
                          ", but two files were expected");

@@ -121,6 +121,24 @@ TEST(RunSimplify, RefusesOneNameForBothFiles)
   EXPECT_EQ(simplify({"-", "/dev/null", "/dev/null"}).status, smtlib::kAnswered);
 }
 
+TEST(RunSimplify, DoesNotWriteOverTheScript)
+{
+  const TemporaryFolder folder;
+  const std::string script = folder.write("script", kSimplifyScript);
+  const std::string same_file = folder.get_path().string() + "/./script";
+  for (const SimplifyOptions& options :
+       {SimplifyOptions{script, script, {}}, SimplifyOptions{same_file, script, {}},
+        SimplifyOptions{script, "-", script}, SimplifyOptions{script, folder.get_file("rest"), script}})
+  {
+    const CommandRun run = simplify(options);
+    EXPECT_EQ(run.status, smtlib::kFailed);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "lumo: " + script + " would be written over, but it is the script that is read\n");
+    EXPECT_EQ(folder.read("script"), kSimplifyScript);
+    EXPECT_EQ(folder.count_files(), 1U);
+  }
+}
+
 TEST(RunSimplify, WritesNothingForABadScript)
 {
   const TemporaryFolder folder;
