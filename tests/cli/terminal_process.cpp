@@ -26,7 +26,7 @@ TerminalProcess::TerminalProcess(const std::string& program, const std::vector<s
   size.ws_row = 24;
   size.ws_col = terminal.num_columns;
   child_ = forkpty(&terminal_, nullptr, nullptr, &size);
-  if (child_ < 0) throw std::runtime_error("no terminal can be made");
+  if (child_ < 0) throw std::runtime_error("no terminal can be made; perhaps /dev/pts is not mounted");
   if (child_ == 0) {
     if (chdir(folder.c_str()) != 0 || setenv("TERM", terminal.name.c_str(), 1) != 0) _exit(126);
     if (!output_file.empty()) {
