@@ -4,6 +4,10 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
+if [ $# -ne 0 ]; then
+  echo "demo.sh: it takes no arguments" >&2
+  exit 1
+fi
 example=examples/solve/checksum.smt2
 build=build/demo
 log=build/demo-build.log

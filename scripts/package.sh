@@ -13,6 +13,7 @@ readonly log=build/package-build.log
 
 scripts/setup.sh ship
 mkdir -p build
+echo "Building"
 rm -f "$build"/*.deb
 if ! {
   cmake --preset release -B "$build" -DCMAKE_INSTALL_PREFIX=/usr -DBUILD_SHARED_LIBS=OFF -DLUMO_INSTALL=ON \

@@ -7,6 +7,10 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
+if [[ $# -gt 1 || ${1:-} == -* ]]; then
+  sed -nE '/^#   /s/^#   //p' "${BASH_SOURCE[0]}" >&2
+  exit 1
+fi
 preset=${1:-debug}
 build=build/$preset
 build_log=build/$preset-build.log
