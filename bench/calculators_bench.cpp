@@ -11,6 +11,7 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/calculator_cases.h"
+#include "bench/jobs.h"
 #include "bench/number_peers.h"
 #include "calculators/calculator_table.h"
 #include "calculators/helpers.h"
@@ -130,7 +131,9 @@ void run_find(benchmark::State& state)
   }
 }
 
-void register_all()
+}  // namespace
+
+void bench::add_all_jobs()
 {
   for (const CalculatorCase& c : bench::get_calculator_cases()) {
     for (const unsigned long w : {8UL, 32UL, 64UL, 256UL}) {
@@ -154,15 +157,4 @@ void register_all()
   benchmark::RegisterBenchmark("find/10000/absl", run_find);
 }
 
-}  // namespace
 }  // namespace lumo
-
-int main(int argc, char** argv)
-{
-  lumo::register_all();
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}

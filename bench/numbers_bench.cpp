@@ -14,6 +14,7 @@
 #include <benchmark/benchmark.h>
 #include <gmp.h>
 
+#include "bench/jobs.h"
 #include "bench/number_peers.h"
 
 namespace lumo::bench {
@@ -251,6 +252,8 @@ void add_rational_jobs(const OperandClass& kind)
   add_arithmetic<GmpRational>(kind, "gmp");
 }
 
+}  // namespace
+
 void add_all_jobs()
 {
   add_integer_jobs<true>(kSmallInteger);
@@ -263,15 +266,4 @@ void add_all_jobs()
     add_rational_jobs(kind);
 }
 
-}  // namespace
 }  // namespace lumo::bench
-
-int main(int argc, char** argv)
-{
-  lumo::bench::add_all_jobs();
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}

@@ -22,6 +22,7 @@
 #include <z3.h>
 
 #include "bench/heap_meter.h"
+#include "bench/jobs.h"
 #include "smtlib/z3_session.h"
 #include "terms/term_manager.h"
 
@@ -231,6 +232,8 @@ benchmark::internal::Benchmark* add_job(const char* operation, std::size_t n, co
   return benchmark::RegisterBenchmark(name.c_str(), [n, run](benchmark::State& state) { run(state, n); });
 }
 
+}  // namespace
+
 void add_all_jobs()
 {
   using benchmark::State;
@@ -248,15 +251,4 @@ void add_all_jobs()
   }
 }
 
-}  // namespace
 }  // namespace lumo::bench
-
-int main(int argc, char** argv)
-{
-  lumo::bench::add_all_jobs();
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  benchmark::RunSpecifiedBenchmarks();
-  benchmark::Shutdown();
-  return 0;
-}
