@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "numbers/bvnumber.h"
+#include "lumo/numbers/bvnumber.h"
 
 namespace lumo::bench {
 

@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::bench {
 

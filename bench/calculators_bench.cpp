@@ -13,9 +13,9 @@
 #include "bench/calculator_cases.h"
 #include "bench/jobs.h"
 #include "bench/number_peers.h"
-#include "calculators/calculator_table.h"
-#include "calculators/helpers.h"
-#include "terms/fold.h"
+#include "lumo/calculators/calculator_table.h"
+#include "lumo/calculators/helpers.h"
+#include "lumo/terms/fold.h"
 
 namespace lumo {
 namespace {

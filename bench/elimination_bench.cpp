@@ -30,12 +30,12 @@
 #include "bench/heap_meter.h"
 #include "bench/processor_time.h"
 #include "bench/shapes.h"
-#include "elimination/eliminate.h"
-#include "elimination/extend.h"
-#include "smtlib/reader.h"
-#include "smtlib/script_printer.h"
-#include "smtlib/z3_builder.h"
-#include "smtlib/z3_session.h"
+#include "lumo/elimination/eliminate.h"
+#include "lumo/elimination/extend.h"
+#include "lumo/smtlib/script_printer.h"
+#include "lumo/smtlib/script_reader.h"
+#include "lumo/solvers/z3_builder.h"
+#include "lumo/solvers/z3_session.h"
 
 namespace lumo::bench {
 namespace {
@@ -137,8 +137,8 @@ double run_z3(const Shape& shape, std::size_t n, unsigned limit)
 {
   TermManager mgr;
   const Formula formula = shape.make(mgr, n);
-  const smtlib::Z3Session z3;
-  smtlib::Z3Builder builder(mgr, z3);
+  const solvers::Z3Session z3;
+  solvers::Z3Builder builder(mgr, z3);
   std::vector<Z3_ast> assertions;
   for (const Term* t : formula.assertions)
     assertions.push_back(builder.build(t));

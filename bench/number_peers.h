@@ -7,7 +7,7 @@
 #include <flint/fmpz.h>
 #include <gmp.h>
 
-#include "numbers/qnumber.h"
+#include "lumo/numbers/qnumber.h"
 
 namespace lumo::bench {
 

@@ -23,13 +23,13 @@
 #include "bench/heap_meter.h"
 #include "bench/processor_time.h"
 #include "bench/shapes.h"
-#include "calculators/calculator_table.h"
-#include "elimination/eliminate.h"
-#include "elimination/extend.h"
-#include "numbers/bvnumber.h"
-#include "smtlib/reader.h"
-#include "smtlib/script_printer.h"
-#include "terms/fold.h"
+#include "lumo/calculators/calculator_table.h"
+#include "lumo/elimination/eliminate.h"
+#include "lumo/elimination/extend.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/smtlib/script_printer.h"
+#include "lumo/smtlib/script_reader.h"
+#include "lumo/terms/fold.h"
 
 namespace lumo::bench {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::bench {
 

@@ -23,8 +23,8 @@
 
 #include "bench/heap_meter.h"
 #include "bench/jobs.h"
-#include "smtlib/z3_session.h"
-#include "terms/term_manager.h"
+#include "lumo/solvers/z3_session.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::bench {
 namespace {
@@ -132,7 +132,7 @@ struct Z3Numerals
   /// What nobody refers to, Z3 forgets.
   void keep(unsigned long value) const { Z3_inc_ref(z3, make(value)); }
 
-  smtlib::Z3Session z3;
+  solvers::Z3Session z3;
   Z3_sort sort;
 };
 

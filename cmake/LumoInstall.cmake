@@ -3,10 +3,9 @@ include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/lumo")
-set(header_dir "${CMAKE_INSTALL_INCLUDEDIR}/lumo")
 
 install(TARGETS lumo EXPORT lumoTargets COMPONENT Development
-  FILE_SET HEADERS DESTINATION "${header_dir}" COMPONENT Development)
+  FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT Development)
 install(EXPORT lumoTargets NAMESPACE lumo:: DESTINATION "${package_dir}" COMPONENT Development)
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/lumoConfig.cmake.in"
   "${PROJECT_BINARY_DIR}/lumoConfig.cmake" INSTALL_DESTINATION "${package_dir}")
@@ -26,7 +25,7 @@ if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
   set(pc_prefix "\${pcfiledir}/${to_prefix}")
 endif()
 cmake_path(APPEND pc_libdir "\${prefix}" "${CMAKE_INSTALL_LIBDIR}")
-cmake_path(APPEND pc_includedir "\${prefix}" "${header_dir}")
+cmake_path(APPEND pc_includedir "\${prefix}" "${CMAKE_INSTALL_INCLUDEDIR}")
 configure_file("${PROJECT_SOURCE_DIR}/cmake/lumo.pc.in" "${PROJECT_BINARY_DIR}/lumo.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/lumo.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT Development)

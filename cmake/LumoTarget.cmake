@@ -11,3 +11,14 @@ function(lumo_target_defaults target)
     target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
   endif()
 endfunction()
+
+# What the libraries that others may link have besides.
+function(lumo_library_defaults target)
+  lumo_target_defaults(${target})
+  set_target_properties(${target} PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    POSITION_INDEPENDENT_CODE ON)
+  target_compile_features(${target} PUBLIC cxx_std_20)
+  lumo_limit_exports(${target})
+endfunction()

@@ -4,7 +4,7 @@
 #include <array>
 #include <fuzzer/FuzzedDataProvider.h>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 #include "tests/support/make_operator.h"
 
 namespace lumo::fuzz {

@@ -11,13 +11,13 @@
 #include <typeinfo>
 #include <vector>
 
-#include "calculators/calculator_table.h"
 #include "fuzz/draw_integer.h"
 #include "fuzz/draw_symbol.h"
 #include "fuzz/target.h"
-#include "model/model_store.h"
-#include "numbers/bvnumber.h"
-#include "terms/fold.h"
+#include "lumo/calculators/calculator_table.h"
+#include "lumo/model/model_store.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/terms/fold.h"
 #include "tests/calculators/enumeration.h"
 #include "tests/calculators/reference.h"
 #include "tests/calculators/soundness.h"

@@ -7,13 +7,13 @@
 #include <vector>
 
 #include "fuzz/target.h"
-#include "smtlib/model_text.h"
-#include "terms/exception.h"
+#include "lumo/smtlib/model_reader.h"
+#include "lumo/terms/exception.h"
 
 namespace lumo::fuzz {
 namespace {
 
-bool is_same(const smtlib::ModelValue& lhs, const smtlib::ModelValue& rhs)
+bool is_same(const ModelValue& lhs, const ModelValue& rhs)
 {
   return lhs.constant == rhs.constant && lhs.value == rhs.value;
 }
@@ -29,7 +29,7 @@ void run_input(const std::uint8_t* data, std::size_t size)
       mgr.make_constant("z", mgr.make_bv_type(1)),    mgr.make_constant("", mgr.make_bv_type(3)),
       mgr.make_constant("a b", mgr.make_bv_type(65)), mgr.make_constant("let", mgr.make_bool_type()),
   };
-  std::vector<smtlib::ModelValue> model;
+  std::vector<ModelValue> model;
   try {
     model = smtlib::read_model(mgr, constants, {reinterpret_cast<const char*>(data), size});
   } catch (const Exception&) {
@@ -37,7 +37,7 @@ void run_input(const std::uint8_t* data, std::size_t size)
   }
   std::ostringstream out;
   smtlib::print_model(out, model);
-  const std::vector<smtlib::ModelValue> again = smtlib::read_model(mgr, constants, out.str());
+  const std::vector<ModelValue> again = smtlib::read_model(mgr, constants, out.str());
   check(std::equal(model.begin(), model.end(), again.begin(), again.end(), is_same),
         [&] { return "not read again:\n" + out.str(); });
 }

@@ -9,9 +9,9 @@
 
 #include "fuzz/draw_integer.h"
 #include "fuzz/target.h"
-#include "numbers/bvnumber.h"
-#include "numbers/gcd.h"
-#include "numbers/qnumber.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/numbers/gcd.h"
+#include "lumo/numbers/qnumber.h"
 #include "tests/numbers/form_model.h"
 #include "tests/numbers/number_forms.h"
 #include "tests/support/gmp_number.h"

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "fuzz/target.h"
-#include "smtlib/reader.h"
-#include "smtlib/script_printer.h"
-#include "terms/exception.h"
+#include "lumo/smtlib/script_printer.h"
+#include "lumo/smtlib/script_reader.h"
+#include "lumo/terms/exception.h"
 
 namespace lumo::fuzz {
 namespace {

@@ -7,9 +7,9 @@
 #include <z3++.h>
 
 #include "fuzz/target.h"
-#include "smtlib/solve.h"
-#include "tests/smtlib/term_text.h"
+#include "lumo/commands/solve_script.h"
 #include "tests/support/random_formula.h"
+#include "tests/support/term_text.h"
 #include "tests/support/z3_terms.h"
 
 namespace lumo::fuzz {
@@ -40,22 +40,22 @@ class Run
     smtlib::Script script{formula_.constants, {}};
     for (const Term* t : formula_.assertions)
       script.assertions.push_back({t, {}});
-    smtlib::SolveMethod method;
+    commands::SolveMethod method;
     method.seconds = kMilliseconds / 1000.0;
-    smtlib::Statistics statistics;
-    const smtlib::Solution solution = smtlib::solve_script(mgr_, script, method, statistics);
-    if (solution.answer == smtlib::Answer::kSat) check_model(solution.model);
-    if (solution.answer == smtlib::Answer::kUnsat) check_unsat();
+    commands::Statistics statistics;
+    const solvers::Solution solution = commands::solve_script(mgr_, script, method, statistics);
+    if (solution.answer == solvers::Answer::kSat) check_model(solution.model);
+    if (solution.answer == solvers::Answer::kUnsat) check_unsat();
   }
 
  private:
   /// A sat needs no second opinion: a model under which everything is true is one.
-  void check_model(const std::vector<smtlib::ModelValue>& model)
+  void check_model(const std::vector<ModelValue>& model)
   {
     z3::context& z3 = get_context();
     test::Z3Terms terms(mgr_, z3);
     z3::model values(z3);
-    for (const smtlib::ModelValue& value : model) {
+    for (const ModelValue& value : model) {
       z3::func_decl declaration = terms.make(value.constant).decl();
       z3::expr number = terms.make(value.value);
       values.add_const_interp(declaration, number);

@@ -6,11 +6,11 @@
 #include <string_view>
 #include <vector>
 
-#include "elimination/extend.h"
 #include "fuzz/target.h"
-#include "model/model_store.h"
-#include "smtlib/trail_text.h"
-#include "terms/exception.h"
+#include "lumo/elimination/extend.h"
+#include "lumo/model/model_store.h"
+#include "lumo/smtlib/trail_printer.h"
+#include "lumo/terms/exception.h"
 
 namespace lumo::fuzz {
 namespace {

@@ -39,13 +39,13 @@ import markdown_pages  # noqa: E402
 
 ROOT = pathlib.Path.cwd()
 # Not for users, though a header
-PRIVATE_HEADERS = ("calculators/helpers.h",)
+PRIVATE_HEADERS = ("lumo/calculators/helpers.h",)
 STANDARD_HEADERS = ("array", "iostream", "string", "utility", "vector")
 ASSIGNMENT = re.compile(r"\w+=")
 WARNINGS = ["-Wall", "-Wextra", "-Werror", "-Wno-unused"]
 
 # Commands in `sh` blocks that a test can run in no time, without consequences
-HARMLESS = ("build/demo/cli/lumo", "cat", "cut", "cvc5", "grep", "lumo", "sed", "tail", "z3")
+HARMLESS = ("build/demo/bin/lumo", "cat", "cut", "cvc5", "grep", "lumo", "sed", "tail", "z3")
 # Commands that show or load a file, which for one in a build folder must be there
 READERS = ("man", "source")
 # Scripts that .ci/run does not start, and why
@@ -69,7 +69,7 @@ class Site:
         self.tools = tools
         (self.folder / "examples").symlink_to(ROOT / "examples")
         # The README calls the program by the path at which the demo builds it.
-        programs = self.folder / "build/demo/cli"
+        programs = self.folder / "build/demo/bin"
         programs.mkdir(parents=True)
         (programs / "lumo").symlink_to(pathlib.Path(tools.lumo).resolve())
         self.environment = dict(os.environ, PATH=f"{programs}:{os.environ['PATH']}")
@@ -255,7 +255,7 @@ def check_program(site, block):
 def write_snippets(page, snippets):
     """A source with a function for each block, after includes of all public headers."""
     headers = [path.relative_to(ROOT) for folder in ("numbers", "terms", "model", "calculators", "elimination")
-               for path in sorted((ROOT / folder).glob("*.h"))]
+               for path in sorted((ROOT / "lumo" / folder).glob("*.h"))]
     lines = [f"#include <{header}>" for header in STANDARD_HEADERS]
     lines += [f'#include "{header}"' for header in headers if str(header) not in PRIVATE_HEADERS]
     bodies = []

@@ -7,8 +7,8 @@
 # below it each of its files in which something was not reached, with the numbers of the lines. Ends with the closing
 # lines of the test run. It fails if a test does, or if a folder misses its limit:
 #
-#   numbers/, calculators/   all lines, and all branches
-#   the others               95 % of the lines
+#   lumo/numbers/, lumo/calculators/   all lines, and all branches
+#   the others                         95 % of the lines
 #
 # Three kinds of branches do not count: those that only an exception of a called function takes, those of assertions,
 # and those on a line that says GCOVR_EXCL_BR_LINE, with the reason why no test can take them. Installs what is missing
@@ -18,8 +18,8 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-readonly full=(numbers calculators)
-readonly others=(terms model elimination smtlib cli)
+readonly full=(lumo/numbers lumo/calculators)
+readonly others=(lumo/{terms,model,elimination,smtlib,solvers,commands,cli})
 readonly build=build/coverage
 readonly test_output=build/coverage-run.log
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Prints as a table what a run of programs with g++'s counters reached, and fails if a folder misses its limit.
 
-    coverage_table.py build/coverage --full numbers calculators --most terms model
+    coverage_table.py build/coverage --full lumo/numbers lumo/calculators --most lumo/terms
 
 A folder of --full must have all of its lines and branches reached, one of --most a share of its lines. The table has
 a row for each folder, and below it each of its files in which something was not reached: the numbers of the lines,
@@ -102,7 +102,7 @@ def count_files(build, folders):
     notes = sorted(str(note) for note in pathlib.Path(build).rglob("*.gcno"))
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
         for name, lines in (file for found in pool.map(read_gcov, notes) for file in found):
-            if name.split("/")[0] not in folders:
+            if name.rpartition("/")[0] not in folders:
                 continue
             for number, count, taken in lines:
                 totals[name][number] += count

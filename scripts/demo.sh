@@ -30,7 +30,7 @@ echo "\$ cat $example"
 cat "$example"
 echo
 echo "\$ lumo solve $example --model --stats"
-output=$("$build/cli/lumo" solve "$example" --model --stats)
+output=$("$build/bin/lumo" solve "$example" --model --stats)
 echo "$output"
 
 # The example's assertions under definitions of its constants: the lines of the model between its parentheses

@@ -14,7 +14,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 folder=${1:-$root/tests/data}
 seconds=${2:-20}
 
-lumo=${LUMO:-$root/build/release/cli/lumo}
+lumo=${LUMO:-$root/build/release/bin/lumo}
 if [ ! -x "$lumo" ]; then
   echo "judge.sh: there is no program $lumo; build it with: cmake --preset release && cmake --build --preset release" >&2
   exit 2

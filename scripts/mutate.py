@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Mutation testing: finds mistakes in numbers/ and calculators/ that no test would notice.
+"""Mutation testing: finds mistakes in lumo/numbers/ and lumo/calculators/ that no test would notice.
 
   scripts/mutate.py [--list] [--sample N [--seed S]] [--jobs N] [--sanitize] [PATH...]
 
@@ -8,7 +8,7 @@ programs of the same folder and runs them. If they pass, the mutant has survived
 means the same. Mutants of the second kind stand in scripts/mutate_equivalent.txt, each with the reason. With
 --sanitize, the survivors are tried once more with the sanitizers of the preset `asan`.
 
-PATH is a source or a folder of sources, numbers/ and calculators/ if none is given. With --sample, only N mutants,
+PATH is a source or a folder of sources, lumo/numbers/ and lumo/calculators/ if none is given. With --sample, only N mutants,
 drawn by the seed, are tried. Results are kept in build/mutate/results.tsv, and an interrupted run goes on from
 there: a killed mutant counts until its file changes, a survivor also until a test of its folder does.
 
@@ -39,9 +39,9 @@ ROOT = Path(__file__).resolve().parent.parent
 OUT = ROOT / "build" / "mutate"
 EQUIVALENT = ROOT / "scripts" / "mutate_equivalent.txt"
 
-# The folders of sources that can be mutated, and those that their test programs are linked with
+# The rooms, folders of lumo/, whose sources can be mutated, and those that their test programs are linked with
 FOLDERS = {"numbers": ["numbers"], "calculators": ["numbers", "terms", "model", "calculators"]}
-COPIED = ["numbers", "terms", "model", "calculators", "elimination", "smtlib", "tests"]
+COPIED = ["lumo", "tests"]
 
 # name: compiler options. Leaks are found in either build, without a price in time.
 BUILDS = {
@@ -132,7 +132,7 @@ def write_ninja(build, options):
         lines.append(f"build {name}.a: archive {compile_all(sources)}")
 
     for folder in FOLDERS["calculators"]:
-        add_archive(folder, sorted(f"{folder}/{p.name}" for p in (ROOT / folder).glob("*.cpp")))
+        add_archive(folder, sorted(f"lumo/{folder}/{p.name}" for p in (ROOT / "lumo" / folder).glob("*.cpp")))
     add_archive("support", [f"tests/{source}" for source in read_support_sources()])
     for folder, libraries in FOLDERS.items():
         programs = read_test_programs(folder)
@@ -237,7 +237,7 @@ class Worker:
     def order_programs(self, mutant):
         """The smallest first, for which the least is built. Most tests include a mutated header, so it is first
         tried on programs with one source of tests each."""
-        folder = mutant.path.split("/")[0]
+        folder = get_room(mutant.path)
         programs = read_test_programs(folder)
         whole = [program.name for program in programs]
         if not mutant.path.endswith(".h"):
@@ -247,7 +247,7 @@ class Worker:
         return [*self.parts[folder], *(name for name in whole if name not in self.parts[folder])]
 
     def prefer(self, mutant, program):
-        parts = self.parts.get(mutant.path.split("/")[0], [])
+        parts = self.parts.get(get_room(mutant.path), [])
         if program in parts:
             parts.remove(program)
             parts.insert(0, program)
@@ -296,7 +296,7 @@ class Results:
                     self.known[tuple(fields[:4]), fields[4]] = (fields[6], fields[7], fields[5])
 
     def get_digests(self, mutant):
-        folder = mutant.path.split("/")[0]
+        folder = get_room(mutant.path)
         if mutant.path not in self.file_digests:
             self.file_digests[mutant.path] = digest(ROOT / mutant.path)
         if folder not in self.test_digests:
@@ -360,6 +360,12 @@ class EquivalentMutants:
 # ----------------------------------------------------------------------------------------------------- the run
 
 
+def get_room(path):
+    """The room in which a source lies, or an empty string."""
+    folder, _, rest = path.partition("/")
+    return rest.partition("/")[0] if folder == "lumo" else ""
+
+
 def collect_mutants(paths):
     mutants = []
     for path in paths:
@@ -367,8 +373,8 @@ def collect_mutants(paths):
         files = sorted(p for p in full.iterdir() if p.suffix in (".cpp", ".h")) if full.is_dir() else [full]
         for file in files:
             name = str(file.relative_to(ROOT))
-            if not file.exists() or name.split("/")[0] not in FOLDERS:
-                raise Failure(f"{path}: no source of {' or '.join(FOLDERS)}")
+            if not file.exists() or get_room(name) not in FOLDERS:
+                raise Failure(f"{path}: no source of {' or '.join(f'lumo/{folder}' for folder in FOLDERS)}")
             mutants += make_mutants(name, file.read_text())
     return mutants
 
@@ -376,12 +382,12 @@ def collect_mutants(paths):
 def arrange(mutants):
     """The workers take mutants from both ends, so that one file keeps one worker; headers, which take the longest,
     come last."""
-    first_folder = mutants[0].path.split("/")[0]
+    first_folder = get_room(mutants[0].path)
 
     def place(mutant):
         if mutant.path.endswith(".h"):
             return 1
-        return 0 if mutant.path.startswith(first_folder + "/") else 2
+        return 0 if get_room(mutant.path) == first_folder else 2
 
     return deque(sorted(mutants, key=place))
 
@@ -391,7 +397,7 @@ def try_all(mutants, results, jobs):
     remaining = [mutant for mutant in mutants if not results.find(mutant)]
     if not remaining:
         return
-    folders = sorted({mutant.path.split("/")[0] for mutant in remaining})
+    folders = sorted({get_room(mutant.path) for mutant in remaining})
     print(f"{len(remaining)} of {len(mutants)} mutants to try; building", file=sys.stderr)
     workers = [Worker(number, results.builds) for number in range(1, min(jobs, len(remaining)) + 1)]
     waiting = arrange(remaining)
@@ -467,7 +473,7 @@ def parse_arguments():
     description, _, rest = __doc__.partition("\n\n")
     parser = argparse.ArgumentParser(description=description, epilog=rest.partition("\n\n")[2],
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("paths", nargs="*", metavar="PATH", default=list(FOLDERS))
+    parser.add_argument("paths", nargs="*", metavar="PATH", default=[f"lumo/{folder}" for folder in FOLDERS])
     parser.add_argument("--list", action="store_true", help="print the mutants instead of trying them")
     parser.add_argument("--sample", type=int, metavar="N", help="try N mutants, chosen at random")
     parser.add_argument("--seed", type=int, default=1, help="what they are chosen by (default: 1)")
@@ -493,7 +499,7 @@ def main():
     results = Results(list(BUILDS) if arguments.sanitize else ["plain"])
     try_all(mutants, results, arguments.jobs)
     is_good = report(mutants, results, equivalent)
-    for mutant in collect_mutants(FOLDERS):
+    for mutant in collect_mutants(f"lumo/{folder}" for folder in FOLDERS):
         equivalent.match(mutant)
     for path, line, _, change in sorted(equivalent.unused):
         print(f"{EQUIVALENT.name}: no mutant fits: {path}: {line}: {change}")

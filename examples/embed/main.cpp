@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-#include "calculators/calculator_table.h"
+#include "lumo/calculators/calculator_table.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "model/model_store.h"
+#include "lumo/model/model_store.h"
 #include "tests/calculators/definition.h"
 #include "tests/calculators/edge_cases.h"
 

@@ -1,7 +1,7 @@
 #ifndef LUMO_TESTS_CALCULATORS_DEFINITION_H
 #define LUMO_TESTS_CALCULATORS_DEFINITION_H
 
-#include "terms/term.h"
+#include "lumo/terms/term.h"
 
 namespace lumo::test {
 

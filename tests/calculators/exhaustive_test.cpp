@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "calculators/calculator_table.h"
+#include "lumo/calculators/calculator_table.h"
 #include "tests/calculators/calls.h"
 #include "tests/calculators/enumeration.h"
 #include "tests/support/make_operator.h"

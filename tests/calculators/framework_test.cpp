@@ -9,8 +9,8 @@
 
 #include <gtest/gtest.h>
 
-#include "calculators/adhoccalculators.h"
-#include "calculators/calculator_table.h"
+#include "lumo/calculators/adhoccalculators.h"
+#include "lumo/calculators/calculator_table.h"
 #include "tests/support/make_operator.h"
 #include "tests/support/notation.h"
 

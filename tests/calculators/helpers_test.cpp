@@ -1,6 +1,6 @@
 // What the calculators share: pushing, the selection of the free operand, bounds, the modular inverse.
 
-#include "calculators/helpers.h"
+#include "lumo/calculators/helpers.h"
 
 #include <typeinfo>
 #include <vector>

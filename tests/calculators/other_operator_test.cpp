@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "calculators/calculator_table.h"
+#include "lumo/calculators/calculator_table.h"
 #include "tests/calculators/calls.h"
 #include "tests/support/notation.h"
 

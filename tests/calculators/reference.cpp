@@ -5,7 +5,7 @@
 #include <tuple>
 #include <utility>
 
-#include "terms/exception.h"
+#include "lumo/terms/exception.h"
 #include "tests/support/make_operator.h"
 
 namespace lumo::test {

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 #include "tests/calculators/definition.h"
 
 namespace lumo::test {

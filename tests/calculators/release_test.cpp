@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "calculators/calculator_table.h"
+#include "lumo/calculators/calculator_table.h"
 #include "tests/calculators/calls.h"
 #include "tests/support/failing_allocator.h"
 #include "tests/support/notation.h"

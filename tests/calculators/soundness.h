@@ -1,8 +1,8 @@
 #ifndef LUMO_TESTS_CALCULATORS_SOUNDNESS_H
 #define LUMO_TESTS_CALCULATORS_SOUNDNESS_H
 
-#include "terms/fold.h"
-#include "terms/term_manager.h"
+#include "lumo/terms/fold.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::test {
 

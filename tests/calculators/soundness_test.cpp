@@ -5,8 +5,8 @@
 
 #include <gtest/gtest.h>
 
-#include "calculators/calculator_table.h"
-#include "numbers/bvnumber.h"
+#include "lumo/calculators/calculator_table.h"
+#include "lumo/numbers/bvnumber.h"
 #include "tests/calculators/calls.h"
 #include "tests/calculators/enumeration.h"
 #include "tests/support/gmp_number.h"

@@ -10,8 +10,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/process.h"
 #include "tests/support/numbered.h"
+#include "tests/support/process.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/waiting.h"
 

@@ -28,37 +28,37 @@ void expect_messages(const std::vector<MistakeRow>& rows, const TemporaryFolder&
   }
 }
 
-TEST(Mistakes, InCommandsGetTheNearest)
+TEST(Mistakes, InSubcommandsGetTheNearest)
 {
   const TemporaryFolder folder;
   folder.write("problem", "");
   const std::string help = "; see lumo --help";
   expect_messages(
       {
-          {{"solv", "problem"}, "lumo: solv is not a command; perhaps solve was meant" + help},
-          {{"sovle", "problem"}, "lumo: sovle is not a command; perhaps solve was meant" + help},
-          {{"Check", "problem"}, "lumo: Check is not a command; perhaps check was meant" + help},
-          {{"simp"}, "lumo: simp is not a command; perhaps simplify was meant" + help},
-          {{"revert", "problem"}, "lumo: revert is not a command; perhaps invert was meant" + help},
-          {{"dance"}, "lumo: dance is not a command" + help},
-          {{""}, "lumo:  is not a command" + help},
-          {{"a\nb"}, "lumo: a?b is not a command" + help},
-          {{"solv", "--modle"}, "lumo: solv is not a command; perhaps solve was meant" + help},
+          {{"solv", "problem"}, "lumo: solv is not a subcommand; perhaps solve was meant" + help},
+          {{"sovle", "problem"}, "lumo: sovle is not a subcommand; perhaps solve was meant" + help},
+          {{"Check", "problem"}, "lumo: Check is not a subcommand; perhaps check was meant" + help},
+          {{"simp"}, "lumo: simp is not a subcommand; perhaps simplify was meant" + help},
+          {{"revert", "problem"}, "lumo: revert is not a subcommand; perhaps invert was meant" + help},
+          {{"dance"}, "lumo: dance is not a subcommand" + help},
+          {{""}, "lumo:  is not a subcommand" + help},
+          {{"a\nb"}, "lumo: a?b is not a subcommand" + help},
+          {{"solv", "--modle"}, "lumo: solv is not a subcommand; perhaps solve was meant" + help},
       },
       folder);
 }
 
-TEST(Mistakes, ThatLeaveTheCommandOutGetSolve)
+TEST(Mistakes, ThatLeaveTheSubcommandOutGetSolve)
 {
   const TemporaryFolder folder;
   folder.write("problem", "");
   const std::string help = " was meant; see lumo --help";
   expect_messages(
       {
-          {{"problem"}, "lumo: problem is not a command; perhaps lumo solve problem" + help},
-          {{"problem", "--model"}, "lumo: problem is not a command; perhaps lumo solve problem" + help},
-          {{"none.smt2"}, "lumo: none.smt2 is not a command; perhaps lumo solve none.smt2" + help},
-          {{"-"}, "lumo: - is not a command; perhaps lumo solve -" + help},
+          {{"problem"}, "lumo: problem is not a subcommand; perhaps lumo solve problem" + help},
+          {{"problem", "--model"}, "lumo: problem is not a subcommand; perhaps lumo solve problem" + help},
+          {{"none.smt2"}, "lumo: none.smt2 is not a subcommand; perhaps lumo solve none.smt2" + help},
+          {{"-"}, "lumo: - is not a subcommand; perhaps lumo solve -" + help},
       },
       folder);
 }

@@ -59,7 +59,7 @@ TEST(Program, AnswersWithStatusAndTexts)
        "check-sat were expected\n"},
       {{"invert", "none.smt2"}, 2, "", "none.smt2: this cannot be read: No such file or directory\n"},
       {{"invert", "."}, 2, "", ".: this cannot be read: Is a directory\n"},
-      {{}, 2, "", "lumo: a command is required; see lumo --help\n"},
+      {{}, 2, "", "lumo: a subcommand is required; see lumo --help\n"},
       {{"invert"}, 2, "", "lumo: FILE is required; see lumo invert --help\n"},
       {{"dot", "good.smt2", "half.smt2"},
        2,

@@ -10,14 +10,14 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/cli/process.h"
 #include "tests/cli/run_lumo.h"
+#include "tests/support/process.h"
 #include "tests/support/temporary_folder.h"
 
 namespace lumo::test {
 namespace {
 
-/// The words in front of the lines of a section of the help, as those that name commands or options.
+/// The words in front of the lines of a section of the help, as those that name subcommands or options.
 std::vector<std::string> read_help(const std::vector<std::string>& args, const std::string& section)
 {
   const TemporaryFolder folder;
@@ -34,11 +34,11 @@ std::vector<std::string> read_help(const std::vector<std::string>& args, const s
   return words;
 }
 
-std::vector<std::string> list_commands() { return read_help({"--help"}, "Commands"); }
+std::vector<std::string> list_subcommands() { return read_help({"--help"}, "Subcommands"); }
 
-std::set<std::string> list_options(const std::vector<std::string>& command)
+std::set<std::string> list_options(const std::vector<std::string>& subcommand)
 {
-  std::vector<std::string> args = command;
+  std::vector<std::string> args = subcommand;
   args.emplace_back("--help");
   std::set<std::string> options;
   for (const std::string& names : read_help(args, "Options")) {
@@ -51,7 +51,7 @@ std::set<std::string> list_options(const std::vector<std::string>& command)
 
 TEST(Reference, IsComparedWithAllThatHelpLists)
 {
-  EXPECT_EQ(list_commands(),
+  EXPECT_EQ(list_subcommands(),
             (std::vector<std::string>{"solve", "simplify", "extend", "check", "dot", "invert"}));
   EXPECT_EQ(list_options({}), (std::set<std::string>{"-h", "--help", "--version"}));
   EXPECT_EQ(list_options({"simplify"}), (std::set<std::string>{"-h", "--help", "-o", "--output", "--trail"}));
@@ -91,26 +91,26 @@ bool has_word(const std::string& text, const std::string& word)
   return false;
 }
 
-TEST(ManPage, HasEveryCommandAndOption)
+TEST(ManPage, HasEverySubcommandAndOption)
 {
   const std::string synopsis = read_part(".SH SYNOPSIS");
   const std::string general = read_part(".SH OPTIONS");
   for (const std::string& option : list_options({}))
     EXPECT_TRUE(has_word(general, option)) << option;
-  for (const std::string& command : list_commands()) {
-    SCOPED_TRACE(command);
-    EXPECT_NE(synopsis.find("\n" + command + "\n"), std::string::npos);
-    const std::string part = read_part(".SS \"lumo " + command + "\"");
+  for (const std::string& subcommand : list_subcommands()) {
+    SCOPED_TRACE(subcommand);
+    EXPECT_NE(synopsis.find("\n" + subcommand + "\n"), std::string::npos);
+    const std::string part = read_part(".SS \"lumo " + subcommand + "\"");
     EXPECT_NE(part.find("\nFILE\n"), std::string::npos) << part;
-    for (const std::string& option : list_options({command}))
+    for (const std::string& option : list_options({subcommand}))
       EXPECT_TRUE(has_word(part, option) || has_word(general, option)) << option;
   }
 }
 
 TEST(ManPage, HasTheUsualParts)
 {
-  const std::vector<std::string> parts = {"NAME",     "SYNOPSIS",    "DESCRIPTION", "OPTIONS",
-                                          "COMMANDS", "EXIT STATUS", "EXAMPLES",    "SEE ALSO"};
+  const std::vector<std::string> parts = {"NAME",        "SYNOPSIS",    "DESCRIPTION", "OPTIONS",
+                                          "SUBCOMMANDS", "EXIT STATUS", "EXAMPLES",    "SEE ALSO"};
   std::vector<std::string> found;
   std::ifstream file(LUMO_MAN_PAGE);
   for (std::string line; std::getline(file, line);) {
@@ -157,14 +157,14 @@ Offers complete(const std::vector<std::string>& words, const std::filesystem::pa
   return offers;
 }
 
-TEST(Completion, OffersEveryCommandAndOption)
+TEST(Completion, OffersEverySubcommandAndOption)
 {
   const TemporaryFolder folder;
-  const std::vector<std::string> commands = list_commands();
-  EXPECT_EQ(complete({""}, folder.get_path()), Offers(commands.begin(), commands.end()));
+  const std::vector<std::string> subcommands = list_subcommands();
+  EXPECT_EQ(complete({""}, folder.get_path()), Offers(subcommands.begin(), subcommands.end()));
   EXPECT_EQ(complete({"-"}, folder.get_path()), list_options({}));
-  for (const std::string& command : commands)
-    EXPECT_EQ(complete({command, "-"}, folder.get_path()), list_options({command})) << command;
+  for (const std::string& subcommand : subcommands)
+    EXPECT_EQ(complete({subcommand, "-"}, folder.get_path()), list_options({subcommand})) << subcommand;
 }
 
 struct CompletionRow

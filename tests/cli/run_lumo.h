@@ -1,7 +1,7 @@
 #ifndef LUMO_TESTS_CLI_RUN_LUMO_H
 #define LUMO_TESTS_CLI_RUN_LUMO_H
 
-#include "tests/cli/process.h"
+#include "tests/support/process.h"
 
 namespace lumo::test {
 

@@ -1,4 +1,4 @@
-#include "elimination/eliminate.h"
+#include "lumo/elimination/eliminate.h"
 
 #include <cctype>
 #include <ostream>
@@ -9,12 +9,12 @@
 
 #include <gtest/gtest.h>
 
-#include "elimination/rules.h"
-#include "terms/exception.h"
+#include "lumo/elimination/rules.h"
+#include "lumo/terms/exception.h"
 #include "tests/elimination/enumeration_judge.h"
-#include "tests/smtlib/term_text.h"
 #include "tests/support/notation.h"
 #include "tests/support/refusal.h"
+#include "tests/support/term_text.h"
 
 namespace lumo {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <unordered_set>
 
-#include "elimination/extend.h"
-#include "model/model_store.h"
-#include "smtlib/term_walk.h"
-#include "tests/smtlib/term_text.h"
+#include "lumo/elimination/extend.h"
+#include "lumo/model/model_store.h"
+#include "lumo/terms/term_walk.h"
+#include "tests/support/term_text.h"
 #include "tests/support/z3_terms.h"
 
 namespace lumo::test {
@@ -50,7 +50,7 @@ EliminationJudge::EliminationJudge() : solver_(z3_, z3::solver::simple())
 void EliminationJudge::check(TermManager& mgr, const std::vector<const Term*>& assertions,
                              Equivalence equivalence)
 {
-  const Question question{mgr, assertions, smtlib::collect_constants(assertions), eliminate(mgr, assertions)};
+  const Question question{mgr, assertions, collect_constants(assertions), eliminate(mgr, assertions)};
   num_steps_ += question.elimination.trail.steps.size();
   const testing::ScopedTrace trace(__FILE__, __LINE__, describe(assertions, question.elimination));
   check_trail(question);
@@ -107,7 +107,7 @@ void EliminationJudge::check_model(const Question& question, const z3::expr& ori
   ModelStore model(&mgr);
   const z3::model found = solver_.get_model();
   ModelStore::DefinitionStack defs;
-  for (const Term* constant : smtlib::collect_constants(question.elimination.assertions)) {
+  for (const Term* constant : collect_constants(question.elimination.assertions)) {
     // What Z3 leaves open is left open here, too, as in a model that a solver prints.
     const z3::expr value = found.eval(terms.make(constant), false);
     if (value.is_numeral() || value.is_true() || value.is_false()) {

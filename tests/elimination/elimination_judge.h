@@ -8,8 +8,8 @@
 #include <gtest/gtest.h>
 #include <z3++.h>
 
-#include "elimination/eliminate.h"
-#include "terms/term_manager.h"
+#include "lumo/elimination/eliminate.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::test {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <unordered_set>
 
-#include "elimination/extend.h"
-#include "model/model_store.h"
-#include "terms/fold.h"
+#include "lumo/elimination/extend.h"
+#include "lumo/model/model_store.h"
+#include "lumo/terms/fold.h"
 
 namespace lumo::test {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "elimination/eliminate.h"
-#include "terms/term_manager.h"
+#include "lumo/elimination/eliminate.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::test {
 

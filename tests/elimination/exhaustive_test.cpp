@@ -8,12 +8,12 @@
 
 #include <gtest/gtest.h>
 
-#include "elimination/eliminate.h"
-#include "terms/fold.h"
-#include "terms/term_manager.h"
+#include "lumo/elimination/eliminate.h"
+#include "lumo/terms/fold.h"
+#include "lumo/terms/term_manager.h"
 #include "tests/elimination/enumeration_judge.h"
-#include "tests/smtlib/term_text.h"
 #include "tests/support/make_operator.h"
+#include "tests/support/term_text.h"
 
 namespace lumo {
 

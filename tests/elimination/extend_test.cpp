@@ -1,11 +1,11 @@
-#include "elimination/extend.h"
+#include "lumo/elimination/extend.h"
 
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "elimination/eliminate.h"
+#include "lumo/elimination/eliminate.h"
 #include "tests/elimination/enumeration_judge.h"
 #include "tests/support/notation.h"
 #include "tests/support/refusal.h"

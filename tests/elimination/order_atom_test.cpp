@@ -1,4 +1,4 @@
-#include "elimination/order_atom.h"
+#include "lumo/elimination/order_atom.h"
 
 #include <algorithm>
 #include <array>
@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "terms/fold.h"
-#include "terms/term_manager.h"
+#include "lumo/terms/fold.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo {
 namespace {

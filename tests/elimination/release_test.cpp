@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "elimination/eliminate.h"
-#include "elimination/extend.h"
+#include "lumo/elimination/eliminate.h"
+#include "lumo/elimination/extend.h"
 #include "tests/support/failing_allocator.h"
 #include "tests/support/notation.h"
 

@@ -6,10 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include "elimination/order_atom.h"
-#include "elimination/rules.h"
-#include "numbers/bvnumber.h"
-#include "smtlib/text_file.h"
+#include "lumo/elimination/order_atom.h"
+#include "lumo/elimination/rules.h"
+#include "lumo/numbers/bvnumber.h"
+#include "tests/support/text_file.h"
 
 namespace lumo {
 namespace {
@@ -19,7 +19,7 @@ const std::string kPage = LUMO_SOURCE_DIR "/docs/elimination.md";
 /// The rows of the table under a heading
 std::vector<std::string> read_table(const std::string& heading)
 {
-  std::istringstream in(smtlib::read_file(kPage));
+  std::istringstream in(lumo::test::read_text_file(kPage));
   std::vector<std::string> rows;
   bool is_inside = false;
   for (std::string line; std::getline(in, line);) {

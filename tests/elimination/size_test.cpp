@@ -6,10 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include "elimination/eliminate.h"
-#include "elimination/extend.h"
-#include "elimination/rules.h"
-#include "numbers/bvnumber.h"
+#include "lumo/elimination/eliminate.h"
+#include "lumo/elimination/extend.h"
+#include "lumo/elimination/rules.h"
+#include "lumo/numbers/bvnumber.h"
 #include "tests/support/numbered.h"
 #include "tests/support/small_stack.h"
 #include "tests/terms/operator_cases.h"

@@ -64,7 +64,7 @@ check_files()
 check_headers()
 {
   local headers cflags
-  headers=$(cd "$root/include/lumo" && find . -name '*.h' -printf '%P\n')
+  headers=$(cd "$root/include" && find lumo -name '*.h' -print)
   read -ra cflags <<< "$CXXFLAGS $(pkg-config --cflags lumo)"
   quietly xargs -P 2 -I HEADER "$CXX" -std=c++20 "${cflags[@]}" -Wall -Wextra -Wpedantic -Werror -fsyntax-only \
     -include HEADER -x c++ /dev/null <<< "$headers"

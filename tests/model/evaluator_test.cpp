@@ -1,14 +1,14 @@
 // The evaluator's walk: each shared term once, at any depth, and against the fold of every operator.
 
-#include "model/evaluator.h"
+#include "lumo/model/evaluator.h"
 
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "model/model_store.h"
-#include "terms/fold.h"
+#include "lumo/model/model_store.h"
+#include "lumo/terms/fold.h"
 #include "tests/support/number.h"
 #include "tests/support/random.h"
 #include "tests/support/small_stack.h"

@@ -1,4 +1,4 @@
-#include "model/model_store.h"
+#include "lumo/model/model_store.h"
 
 #include <stack>
 #include <string>
@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "numbers/bvnumber.h"
+#include "lumo/numbers/bvnumber.h"
 #include "tests/support/numbered.h"
 #include "tests/support/refusal.h"
 

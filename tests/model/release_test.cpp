@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "model/model_store.h"
-#include "numbers/bvnumber.h"
+#include "lumo/model/model_store.h"
+#include "lumo/numbers/bvnumber.h"
 #include "tests/support/failing_allocator.h"
 
 namespace lumo::test {

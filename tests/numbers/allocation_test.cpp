@@ -8,8 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include "numbers/bvnumber.h"
-#include "numbers/qnumber.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/numbers/qnumber.h"
 #include "tests/support/failing_allocator.h"
 #include "tests/support/number.h"
 

@@ -1,4 +1,4 @@
-#include "numbers/bvnumber.h"
+#include "lumo/numbers/bvnumber.h"
 
 #include <array>
 #include <climits>

@@ -1,4 +1,4 @@
-#include "numbers/gcd.h"
+#include "lumo/numbers/gcd.h"
 
 #include <algorithm>
 #include <climits>

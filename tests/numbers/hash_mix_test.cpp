@@ -1,4 +1,4 @@
-#include "numbers/hash_mix.h"
+#include "lumo/numbers/hash_mix.h"
 
 #include <climits>
 #include <cstdint>

@@ -5,7 +5,7 @@
 #include <climits>
 #include <ostream>
 
-#include "numbers/qnumber.h"
+#include "lumo/numbers/qnumber.h"
 #include "tests/support/gmp_number.h"
 
 namespace lumo::test {

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "numbers/qnumber.h"
+#include "lumo/numbers/qnumber.h"
 #include "tests/numbers/number_testing.h"
 
 namespace lumo {

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "numbers/qnumber.h"
+#include "lumo/numbers/qnumber.h"
 #include "tests/numbers/number_testing.h"
 #include "tests/support/random.h"
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "numbers/qnumber.h"
+#include "lumo/numbers/qnumber.h"
 #include "tests/numbers/number_testing.h"
 #include "tests/numbers/static_init_values.h"
 

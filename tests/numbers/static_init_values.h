@@ -1,7 +1,7 @@
 #ifndef LUMO_TESTS_NUMBERS_STATIC_INIT_VALUES_H
 #define LUMO_TESTS_NUMBERS_STATIC_INIT_VALUES_H
 
-#include "numbers/qnumber.h"
+#include "lumo/numbers/qnumber.h"
 
 namespace lumo::test {
 

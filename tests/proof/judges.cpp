@@ -3,13 +3,13 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "smtlib/child_process.h"
-#include "smtlib/script_printer.h"
+#include "lumo/smtlib/script_printer.h"
+#include "lumo/solvers/child_process.h"
 #include "tests/support/z3_terms.h"
 
 namespace lumo::test {
 
-using smtlib::Answer;
+using solvers::Answer;
 
 /// Z3 counts its work for its limit: unlike a clock, this needs no thread for each question.
 Z3Judge::Z3Judge()
@@ -48,9 +48,9 @@ void Cvc5Judge::add(const std::vector<const Term*>& assertions)
 
 std::vector<std::string> Cvc5Judge::ask() const
 {
-  const smtlib::ChildOutcome outcome = smtlib::run_child(
-      std::string(LUMO_CVC5_PROGRAM) + " --lang smt2 --tlimit-per=60000", script_, smtlib::Deadline(3000));
-  if (outcome.end != smtlib::ChildEnd::kExit || outcome.code != 0)
+  const solvers::ChildOutcome outcome = solvers::run_child(
+      std::string(LUMO_CVC5_PROGRAM) + " --lang smt2 --tlimit-per=60000", script_, solvers::Deadline(3000));
+  if (outcome.end != solvers::ChildEnd::kExit || outcome.code != 0)
     throw std::runtime_error("cvc5 failed: " + outcome.out + outcome.err);
   std::vector<std::string> answers;
   std::istringstream lines(outcome.out);

@@ -6,8 +6,8 @@
 
 #include <z3++.h>
 
-#include "smtlib/answer.h"
-#include "terms/term_manager.h"
+#include "lumo/solvers/answer.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::test {
 
@@ -18,7 +18,7 @@ class Z3Judge
   Z3Judge();
 
   /// Unknown after work of about a minute.
-  [[nodiscard]] smtlib::Answer ask(const TermManager& mgr, const std::vector<const Term*>& assertions);
+  [[nodiscard]] solvers::Answer ask(const TermManager& mgr, const std::vector<const Term*>& assertions);
 
  private:
   z3::context z3_;

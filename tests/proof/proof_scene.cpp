@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "calculators/calculator_table.h"
-#include "terms/exception.h"
+#include "lumo/calculators/calculator_table.h"
+#include "lumo/terms/exception.h"
 #include "tests/support/make_operator.h"
 
 namespace lumo::test {
@@ -13,7 +13,7 @@ namespace lumo::test {
 namespace {
 
 using Definitions = std::vector<ModelStore::ModelDefinition>;
-using smtlib::Answer;
+using solvers::Answer;
 
 /// Up to this width a row with a middle is proven in one step, too; the work of some solvers grows fast.
 constexpr unsigned long kMaxDirectWidth = 7;

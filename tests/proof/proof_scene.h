@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "model/model_store.h"
-#include "smtlib/answer.h"
+#include "lumo/model/model_store.h"
+#include "lumo/solvers/answer.h"
 #include "tests/proof/proof_rows.h"
 #include "tests/proof/proof_texts.h"
 
@@ -28,7 +28,7 @@ struct ProofQuery
 {
   std::string what;
   std::vector<const Term*> assertions;
-  smtlib::Answer expected;
+  solvers::Answer expected;
 };
 
 /// A row of the table for one choice of its operator's parameters, as terms of a manager of its own: the value

@@ -42,7 +42,7 @@ Tally count_surprises_of_z3(const ProofRow& row)
   Z3Judge judge;
   Tally tally;
   for_each_query(row, [&](const TermManager& mgr, const ProofQuery& query) {
-    const smtlib::Answer answer = judge.ask(mgr, query.assertions);
+    const solvers::Answer answer = judge.ask(mgr, query.assertions);
     ++tally.num_queries;
     if (answer == query.expected) return;
     ++tally.num_surprises;
@@ -126,7 +126,7 @@ std::size_t count_claims(const ProofRow& row)
 {
   std::size_t num_claims = 0;
   for_each_query(row, [&num_claims](const TermManager& /*mgr*/, const ProofQuery& query) {
-    num_claims += query.expected == smtlib::Answer::kUnsat ? 1 : 0;
+    num_claims += query.expected == solvers::Answer::kUnsat ? 1 : 0;
   });
   return num_claims;
 }

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <utility>
 
-#include "numbers/bvnumber.h"
-#include "smtlib/reader.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/smtlib/script_reader.h"
 #include "tests/support/numbered.h"
 
 namespace lumo::test {

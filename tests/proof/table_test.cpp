@@ -12,9 +12,9 @@
 
 #include <gtest/gtest.h>
 
-#include "model/evaluator.h"
-#include "numbers/bvnumber.h"
-#include "terms/fold.h"
+#include "lumo/model/evaluator.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/terms/fold.h"
 #include "tests/proof/proof_rows.h"
 #include "tests/proof/proof_scene.h"
 #include "tests/proof/row_names.h"

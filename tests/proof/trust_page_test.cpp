@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "smtlib/text_file.h"
 #include "tests/proof/proof_rows.h"
+#include "tests/support/text_file.h"
 
 namespace lumo::test {
 namespace {
@@ -18,7 +18,7 @@ const std::string kPage = LUMO_SOURCE_DIR "/docs/trust.md";
 /// The rows of the tables under a heading, a line each
 std::string read_table(const std::string& heading)
 {
-  std::istringstream in(smtlib::read_file(kPage));
+  std::istringstream in(read_text_file(kPage));
   std::string rows;
   bool is_inside = false;
   for (std::string line; std::getline(in, line);) {
@@ -88,7 +88,7 @@ TEST(TrustPage, NamesTheWidths)
   }
   widths.erase("Bool");
   ASSERT_EQ(widths.size(), 1U);
-  EXPECT_NE(smtlib::read_file(kPage).find("*all widths* are " + *widths.begin() + "."), std::string::npos)
+  EXPECT_NE(read_text_file(kPage).find("*all widths* are " + *widths.begin() + "."), std::string::npos)
       << *widths.begin();
 }
 

@@ -1,4 +1,4 @@
-#include "smtlib/lexer.h"
+#include "lumo/smtlib/lexer.h"
 
 #include <string>
 #include <string_view>

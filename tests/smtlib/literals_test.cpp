@@ -1,4 +1,4 @@
-#include "smtlib/literals.h"
+#include "lumo/smtlib/literals.h"
 
 #include <string>
 #include <string_view>

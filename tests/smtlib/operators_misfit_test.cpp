@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "smtlib/operators.h"
+#include "lumo/smtlib/operators.h"
 
 namespace lumo::test {
 namespace {

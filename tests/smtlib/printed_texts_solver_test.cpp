@@ -6,10 +6,10 @@
 
 #include <gtest/gtest.h>
 
-#include "smtlib/script_printer.h"
-#include "smtlib/trail_text.h"
-#include "tests/cli/process.h"
+#include "lumo/smtlib/script_printer.h"
+#include "lumo/smtlib/trail_printer.h"
 #include "tests/smtlib/random_trail.h"
+#include "tests/support/process.h"
 #include "tests/support/random_formula.h"
 #include "tests/support/temporary_folder.h"
 

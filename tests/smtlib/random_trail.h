@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "elimination/trail.h"
-#include "terms/term_manager.h"
+#include "lumo/elimination/trail.h"
+#include "lumo/terms/term_manager.h"
 #include "tests/support/random.h"
 
 namespace lumo::test {

@@ -1,4 +1,4 @@
-#include "smtlib/rewritten_text.h"
+#include "lumo/smtlib/rewritten_text.h"
 
 #include <vector>
 

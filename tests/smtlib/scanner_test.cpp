@@ -1,4 +1,4 @@
-#include "smtlib/scanner.h"
+#include "lumo/smtlib/scanner.h"
 
 #include <string>
 #include <string_view>

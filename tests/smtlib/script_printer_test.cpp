@@ -1,4 +1,4 @@
-#include "smtlib/script_printer.h"
+#include "lumo/smtlib/script_printer.h"
 
 #include <algorithm>
 #include <sstream>
@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "smtlib/reader.h"
-#include "smtlib/symbol_text.h"
+#include "lumo/smtlib/script_reader.h"
+#include "lumo/smtlib/symbol_text.h"
 #include "tests/support/notation.h"
 #include "tests/support/numbered.h"
 #include "tests/support/random_formula.h"

@@ -1,4 +1,4 @@
-#include "smtlib/symbol_text.h"
+#include "lumo/smtlib/symbol_text.h"
 
 #include <string>
 #include <string_view>
@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "smtlib/lexer.h"
-#include "terms/exception.h"
+#include "lumo/smtlib/lexer.h"
+#include "lumo/terms/exception.h"
 
 namespace lumo::smtlib {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "smtlib/input_error.h"
-#include "smtlib/trail_text.h"
+#include "lumo/smtlib/input_error.h"
+#include "lumo/smtlib/trail_printer.h"
 #include "tests/support/notation.h"
 
 namespace lumo::smtlib {

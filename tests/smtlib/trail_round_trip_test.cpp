@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "elimination/eliminate.h"
-#include "smtlib/trail_text.h"
+#include "lumo/elimination/eliminate.h"
+#include "lumo/smtlib/trail_printer.h"
 #include "tests/smtlib/random_trail.h"
 #include "tests/support/notation.h"
 #include "tests/support/numbered.h"

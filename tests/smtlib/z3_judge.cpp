@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "numbers/bvnumber.h"
-#include "smtlib/symbol_text.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/smtlib/symbol_text.h"
 #include "tests/support/gmp_number.h"
 
 namespace lumo::test {

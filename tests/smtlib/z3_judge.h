@@ -7,8 +7,8 @@
 
 #include <z3++.h>
 
-#include "model/model_store.h"
-#include "smtlib/reader.h"
+#include "lumo/model/model_store.h"
+#include "lumo/smtlib/script_reader.h"
 #include "tests/support/random.h"
 
 namespace lumo::test {

@@ -1,7 +1,7 @@
 #ifndef LUMO_TESTS_SUPPORT_MAKE_OPERATOR_H
 #define LUMO_TESTS_SUPPORT_MAKE_OPERATOR_H
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::test {
 

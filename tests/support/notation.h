@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::test {
 

@@ -3,8 +3,8 @@
 
 #include <ostream>
 
-#include "numbers/bvnumber.h"
-#include "numbers/qnumber.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/numbers/qnumber.h"
 
 namespace lumo {
 

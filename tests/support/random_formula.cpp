@@ -5,8 +5,8 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "numbers/bvnumber.h"
-#include "smtlib/operators.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/smtlib/operators.h"
 #include "tests/support/gmp_number.h"
 #include "tests/support/make_operator.h"
 #include "tests/support/numbered.h"

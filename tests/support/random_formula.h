@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 #include "tests/support/random.h"
 
 namespace lumo::test {

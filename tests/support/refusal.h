@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "terms/exception.h"
-#include "terms/term_manager.h"
+#include "lumo/terms/exception.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::test {
 

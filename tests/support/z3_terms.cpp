@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <unordered_set>
 
-#include "numbers/bvnumber.h"
+#include "lumo/numbers/bvnumber.h"
 #include "tests/support/gmp_number.h"
 
 namespace lumo::test {

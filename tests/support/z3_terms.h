@@ -6,7 +6,7 @@
 
 #include <z3++.h>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::test {
 

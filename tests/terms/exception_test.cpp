@@ -1,4 +1,4 @@
-#include "terms/exception.h"
+#include "lumo/terms/exception.h"
 
 #include <memory>
 #include <stdexcept>

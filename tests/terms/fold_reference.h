@@ -1,7 +1,7 @@
 #ifndef LUMO_TESTS_TERMS_FOLD_REFERENCE_H
 #define LUMO_TESTS_TERMS_FOLD_REFERENCE_H
 
-#include "terms/symbol.h"
+#include "lumo/terms/symbol.h"
 
 namespace lumo::test {
 

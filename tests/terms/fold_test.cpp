@@ -1,6 +1,6 @@
 // The meaning of all operators: every operand at narrow widths, and the corners that have a name.
 
-#include "terms/fold.h"
+#include "lumo/terms/fold.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@
 
 #include <gtest/gtest.h>
 
-#include "numbers/bvnumber.h"
+#include "lumo/numbers/bvnumber.h"
 #include "tests/support/number.h"
 #include "tests/terms/fold_reference.h"
 #include "tests/terms/operator_cases.h"

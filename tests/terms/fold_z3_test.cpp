@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 #include <z3++.h>
 
-#include "numbers/bvnumber.h"
-#include "terms/fold.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/terms/fold.h"
 #include "tests/support/number.h"
 #include "tests/support/numbered.h"
 #include "tests/support/random.h"

@@ -1,6 +1,6 @@
 // The shape of the numeral table: chains stay short, whatever else is allocated in between.
 
-#include "terms/numeral_table.h"
+#include "lumo/terms/numeral_table.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 #include "tests/support/numbered.h"
 
 namespace lumo::test {

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "numbers/bvnumber.h"
-#include "terms/term_manager.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/terms/term_manager.h"
 #include "tests/support/number.h"
 #include "tests/support/random.h"
 #include "tests/support/refusal.h"

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 
 namespace lumo::test {
 

@@ -1,4 +1,4 @@
-#include "terms/prime_modulus.h"
+#include "lumo/terms/prime_modulus.h"
 
 #include <cstdint>
 

@@ -8,11 +8,11 @@
 
 #include <gtest/gtest.h>
 
-#include "model/model_store.h"
-#include "numbers/bvnumber.h"
-#include "terms/exception.h"
-#include "terms/numeral_table.h"
-#include "terms/term_manager.h"
+#include "lumo/model/model_store.h"
+#include "lumo/numbers/bvnumber.h"
+#include "lumo/terms/exception.h"
+#include "lumo/terms/numeral_table.h"
+#include "lumo/terms/term_manager.h"
 #include "tests/support/failing_allocator.h"
 #include "tests/terms/operator_cases.h"
 

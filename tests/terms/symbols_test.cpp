@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 #include "tests/support/numbered.h"
 #include "tests/support/refusal.h"
 

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "terms/term_manager.h"
+#include "lumo/terms/term_manager.h"
 #include "tests/support/random.h"
 #include "tests/support/refusal.h"
 #include "tests/support/small_stack.h"

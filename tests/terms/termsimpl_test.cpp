@@ -1,4 +1,4 @@
-#include "terms/termsimpl.h"
+#include "lumo/terms/termsimpl.h"
 
 #include <array>
 #include <memory>
@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "numbers/bvnumber.h"
+#include "lumo/numbers/bvnumber.h"
 #include "tests/support/number.h"
 #include "tests/support/numbered.h"
 #include "tests/support/refusal.h"

@@ -1,0 +1,111 @@
+// The lumo program: options in, exit status out. What it does is in the library.
+
+#include <cerrno>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+#include <system_error>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+
+#include "lumo/cli/messages.h"
+#include "lumo/cli/options.h"
+#include "lumo/cli/progress_line.h"
+#include "lumo/commands/run_invert.h"
+
+namespace {
+
+using lumo::cli::Options;
+using lumo::cli::ProgressLine;
+using lumo::cli::Subcommand;
+using lumo::commands::kFailed;
+
+/// Prints a text that was asked for.
+int print(const std::string& text)
+{
+  errno = 0;
+  std::cout << text << std::flush;
+  if (std::cout) return 0;
+  if (errno != EPIPE) {
+    std::cerr << "<stdout>: this cannot be written: " << std::generic_category().message(errno) << '\n';
+  }
+  return kFailed;
+}
+
+/// Runs the command that was given and returns its exit status.
+int run_subcommand(const Options& options)
+{
+  const lumo::cli::Values& values = options.get_values();
+  ProgressLine line;
+  lumo::cli::LineStopper stopper(line, std::cerr);
+  std::ostream err(&stopper);
+  switch (options.get_subcommand()) {
+    case Subcommand::kSolve:
+      return lumo::commands::run_solve(values.solve, std::cin, std::cout, err, &line);
+    case Subcommand::kSimplify:
+      return lumo::commands::run_simplify(values.simplify, std::cin, std::cout, err, &line);
+    case Subcommand::kExtend:
+      return lumo::commands::run_extend(values.extend, std::cin, std::cout, err, &line);
+    case Subcommand::kCheck:
+      return lumo::commands::run_check(values.check, std::cin, std::cout, err, &line);
+    case Subcommand::kDot:
+      return lumo::commands::run_dot(values.dot, std::cin, std::cout, err, &line);
+    case Subcommand::kInvert:
+      return lumo::commands::run_invert(values.invert_files, std::cin, std::cout, err, &line);
+  }
+  return kFailed;  // GCOVR_EXCL_LINE: that was all of them
+}
+
+int run(int argc, char** argv)
+{
+  Options options;
+  try {
+    options.parse(argc, argv);
+  } catch (const CLI::CallForHelp&) {
+    return print(options.get_app().help());
+  } catch (const CLI::CallForVersion& e) {
+    return print(std::string(e.what()) + "\n");
+  } catch (const CLI::ParseError& e) {
+    std::cerr << lumo::cli::explain(options.get_app(), e) << '\n';
+    return kFailed;
+  }
+  return run_subcommand(options);
+}
+
+int run_guarded(int argc, char** argv)
+{
+  try {
+    return run(argc, argv);
+  } catch (const std::bad_alloc&) {
+    std::cerr << "lumo: there is not enough memory\n";
+  } catch (const std::exception& e) {
+    std::cerr << "lumo: " << e.what() << '\n';
+  }
+  return kFailed;
+}
+
+bool is_done = false;
+
+/// Called at the program's end. If `main` is not done, it was Z3's parser that called `exit`, without a word,
+/// because it got no memory.
+void explain_early_exit()
+{
+  if (is_done) return;
+  ProgressLine::stop_current();
+  std::cerr << "lumo: there is not enough memory\n" << std::flush;
+  _exit(kFailed);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+  std::ios::sync_with_stdio(false);
+  if (std::atexit(explain_early_exit) != 0) return kFailed;
+  const int status = run_guarded(argc, argv);
+  is_done = true;
+  return status;
+}

@@ -1,0 +1,202 @@
+#include "lumo/cli/options.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace lumo::cli {
+
+namespace {
+
+struct ValueName
+{
+  std::string_view name;
+  ValueKind kind;
+};
+
+constexpr std::array<ValueName, 6> kValueNames = {{
+    {"FILE", ValueKind::kScript},
+    {"REST", ValueKind::kFile},
+    {"TRAIL", ValueKind::kFile},
+    {"MODEL", ValueKind::kFile},
+    {"COMMAND", ValueKind::kCommand},
+    {"SECONDS", ValueKind::kNumber},
+}};
+
+void add_script(CLI::App* subcommand, std::string& file)
+{
+  subcommand->add_option("FILE", file, "SMT-LIB 2 script; - is the standard input")
+      ->type_name("")
+      ->required();
+}
+
+std::string make_footer()
+{
+  std::string footer = "Exit status:";
+  for (const ExitStatus& status : kExitStatuses)
+    footer += "\n  " + std::to_string(status.status) + "  " + std::string(status.meaning);
+  return footer;
+}
+
+}  // namespace
+
+Options::Options()
+    : app_(
+          "Eliminates unconstrained terms from SMT-LIB 2 scripts over Booleans and bit-vectors, and makes "
+          "models\n"
+          "of the scripts from models of what is left.",
+          "lumo")
+{
+  app_.get_formatter()->label("REQUIRED", "(required)");
+  app_.get_formatter()->label("Positionals", "Arguments");
+  app_.set_version_flag("--version", "lumo " LUMO_VERSION, "Print the version and exit");
+  app_.set_help_flag("-h,--help", "Print this help and exit");
+  app_.require_subcommand(1);
+  // passed on to the subcommands; without it, --model=FILE would be something about a truth value.
+  app_.option_defaults()->disable_flag_override();
+  app_.footer(make_footer());
+  add_solve();
+  add_simplify();
+  add_extend();
+  add_check();
+  add_dot();
+  add_invert();
+}
+
+Subcommand Options::get_subcommand() const
+{
+  for (const auto& [app, subcommand] : subcommands_) {
+    if (app->parsed()) return subcommand;
+  }
+  throw std::logic_error("no subcommand was given");  // GCOVR_EXCL_LINE: without one, parsing fails
+}
+
+CLI::App* Options::add_subcommand(Subcommand subcommand, const std::string& name,
+                                  const std::string& description)
+{
+  CLI::App* app = app_.add_subcommand(name, description)->group("Subcommands");
+  subcommands_.emplace_back(app, subcommand);
+  return app;
+}
+
+void Options::add_solve()
+{
+  commands::SolveOptions& solve = values_.solve;
+  CLI::App* subcommand =
+      add_subcommand(Subcommand::kSolve, "solve",
+                     "Eliminate, let a solver answer the rest, and print sat, unsat or unknown.");
+  add_script(subcommand, solve.file);
+  subcommand->add_flag("--model", solve.wants_model, "Print a checked model of all declared constants, too");
+  subcommand
+      ->add_option("--solver", solve.method.solver_command,
+                   "A command that reads SMT-LIB 2 and answers; else it is Z3 within lumo")
+      ->type_name("COMMAND");
+  subcommand->add_option("--timeout", solve.method.seconds, "Give up when the solver has taken so long")
+      ->type_name("SECONDS");
+  subcommand->add_flag_callback(
+      "--no-elimination", [this] { values_.solve.method.eliminates = false; },
+      "Give the solver all of the script");
+  subcommand->add_flag("--stats", solve.wants_statistics,
+                       "Print sizes, eliminated applications and times to standard error");
+  subcommand->add_flag("--json", solve.wants_json, "Print answer, model and statistics as one JSON object");
+}
+
+void Options::add_simplify()
+{
+  commands::SimplifyOptions& simplify = values_.simplify;
+  CLI::App* subcommand = add_subcommand(Subcommand::kSimplify, "simplify",
+                                        "Eliminate, and print what is left as a script for any solver.");
+  add_script(subcommand, simplify.file);
+  subcommand
+      ->add_option("-o,--output", simplify.rest, "The file for what is left; else it is standard output")
+      ->type_name("REST");
+  subcommand->add_option("--trail", simplify.trail, "The file for what extend needs to know")
+      ->type_name("TRAIL");
+}
+
+void Options::add_extend()
+{
+  commands::ExtendOptions& extend = values_.extend;
+  CLI::App* subcommand = add_subcommand(
+      Subcommand::kExtend, "extend",
+      "Make a model of the script from a solver's model of what simplify left of it, and check it.");
+  add_script(subcommand, extend.file);
+  subcommand->add_option("--trail", extend.trail, "What simplify wrote for this")
+      ->type_name("TRAIL")
+      ->required();
+  subcommand->add_option("--model", extend.model, "What the solver answered")->type_name("MODEL")->required();
+}
+
+void Options::add_check()
+{
+  commands::CheckOptions& check = values_.check;
+  CLI::App* subcommand = add_subcommand(Subcommand::kCheck, "check",
+                                        "Say whether every assertion of the script is true under a model.");
+  add_script(subcommand, check.file);
+  subcommand->add_option("--model", check.model, "The model, as solvers print it")
+      ->type_name("MODEL")
+      ->required();
+}
+
+void Options::add_dot()
+{
+  commands::DotOptions& dot = values_.dot;
+  CLI::App* subcommand =
+      add_subcommand(Subcommand::kDot, "dot",
+                     "Print the term graph for Graphviz, with the applications marked that will go.");
+  add_script(subcommand, dot.file);
+  subcommand->add_flag("--after", dot.is_after, "Show what is left, with what stands for the others marked");
+}
+
+void Options::add_invert()
+{
+  CLI::App* subcommand = add_subcommand(
+      Subcommand::kInvert, "invert",
+      "Print definitions of constants that satisfy each assertion of the FILEs. An assertion (= t v)\n"
+      "asks for values of t's arguments that make t equal to the literal v, (not t) for values that\n"
+      "make t false, any other application t for values that make it true.");
+  subcommand->add_option("FILE", values_.invert_files, "SMT-LIB 2 files; - is the standard input")
+      ->type_name("")
+      ->required();
+}
+
+// -----------------------------------------------------------------------------------------------------------
+
+std::vector<const CLI::App*> list_subcommands(const CLI::App& app)
+{
+  return app.get_subcommands([](const CLI::App*) { return true; });
+}
+
+std::vector<const CLI::Option*> list_options(const CLI::App& app)
+{
+  std::vector<const CLI::Option*> options =
+      app.get_options([](const CLI::Option* option) { return option->nonpositional(); });
+  std::stable_partition(options.begin(), options.end(),
+                        [&](const CLI::Option* option) { return option == app.get_help_ptr(); });
+  return options;
+}
+
+std::vector<const CLI::Option*> list_arguments(const CLI::App& app)
+{
+  return app.get_options([](const CLI::Option* option) { return option->get_positional(); });
+}
+
+std::vector<std::string> list_names(const CLI::Option& option)
+{
+  std::vector<std::string> names;
+  for (const std::string& name : option.get_snames())
+    names.push_back("-" + name);
+  for (const std::string& name : option.get_lnames())
+    names.push_back("--" + name);
+  return names;
+}
+
+ValueKind get_value_kind(const CLI::Option& option)
+{
+  const std::string name = option.get_positional() ? option.get_name(true) : option.get_type_name();
+  for (const ValueName& row : kValueNames) {
+    if (row.name == name) return row.kind;
+  }
+  throw std::logic_error("nothing is known of the value " + name);  // GCOVR_EXCL_LINE
+}
+
+}  // namespace lumo::cli

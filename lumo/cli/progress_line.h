@@ -1,0 +1,75 @@
+#ifndef LUMO_CLI_PROGRESS_LINE_H
+#define LUMO_CLI_PROGRESS_LINE_H
+
+#include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <mutex>
+#include <ostream>
+#include <streambuf>
+#include <string>
+#include <thread>
+
+#include "lumo/commands/progress.h"
+
+namespace lumo::cli {
+
+/// A line at the end of the terminal on standard error that tells what the program is doing, once it has worked
+/// for a moment; a thread of its own writes it anew a few times a second. If standard error is no terminal, or one
+/// that cannot erase, there is neither line nor thread.
+///
+/// While it may be on the screen, nobody else writes there: the line goes away, for good, with `stop`, with the
+/// object, and with a signal that ends the program; and for as long as the command waits for standard input, or
+/// prints to where somebody may see it come.
+///
+/// There is one at a time, used by the main thread.
+class ProgressLine : public commands::Progress
+{
+ public:
+  ProgressLine();
+  ~ProgressLine() override;
+
+  void enter(commands::Activity activity, std::size_t num_terms) override;
+  /// Ends the line and the thread.
+  void stop();
+  /// The same for the line that there is, if any, where the object cannot be reached.
+  static void stop_current();
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void run();
+  void draw();
+  void erase();
+  [[nodiscard]] bool is_visible() const;
+  [[nodiscard]] std::string make_text() const;
+
+  std::mutex mutex_;  ///< for what follows, save the thread
+  std::condition_variable wake_;
+  bool is_stopped_ = false;
+  commands::Activity activity_ = commands::Activity::kWaiting;
+  std::size_t num_terms_ = 0;
+  Clock::time_point start_ = Clock::now();           ///< of the work since the program waited last
+  Clock::time_point activity_start_ = Clock::now();  ///< of the activity
+  std::thread thread_;
+};
+
+/// Passes on what is written to another stream, and before that stops a progress line.
+class LineStopper : public std::streambuf
+{
+ public:
+  LineStopper(ProgressLine& line, std::ostream& out) : line_(line), out_(out) {}
+
+ protected:
+  int_type overflow(int_type c) override;
+  std::streamsize xsputn(const char* text, std::streamsize size) override;
+  int sync() override;
+
+ private:
+  ProgressLine& line_;
+  std::ostream& out_;
+};
+
+}  // namespace lumo::cli
+
+#endif

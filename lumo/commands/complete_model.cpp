@@ -1,0 +1,57 @@
+#include "lumo/commands/complete_model.h"
+
+#include "lumo/elimination/extend.h"
+
+namespace lumo::commands {
+
+namespace {
+
+void extend_model(TermManager& mgr, const Trail& trail, ModelStore& model)
+{
+  try {
+    extend(mgr, trail, model);
+  } catch (const Exception& e) {
+    throw CheckFailure({}, std::string("the model cannot be extended: ") + e.what());
+  }
+}
+
+void check_model(TermManager& mgr, const smtlib::Script& script, const Elimination& elimination,
+                 ModelStore& model)
+{
+  const std::size_t violated = find_violated(mgr, script.get_asserted_terms(), model);
+  if (violated == script.assertions.size()) return;
+
+  // What the solver was asked has the values that the solver gave: extending adds values for what is gone.
+  const bool is_rest_true =
+      find_violated(mgr, elimination.assertions, model) == elimination.assertions.size();
+  throw CheckFailure(script.assertions[violated].place,
+                     is_rest_true
+                         ? "this assertion is false under the extended model"
+                         : "this assertion is false under the extended model, and the solver's model does "
+                           "not satisfy what the solver was asked");
+}
+
+}  // namespace
+
+std::vector<ModelValue> complete_model(TermManager& mgr, const smtlib::Script& script,
+                                       const Elimination& elimination, std::span<const ModelValue> values,
+                                       Statistics& statistics, Progress* progress)
+{
+  enter(progress, Activity::kExtending, mgr.get_num_terms());
+  ModelStore model(&mgr);
+  {
+    const PhaseTimer timer(statistics, Phase::kExtend);
+    define_values(model, values);
+    extend_model(mgr, elimination.trail, model);
+  }
+  enter(progress, Activity::kChecking, mgr.get_num_terms());
+  const PhaseTimer timer(statistics, Phase::kCheck);
+  check_model(mgr, script, elimination, model);
+  std::vector<ModelValue> completed;
+  completed.reserve(script.constants.size());
+  for (const Term* constant : script.constants)
+    completed.push_back({constant, model.get_value(constant)});
+  return completed;
+}
+
+}  // namespace lumo::commands

@@ -1,0 +1,20 @@
+#ifndef LUMO_COMMANDS_DOT_PRINTER_H
+#define LUMO_COMMANDS_DOT_PRINTER_H
+
+#include <iosfwd>
+#include <span>
+
+#include "lumo/terms/term_manager.h"
+
+namespace lumo::commands {
+
+/// Prints the graph of some assertions for Graphviz: one node per distinct term, edges to its arguments from left
+/// to right, and a node per assertion. Time and memory grow with the graph.
+///
+/// The marked terms, of which those that are not in the graph do not matter, are filled.
+void print_dot(std::ostream& out, std::span<const Term* const> assertions,
+               std::span<const Term* const> marked);
+
+}  // namespace lumo::commands
+
+#endif

@@ -1,0 +1,24 @@
+#ifndef LUMO_COMMANDS_MODEL_FILE_H
+#define LUMO_COMMANDS_MODEL_FILE_H
+
+#include <iosfwd>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "lumo/commands/progress.h"
+#include "lumo/solvers/answer.h"
+#include "lumo/terms/term_manager.h"
+
+namespace lumo::commands {
+
+/// Reads a model of some of the constants from a file, or from `in` if the file is `-`. What cannot be read is
+/// a SubcommandFailure.
+[[nodiscard]] std::vector<ModelValue> read_model_file(TermManager& mgr,
+                                                      std::span<const Term* const> constants,
+                                                      const std::string& file, std::istream& in,
+                                                      Progress* progress = nullptr);
+
+}  // namespace lumo::commands
+
+#endif

@@ -1,0 +1,28 @@
+#ifndef LUMO_COMMANDS_RUN_CHECK_H
+#define LUMO_COMMANDS_RUN_CHECK_H
+
+#include <iosfwd>
+#include <string>
+
+#include "lumo/commands/exit_status.h"
+#include "lumo/commands/progress.h"
+
+namespace lumo::commands {
+
+struct CheckOptions
+{
+  std::string file;
+  std::string model;  ///< in the form of an answer to `get-model`
+};
+
+/// Does `lumo check` and returns its exit status. One of the files may be `-`, which stands for `in`.
+///
+/// If every assertion of the script is true under the model, where constants that it leaves out are 0 or false,
+/// `valid` goes to `out`. Else `invalid` does, the first assertion that is false and the values of its constants
+/// go to `err`, and the status is kRefused.
+int run_check(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+              Progress* progress = nullptr);
+
+}  // namespace lumo::commands
+
+#endif

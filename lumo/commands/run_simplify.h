@@ -1,0 +1,29 @@
+#ifndef LUMO_COMMANDS_RUN_SIMPLIFY_H
+#define LUMO_COMMANDS_RUN_SIMPLIFY_H
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+
+#include "lumo/commands/exit_status.h"
+#include "lumo/commands/progress.h"
+
+namespace lumo::commands {
+
+struct SimplifyOptions
+{
+  std::string file;                  ///< `-` stands for the standard input
+  std::string rest = "-";            ///< where the script that is left goes; `-` is the standard output
+  std::optional<std::string> trail;  ///< where the trail goes, if anywhere; `-` is the standard output
+};
+
+/// Does `lumo simplify` and returns its exit status.
+///
+/// Either both outputs are written or the status is kFailed. Files that were there before stay as they were
+/// until both are complete.
+int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+                 Progress* progress = nullptr);
+
+}  // namespace lumo::commands
+
+#endif

@@ -1,0 +1,104 @@
+#include "lumo/commands/run_solve.h"
+
+#include <cmath>
+#include <memory>
+#include <ostream>
+
+#include "lumo/commands/complete_model.h"
+#include "lumo/commands/subcommand.h"
+#include "lumo/commands/text_escapes.h"
+#include "lumo/smtlib/model_reader.h"
+
+namespace lumo::commands {
+
+namespace {
+
+void check_options(const SolveOptions& options)
+{
+  const std::optional<double>& seconds = options.method.seconds;
+  if (seconds && !(std::isfinite(*seconds) && *seconds > 0)) {
+    throw SubcommandFailure("lumo: the time limit must be a number of seconds above 0");
+  }
+}
+
+solvers::Solution solve_input(Input& input, const SolveMethod& method, Statistics& statistics,
+                              Progress* progress)
+{
+  solvers::Solution solution;
+  with_located_failures(input.name, [&] {
+    try {
+      solution = solve_script(input.mgr, input.script, method, statistics, progress);
+    } catch (const CheckFailure& e) {
+      const std::string sentence = make_sentence(e) + ", so there is no answer";
+      throw SubcommandFailure(
+          e.get_place() ? make_message(input.name, *e.get_place(), sentence) : input.name + ": " + sentence,
+          kCheckFailed);
+    }
+  });
+  return solution;
+}
+
+void print_model_json(std::ostream& out, const std::vector<ModelValue>& model)
+{
+  const char* separator = "";
+  out << '[';
+  for (const ModelValue& value : model) {
+    const Symbol* symbol = value.constant->get_symbol();
+    out << separator << "{\"constant\": " << make_json_string(symbol->get_name()) << ", \"sort\": \""
+        << symbol->get_output_type()->to_string() << "\", \"value\": \""
+        << value.value->get_symbol()->get_name() << "\"}";
+    separator = ", ";
+  }
+  out << ']';
+}
+
+void print_json(std::ostream& out, const SolveOptions& options, const solvers::Solution& solution,
+                const Statistics& statistics)
+{
+  out << "{\"answer\": \"" << to_string(solution.answer) << "\", ";
+  if (options.wants_model && solution.answer == solvers::Answer::kSat) {
+    out << "\"model\": ";
+    print_model_json(out, solution.model);
+    out << ", ";
+  }
+  out << "\"stats\": ";
+  print_statistics_json(out, statistics);
+  out << "}\n";
+}
+
+void print_text(std::ostream& out, const SolveOptions& options, const solvers::Solution& solution)
+{
+  out << to_string(solution.answer) << '\n';
+  if (options.wants_model && solution.answer == solvers::Answer::kSat)
+    smtlib::print_model(out, solution.model);
+}
+
+}  // namespace
+
+int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+              Progress* progress)
+{
+  return run_subcommand(err, [&] {
+    check_options(options);
+    Statistics statistics;
+    std::unique_ptr<Input> input;
+    {
+      const PhaseTimer timer(statistics, Phase::kRead);
+      input = read_input(options.file, in, progress);
+    }
+    const solvers::Solution solution = solve_input(*input, options.method, statistics, progress);
+
+    enter(progress, Activity::kPrinting);
+    write_output(out, [&](std::ostream& stream) {
+      if (options.wants_json) {
+        print_json(stream, options, solution, statistics);
+      } else {
+        print_text(stream, options, solution);
+      }
+    });
+    if (options.wants_statistics && !options.wants_json) print_statistics(err, statistics);
+    return kAnswered;
+  });
+}
+
+}  // namespace lumo::commands

@@ -1,0 +1,32 @@
+#ifndef LUMO_COMMANDS_RUN_SOLVE_H
+#define LUMO_COMMANDS_RUN_SOLVE_H
+
+#include <iosfwd>
+#include <string>
+
+#include "lumo/commands/exit_status.h"
+#include "lumo/commands/progress.h"
+#include "lumo/commands/solve_script.h"
+
+namespace lumo::commands {
+
+struct SolveOptions
+{
+  std::string file;  ///< `-` stands for the standard input
+  SolveMethod method;
+  bool wants_model = false;
+  bool wants_statistics = false;
+  bool wants_json = false;
+};
+
+/// Does `lumo solve` and returns its exit status: kAnswered for every answer, unknown included.
+///
+/// The answer goes to `out` on a line of its own, then the model if it is sat and a model is wanted;
+/// statistics go to `err`. As JSON, one object with all of them goes to `out`. A model that does not pass the
+/// check makes the status kCheckFailed, and nothing goes to `out`.
+int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
+              Progress* progress = nullptr);
+
+}  // namespace lumo::commands
+
+#endif

@@ -1,0 +1,59 @@
+#include "lumo/commands/solve_script.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "lumo/commands/complete_model.h"
+#include "lumo/elimination/eliminate.h"
+#include "lumo/solvers/solver_limits.h"
+#include "lumo/solvers/solver_process.h"
+#include "lumo/solvers/z3_solver.h"
+
+namespace lumo::commands {
+
+namespace {
+
+Elimination eliminate_if_wanted(TermManager& mgr, const smtlib::Script& script, const SolveMethod& method,
+                                Statistics& statistics)
+{
+  const PhaseTimer timer(statistics, Phase::kEliminate);
+  const std::vector<const Term*> assertions = script.get_asserted_terms();
+  Elimination elimination = method.eliminates ? eliminate(mgr, assertions) : Elimination{assertions, {}};
+  std::erase(elimination.assertions, mgr.make_true());
+  return elimination;
+}
+
+solvers::Solution solve_rest(TermManager& mgr, const std::vector<const Term*>& rest,
+                             const SolveMethod& method, Statistics& statistics)
+{
+  const PhaseTimer timer(statistics, Phase::kSolve);
+  if (rest.empty()) return {solvers::Answer::kSat, {}};
+  if (std::find(rest.begin(), rest.end(), mgr.make_false()) != rest.end())
+    return {solvers::Answer::kUnsat, {}};
+  solvers::SolverLimits limits;
+  limits.seconds = method.seconds;
+  limits.wants_model = true;  // for the check, whether or not somebody wants to see it
+  return method.solver_command ? solvers::solve_with_process(mgr, *method.solver_command, rest, limits)
+                               : solvers::solve_with_z3(mgr, rest, limits);
+}
+
+}  // namespace
+
+solvers::Solution solve_script(TermManager& mgr, const smtlib::Script& script, const SolveMethod& method,
+                               Statistics& statistics, Progress* progress)
+{
+  enter(progress, Activity::kEliminating, mgr.get_num_terms());
+  const Elimination elimination = eliminate_if_wanted(mgr, script, method, statistics);
+  statistics.before = measure_graph(script.get_asserted_terms());
+  statistics.after = measure_graph(elimination.assertions);
+  statistics.count_steps(elimination.trail);
+
+  enter(progress, Activity::kSolving, statistics.after.terms);
+  solvers::Solution solution = solve_rest(mgr, elimination.assertions, method, statistics);
+  if (solution.answer == solvers::Answer::kSat) {
+    solution.model = complete_model(mgr, script, elimination, solution.model, statistics, progress);
+  }
+  return solution;
+}
+
+}  // namespace lumo::commands

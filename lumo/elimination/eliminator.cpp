@@ -1,0 +1,235 @@
+#include "lumo/elimination/eliminator.h"
+
+#include <algorithm>
+#include <cassert>
+#include <string>
+#include <utility>
+
+#include "lumo/elimination/rules.h"
+
+namespace lumo {
+
+Eliminator::Eliminator(TermManager& mgr, std::span<const Term* const> assertions)
+    : mgr_(mgr), graph_(mgr, assertions), chains_(graph_.get_num_nodes())
+{}
+
+Elimination Eliminator::run()
+{
+  start_chains();
+  // The list is taken from its end, so the constants that lie deepest come first.
+  for (NodeIndex n = graph_.get_num_nodes() - 1; n > kAssertions; --n) {
+    if (graph_.is_free(n)) work_.push_back(n);
+  }
+  while (!work_.empty()) {
+    const NodeIndex n = work_.back();
+    work_.pop_back();
+    if (graph_.is_free(n)) visit(n);
+  }
+  Elimination result;
+  result.assertions = build_assertions();
+  result.trail.steps = build_steps();
+  result.trail.facts = std::move(facts_);
+  return result;
+}
+
+void Eliminator::visit(NodeIndex n)
+{
+  const NodeIndex parent = graph_[n].parents;
+  if (parent == kAssertions) {
+    facts_.push_back(graph_[n].term);
+    return;
+  }
+  if (chains_.contains(parent)) {
+    visit_chain_leaf(n, parent);
+    return;
+  }
+  const EliminationRule& rule = get_elimination_rule(graph_.get_kind(parent));
+  switch (rule.need) {
+    case FreeNeed::kNever:
+      return;
+    case FreeNeed::kOne:
+      eliminate_application(parent, get_free(parent));
+      return;
+    case FreeNeed::kAll:
+    case FreeNeed::kAllChain:
+      break;
+    case FreeNeed::kTwo:
+      visit_ite(parent);
+      return;
+    case FreeNeed::kGuarded:
+      visit_order_atom(parent);
+      return;
+  }
+  if (const FreeArguments free = get_free(parent); free.count() == graph_[parent].symbol->get_arity()) {
+    eliminate_application(parent, free);
+  } else if (rule.rewrite == NumeralRewrite::kShift) {
+    rewrite_shift(parent);
+  } else if (rule.rewrite == NumeralRewrite::kFactor) {
+    rewrite_product(parent);
+  }
+}
+
+FreeArguments Eliminator::get_free(NodeIndex n)
+{
+  FreeArguments free;
+  for (std::size_t i = 0; i < kMaxArity; ++i)
+    free[i] = graph_.is_free(graph_[n].args[i]);
+  return free;
+}
+
+// --------------------------------------------------------------------------------------------------------
+// Steps
+
+void Eliminator::eliminate_application(NodeIndex n, FreeArguments free)
+{
+  const Node& node = graph_[n];
+  add_step(node.symbol, node.args, free, node.term);
+  replace_by_leaf(n, steps_.back().constant);
+}
+
+void Eliminator::add_step(const Symbol* s, const Node::Arguments& args, FreeArguments free,
+                          const Term* original)
+{
+  static const std::string kPrefix = "u";
+  const Term* constant = mgr_.make_fresh_constant(kPrefix, s->get_output_type());
+  steps_.push_back({constant, nullptr, free, original});
+  applications_.push_back({s, args});
+}
+
+NodeIndex Eliminator::add_step_leaf(const Symbol* s, const Node::Arguments& args, FreeArguments free,
+                                    const Term* original)
+{
+  add_step(s, args, free, original);
+  return graph_.add_leaf(steps_.back().constant);
+}
+
+void Eliminator::replace_by_leaf(NodeIndex n, const Term* t)
+{
+  const Node::Arguments args = graph_[n].args;
+  graph_.become_leaf(n, t);
+  for (const NodeIndex arg : args) {
+    if (arg != kNoNode) graph_.drop_use(arg, n, work_);
+  }
+  if (graph_.is_free(n)) work_.push_back(n);
+}
+
+void Eliminator::replace_by_application(NodeIndex n, const Symbol* s, const Node::Arguments& args)
+{
+  const Node::Arguments old_args = graph_[n].args;
+  graph_.become_application(n, s, args);
+  for (const NodeIndex arg : args) {
+    if (arg != kNoNode) graph_.add_use(arg, n);
+  }
+  for (const NodeIndex arg : old_args) {
+    if (arg != kNoNode) graph_.drop_use(arg, n, work_);
+  }
+}
+
+// --------------------------------------------------------------------------------------------------------
+// Chains
+
+bool Eliminator::is_chain_operator(NodeIndex n)
+{
+  const Node& node = graph_[n];
+  const Kind kind = node.symbol->get_kind();
+  if (!is_operator(kind) || get_elimination_rule(kind).need != FreeNeed::kAllChain) return false;
+  // A factor that is a numeral has a rule of its own.
+  return kind != Kind::kBvMul || (!graph_.is_numeral(node.args[0]) && !graph_.is_numeral(node.args[1]));
+}
+
+void Eliminator::start_chains()
+{
+  for (NodeIndex n = graph_.get_num_nodes() - 1; n > kAssertions; --n) {
+    if (!is_chain_operator(n)) continue;
+    chains_.start(n);
+    join_chain(n);
+  }
+}
+
+void Eliminator::join_chain(NodeIndex n)
+{
+  const Node& node = graph_[n];
+  if (!node.is_exclusive) return;
+  const NodeIndex parent = node.parents;
+  const bool is_part = parent == kAssertions
+                           ? node.symbol->get_kind() == Kind::kAnd
+                           : chains_.contains(parent) && graph_[parent].symbol == node.symbol;
+  if (is_part) chains_.unite(n, parent);
+}
+
+void Eliminator::visit_chain_leaf(NodeIndex n, NodeIndex parent)
+{
+  Chain& chain = chains_.find(parent);
+  assert(chain.pending != n && "a constant waits in the work list once for each time that it becomes free");
+  if (chain.root == kAssertions) {
+    facts_.push_back(graph_[n].term);
+    remove_leaf(n);
+  } else if (chain.pending == kNoNode) {
+    chain.pending = n;
+  } else {
+    merge_leaves(chain, chain.pending, n);
+  }
+}
+
+void Eliminator::remove_leaf(NodeIndex n)
+{
+  Node& leaf = graph_[n];
+  Node::Arguments& args = graph_[leaf.parents].args;
+  *std::find(args.begin(), args.end(), n) = kNoNode;
+  leaf.num_uses = 0;
+  leaf.parents = 0;
+}
+
+/// f(.. a .. b ..) is f(f(.. ..), f(a, b)): the last is a step. Its constant joins the chain as an argument of
+/// the root, which so has three for a while, or is all that is left of it.
+void Eliminator::merge_leaves(Chain& chain, NodeIndex a, NodeIndex b)
+{
+  const NodeIndex root = chain.root;
+  remove_leaf(a);
+  remove_leaf(b);
+  --chain.num_leaves;
+  const Symbol* s = graph_[root].symbol;
+  const Node::Arguments args{a, b, kNoNode};
+  if (chain.num_leaves == 1) {
+    add_step(s, args, FreeArguments(0b11), graph_[root].term);
+    replace_by_leaf(root, steps_.back().constant);
+    return;
+  }
+  const NodeIndex merged = add_step_leaf(s, args, FreeArguments(0b11), nullptr);
+  graph_.add_use(merged, root);
+  assert(graph_[root].args[2] == kNoNode && "a pending leaf is the only one that was added");
+  graph_[root].args[2] = merged;
+  chain.pending = merged;
+}
+
+// --------------------------------------------------------------------------------------------------------
+// Results
+
+std::vector<Step> Eliminator::build_steps()
+{
+  for (std::size_t i = 0; i < steps_.size(); ++i) {
+    const auto& [symbol, nodes] = applications_[i];
+    const std::size_t num_args = symbol->get_arity();
+    std::array<const Term*, kMaxArity> args{};
+    bool is_original = steps_[i].original != nullptr && steps_[i].original->get_symbol() == symbol;
+    for (std::size_t j = 0; j < num_args; ++j) {
+      args[j] = graph_.build(nodes[j]);
+      is_original = is_original && steps_[i].original->get_arg(j) == args[j];
+    }
+    steps_[i].application = is_original ? steps_[i].original : mgr_.make_term(symbol, args.data(), num_args);
+  }
+  return std::move(steps_);
+}
+
+std::vector<const Term*> Eliminator::build_assertions()
+{
+  std::vector<const Term*> assertions;
+  for (const NodeIndex n : graph_.get_assertions()) {
+    if (graph_.is_free(n)) continue;  // a fact
+    const Term* t = graph_.build(n);
+    if (t != nullptr && t->get_symbol() != mgr_.get_true_symbol()) assertions.push_back(t);
+  }
+  return assertions;
+}
+
+}  // namespace lumo

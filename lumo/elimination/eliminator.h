@@ -1,0 +1,93 @@
+#ifndef LUMO_ELIMINATION_ELIMINATOR_H
+#define LUMO_ELIMINATION_ELIMINATOR_H
+
+#include <span>
+#include <vector>
+
+#include "lumo/elimination/chains.h"
+#include "lumo/elimination/eliminate.h"
+#include "lumo/elimination/term_graph.h"
+
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
+
+namespace lumo {
+
+/// One run of `eliminate`.
+///
+/// Free constants wait in a work list. Each is taken from it once, and its only use is looked at: where a rule
+/// applies, the application becomes a leaf, its arguments lose a use, and whatever constants are then left with
+/// one use go to the list. So every application is eliminated, and every use dropped, at most once.
+///
+/// Two things make the order of steps matter, from the newest to the oldest, when a model is extended:
+///
+/// I1. An argument of a step that is not free is a node of the graph, built only when all is done. Its constants
+///     have their values when the step's turn comes: one that a step makes free is in the graph no more after
+///     it, so only that step and older ones can mention it.
+/// I2. A node that a step mentions keeps its meaning. Regrouping a chain changes the meaning of all its
+///     applications but the root's, so only applications that never had another use become parts of a chain.
+class Eliminator
+{
+ public:
+  Eliminator(TermManager& mgr, std::span<const Term* const> assertions);
+
+  [[nodiscard]] Elimination run();
+
+ private:
+  /// What a step's application is made of, until all nodes have got their last form.
+  struct Application
+  {
+    const Symbol* symbol;
+    Node::Arguments args;
+  };
+
+  void start_chains();
+  [[nodiscard]] bool is_chain_operator(NodeIndex n);
+  /// Makes the chain whose root is n a part of the one around it, if there is one and nothing forbids it.
+  void join_chain(NodeIndex n);
+
+  /// Looks at the only use of a free constant.
+  void visit(NodeIndex n);
+  [[nodiscard]] FreeArguments get_free(NodeIndex n);
+  /// Makes a step for the application: it becomes the step's constant.
+  void eliminate_application(NodeIndex n, FreeArguments free);
+  void add_step(const Symbol* s, const Node::Arguments& args, FreeArguments free, const Term* original);
+  /// The same, with a new leaf for the step's constant.
+  NodeIndex add_step_leaf(const Symbol* s, const Node::Arguments& args, FreeArguments free,
+                          const Term* original);
+  /// Makes the application the leaf t, and drops its uses of its arguments.
+  void replace_by_leaf(NodeIndex n, const Term* t);
+  /// Makes the application another one with the same meaning.
+  void replace_by_application(NodeIndex n, const Symbol* s, const Node::Arguments& args);
+
+  void visit_chain_leaf(NodeIndex n, NodeIndex parent);
+  /// Takes a free leaf out of its chain.
+  void remove_leaf(NodeIndex n);
+  void merge_leaves(Chain& chain, NodeIndex a, NodeIndex b);
+
+  void visit_ite(NodeIndex n);
+  void visit_order_atom(NodeIndex n);
+  void guard_order_atom(NodeIndex n, std::size_t free_position);
+
+  void rewrite_shift(NodeIndex n);
+  void rewrite_product(NodeIndex n);
+  /// Makes the application x, moved by k bits in its direction, of a free x; 0 < k < w.
+  void replace_by_moved(NodeIndex n, Kind direction, NodeIndex x, unsigned long k, const Term* original);
+
+  [[nodiscard]] std::vector<Step> build_steps();
+  [[nodiscard]] std::vector<const Term*> build_assertions();
+
+  TermManager& mgr_;
+  TermGraph graph_;
+  Chains chains_;
+  std::vector<NodeIndex> work_;
+  std::vector<Step> steps_;                ///< without their applications
+  std::vector<Application> applications_;  ///< of the steps
+  std::vector<const Term*> facts_;
+};
+
+}  // namespace lumo
+
+#pragma GCC visibility pop
+
+#endif

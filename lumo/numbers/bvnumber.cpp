@@ -1,0 +1,222 @@
+#include "lumo/numbers/bvnumber.h"
+
+#include <array>
+#include <bit>
+#include <cassert>
+#include <climits>
+
+namespace lumo {
+
+namespace {
+
+// The scratch integers of the number type; no two helpers that use them are active at once.
+mpz_ptr scratch(int i) { return QNumber::gmp_tmp[i]; }
+
+constexpr unsigned long kLimbBits = 64;
+static_assert(sizeof(unsigned long) * CHAR_BIT == kLimbBits, "a word holds a limb");
+
+/// The inverse of an odd a modulo 2^64.
+unsigned long invert_limb(unsigned long a)
+{
+  unsigned long x = (3 * a) ^ 2;  // right in five bits
+  for (unsigned long bits = 5; bits < kLimbBits; bits *= 2)
+    x *= 2 - a * x;
+  return x;
+}
+
+unsigned long low_bits(unsigned long n, unsigned long w) { return w < kLimbBits ? n & ((1UL << w) - 1) : n; }
+
+/// Takes the inverse x of a modulo 2^known to modulo 2^w, where known < w <= 2 * known. Uses the last two
+/// scratch integers.
+void double_precision(mpz_ptr x, mpz_srcptr a, unsigned long known, unsigned long w)
+{
+  // a * x = 1 + 2^known * e modulo 2^w, and so the missing bits of x are those of -x * e.
+  mpz_ptr e = scratch(2);
+  mpz_ptr top = scratch(3);
+  mpz_tdiv_r_2exp(e, a, w);
+  mpz_mul(e, e, x);
+  mpz_tdiv_r_2exp(e, e, w);
+  mpz_tdiv_q_2exp(e, e, known);
+  mpz_mul(e, e, x);
+  mpz_tdiv_r_2exp(e, e, w - known);
+  if (mpz_size(e) == 0) return;
+  mpz_set_ui(top, 1);
+  mpz_mul_2exp(top, top, w - known);
+  mpz_sub(top, top, e);
+  mpz_mul_2exp(top, top, known);
+  mpz_add(x, x, top);
+}
+
+}  // namespace
+
+QNumber BVNumber::pow2_slow(unsigned long w)
+{
+  mpz_set_ui(scratch(0), 1);
+  mpz_mul_2exp(scratch(0), scratch(0), w);
+  mpz_set_ui(scratch(1), 1);
+  return {scratch(0), scratch(1)};
+}
+
+QNumber BVNumber::from_integer(mpz_srcptr z)
+{
+  if (mpz_fits_slong_p(z) != 0) return {mpz_get_si(z)};
+  mpz_ptr one = scratch(z == scratch(3) ? 2 : 3);  // z may be scratch itself
+  mpz_set_ui(one, 1);
+  return {z, one};
+}
+
+QNumber BVNumber::reduce_slow(const QNumber& q, unsigned long w)
+{
+  mpz_fdiv_r_2exp(scratch(0), q.view_numerator(scratch(0)), w);
+  return from_integer(scratch(0));
+}
+
+bool BVNumber::is_pattern_slow(const QNumber& q, unsigned long w)
+{
+  mpz_srcptr z = q.view_numerator(scratch(0));
+  return mpz_sgn(z) >= 0 && mpz_sizeinbase(z, 2) <= w;
+}
+
+QNumber BVNumber::complement_slow(const QNumber& q, unsigned long w)
+{
+  mpz_com(scratch(0), q.view_numerator(scratch(0)));
+  mpz_fdiv_r_2exp(scratch(0), scratch(0), w);
+  return from_integer(scratch(0));
+}
+
+QNumber BVNumber::concatenate(const QNumber& high, const QNumber& low, unsigned long w)
+{
+  assert(high.sign() >= 0 && is_pattern(low, w) && "patterns are put together");
+  long upper;
+  long lower;
+  if (w <= kWordWidth && high.get_word(upper) && upper < (1L << (kWordWidth - w))) {
+    // Unlike the high part, a low one that narrow is always a word.
+    if (low.get_word(lower)) return {upper << w | lower};  // GCOVR_EXCL_BR_LINE
+  }
+  mpz_mul_2exp(scratch(0), high.view_numerator(scratch(0)), w);
+  mpz_add(scratch(0), scratch(0), low.view_numerator(scratch(1)));
+  return from_integer(scratch(0));
+}
+
+QNumber BVNumber::extract(const QNumber& q, unsigned long lsb, unsigned long w)
+{
+  assert(q.sign() >= 0 && "patterns are not negative");
+  long word;
+  if (q.get_word(word)) {
+    const long shifted = lsb <= kWordWidth ? word >> lsb : 0;
+    return {w <= kWordWidth ? shifted & ((1L << w) - 1) : shifted};
+  }
+  mpz_tdiv_q_2exp(scratch(0), q.view_numerator(scratch(0)), lsb);
+  mpz_tdiv_r_2exp(scratch(0), scratch(0), w);
+  return from_integer(scratch(0));
+}
+
+QNumber BVNumber::rotate_left(const QNumber& q, unsigned long k, unsigned long w)
+{
+  assert(is_pattern(q, w) && k <= w && "a pattern of the width is turned");
+  long word;
+  // GCOVR_EXCL_BR_START: a pattern that narrow is a word
+  if (w <= kWordWidth && q.get_word(word)) return {(word << k & ((1L << w) - 1)) | word >> (w - k)};
+  // GCOVR_EXCL_BR_STOP
+  mpz_srcptr z = q.view_numerator(scratch(0));
+  mpz_tdiv_q_2exp(scratch(1), z, w - k);
+  mpz_tdiv_r_2exp(scratch(0), z, w - k);
+  mpz_mul_2exp(scratch(0), scratch(0), k);
+  mpz_add(scratch(0), scratch(0), scratch(1));
+  return from_integer(scratch(0));
+}
+
+QNumber BVNumber::shift_left(const QNumber& q, unsigned long k)
+{
+  assert(q.sign() >= 0 && "patterns are not negative");
+  long word;
+  if (k <= kWordWidth && q.get_word(word) && word < (1L << (kWordWidth - k))) return {word << k};
+  mpz_mul_2exp(scratch(0), q.view_numerator(scratch(0)), k);
+  return from_integer(scratch(0));
+}
+
+QNumber BVNumber::shift_right(const QNumber& q, unsigned long k)
+{
+  assert(q.sign() >= 0 && "patterns are not negative");
+  long word;
+  if (q.get_word(word)) return {k <= kWordWidth ? word >> k : 0};
+  mpz_tdiv_q_2exp(scratch(0), q.view_numerator(scratch(0)), k);
+  return from_integer(scratch(0));
+}
+
+bool BVNumber::is_bit_set(const QNumber& q, unsigned long i)
+{
+  assert(q.sign() >= 0 && "patterns are not negative");
+  long word;
+  if (q.get_word(word)) return i <= kWordWidth && ((word >> i) & 1) != 0;
+  return mpz_tstbit(q.view_numerator(scratch(0)), i) != 0;
+}
+
+QNumber BVNumber::invert_odd(const QNumber& a, unsigned long w)
+{
+  assert(is_bit_set(a, 0) && w > 0 && "the inverse exists");
+  long word;
+  if (w <= kWordWidth && a.get_word(word)) [[likely]] {
+    return {static_cast<long>(low_bits(invert_limb(static_cast<unsigned long>(word)), w))};
+  }
+  mpz_srcptr n = a.view_numerator(scratch(0));
+  mpz_ptr x = scratch(1);
+  // Each precision is half of the next one, rounded up, so that the last is w.
+  std::array<unsigned long, kLimbBits> precisions;
+  std::size_t num_steps = 0;
+  unsigned long known = w;
+  for (; known > kLimbBits; known -= known / 2)
+    precisions[num_steps++] = known;
+  mpz_set_ui(x, low_bits(invert_limb(mpz_get_ui(n)), known));
+  while (num_steps > 0) {
+    const unsigned long precision = precisions[--num_steps];
+    double_precision(x, n, known, precision);
+    known = precision;
+  }
+  return from_integer(x);
+}
+
+bool BVNumber::is_pow2(const QNumber& q, unsigned long& exponent)
+{
+  assert(q.sign() > 0 && "a positive number is asked about");
+  long word;
+  if (q.get_word(word)) {
+    if ((word & (word - 1)) != 0) return false;
+    exponent = static_cast<unsigned long>(std::countr_zero(static_cast<unsigned long>(word)));
+    return true;
+  }
+  mpz_srcptr z = q.view_numerator(scratch(0));
+  const mp_bitcnt_t lowest = mpz_scan1(z, 0);
+  if (lowest + 1 != mpz_sizeinbase(z, 2)) return false;
+  exponent = lowest;
+  return true;
+}
+
+QNumber BVNumber::bit_and(const QNumber& a, const QNumber& b)
+{
+  long x;
+  long y;
+  if (a.get_word(x) && b.get_word(y)) return {x & y};
+  mpz_and(scratch(0), a.view_numerator(scratch(0)), b.view_numerator(scratch(1)));
+  return from_integer(scratch(0));
+}
+
+QNumber BVNumber::bit_or(const QNumber& a, const QNumber& b)
+{
+  long x;
+  long y;
+  if (a.get_word(x) && b.get_word(y)) return {x | y};
+  mpz_ior(scratch(0), a.view_numerator(scratch(0)), b.view_numerator(scratch(1)));
+  return from_integer(scratch(0));
+}
+
+QNumber BVNumber::bit_xor(const QNumber& a, const QNumber& b)
+{
+  long x;
+  long y;
+  if (a.get_word(x) && b.get_word(y)) return {x ^ y};
+  mpz_xor(scratch(0), a.view_numerator(scratch(0)), b.view_numerator(scratch(1)));
+  return from_integer(scratch(0));
+}
+
+}  // namespace lumo

@@ -1,0 +1,172 @@
+// Reading, comparing and printing numbers; arithmetic is in qnumber.cpp.
+
+#include <cassert>
+#include <numeric>
+
+#include "lumo/numbers/gcd.h"
+#include "lumo/numbers/hash_mix.h"
+#include "lumo/numbers/qnumber.h"
+
+namespace lumo {
+
+namespace {
+
+/// Agrees with the hash of the word if z is one.
+std::size_t hash_integer(std::size_t seed, mpz_srcptr z)
+{
+  if (mpz_fits_slong_p(z) != 0) return mix_hash(seed, static_cast<std::size_t>(mpz_get_si(z)));
+  // The length first, so that 2^64 - 1 does not hash like the word of the same bits, -1.
+  const std::size_t length = mpz_size(z);
+  std::size_t h = mix_hash(seed, mpz_sgn(z) < 0 ? ~length : length);
+  const mp_limb_t* limbs = mpz_limbs_read(z);
+  for (std::size_t i = 0; i < mpz_size(z); ++i)
+    h = mix_hash(h, limbs[i]);
+  return h;
+}
+
+}  // namespace
+
+std::string QNumber::to_string() const
+{
+  // The strings of both conditional expressions are also freed for exceptions, in branches that no test takes.
+  // GCOVR_EXCL_BR_START
+  if (!is_big()) return den == 1 ? std::to_string(num) : std::to_string(num) + "/" + std::to_string(den);
+  const auto decimal = [](mpz_srcptr z) {
+    std::string digits(mpz_sizeinbase(z, 10) + 2, '\0');
+    mpz_get_str(digits.data(), 10, z);
+    digits.resize(digits.find('\0'));
+    return digits;
+  };
+  return is_int_big() ? decimal(block().num) : decimal(block().num) + "/" + decimal(block().den);
+  // GCOVR_EXCL_BR_STOP
+}
+
+std::size_t QNumber::hash() const
+{
+  if (!is_big()) [[likely]] {
+    return mix_hash(mix_hash(0, static_cast<std::size_t>(num)), static_cast<std::size_t>(den));
+  }
+  return hash_integer(hash_integer(0, block().num), block().den);
+}
+
+void QNumber::get_numerator(mpz_ptr out) const
+{
+  if (is_big()) {
+    mpz_set(out, block().num);
+  } else {
+    mpz_set_si(out, num);
+  }
+}
+
+void QNumber::get_denominator(mpz_ptr out) const
+{
+  if (is_big()) {
+    mpz_set(out, block().den);
+  } else {
+    mpz_set_si(out, den);
+  }
+}
+
+mpz_srcptr QNumber::view_numerator(mpz_ptr scratch) const
+{
+  if (is_big()) return block().num;
+  mpz_set_si(scratch, num);
+  return scratch;
+}
+
+bool QNumber::get_word_slow(long& out) const
+{
+  if (!is_int_big() || mpz_fits_slong_p(block().num) == 0) return false;
+  const long word = mpz_get_si(block().num);
+  if (word == LONG_MIN) return false;
+  out = word;
+  return true;
+}
+
+bool QNumber::is_canonical() const
+{
+  // Neither lumo::gcd nor the scratch integers: looking must not change the shared state.
+  if (!is_big()) return num != LONG_MIN && den > 0 && std::gcd(magnitude(num), magnitude(den)) == 1;
+  if (mpz_sgn(block().den) <= 0) return false;
+  if (is_int_big()) return true;
+  mpz_t g;
+  mpz_init(g);
+  mpz_gcd(g, block().num, block().den);
+  const bool coprime = mpz_cmp_ui(g, 1) == 0;
+  mpz_clear(g);
+  return coprime;
+}
+
+bool QNumber::equal_slow(const QNumber& lhs, const QNumber& rhs)
+{
+  if (!lhs.is_big()) return equal_slow(rhs, lhs);
+  const Block& x = lhs.block();
+  if (rhs.is_big()) return mpz_cmp(x.num, rhs.block().num) == 0 && mpz_cmp(x.den, rhs.block().den) == 0;
+  return mpz_cmp_si(x.num, rhs.num) == 0 && mpz_cmp_si(x.den, rhs.den) == 0;
+}
+
+bool QNumber::less_slow(const QNumber& lhs, const QNumber& rhs)
+{
+  if (lhs.is_big() && rhs.is_big() && lhs.is_int_big() && rhs.is_int_big()) {
+    return mpz_cmp(lhs.block().num, rhs.block().num) < 0;
+  }
+  const int x_sign = lhs.sign();
+  const int y_sign = rhs.sign();
+  if (x_sign < 0 && y_sign >= 0) return true;
+  if (x_sign >= 0 && y_sign <= 0) return false;
+  if (!lhs.is_big() && !rhs.is_big()) return less_small(lhs.num, lhs.den, rhs.num, rhs.den);
+  if (lhs.is_int() && rhs.is_int()) {
+    return rhs.is_big() ? mpz_cmp_si(rhs.block().num, lhs.num) > 0 : mpz_cmp_si(lhs.block().num, rhs.num) < 0;
+  }
+  return less_big(lhs, rhs);
+}
+
+bool QNumber::less_small(long xn, long xd, long yn, long yd)
+{
+  const long g1 = gcd(xn, yn);
+  const long g2 = gcd(xd, yd);
+  long left;
+  long right;
+  if (!mul_overflow(left, xn / g1, yd / g2) && !mul_overflow(right, yn / g1, xd / g2)) return left < right;
+  auto& [t0, t1, t2, t3] = gmp_tmp;
+  mpz_set_si(t0, xn / g1);
+  mpz_mul_si(t0, t0, yd / g2);
+  mpz_set_si(t1, yn / g1);
+  mpz_mul_si(t1, t1, xd / g2);
+  return mpz_cmp(t0, t1) < 0;
+}
+
+bool QNumber::less_big(const QNumber& lhs, const QNumber& rhs)
+{
+  auto& [t0, t1, t2, t3] = gmp_tmp;
+  lhs.get_numerator(t0);
+  rhs.get_numerator(t1);
+  mpz_gcd(t2, t0, t1);
+  mpz_divexact(t0, t0, t2);
+  mpz_divexact(t1, t1, t2);
+
+  // At most one side is small, and its denominator takes the last scratch integer; so it is used up first.
+  const auto get_denominator = [scratch = static_cast<mpz_ptr>(t3)](const QNumber& q) -> mpz_srcptr {
+    if (q.is_big()) return q.block().den;
+    mpz_set_si(scratch, q.den);
+    return scratch;
+  };
+  mpz_srcptr xd = get_denominator(lhs);
+  mpz_srcptr yd = get_denominator(rhs);
+  mpz_gcd(t2, xd, yd);
+  const auto multiply = [g = static_cast<mpz_ptr>(t2), quotient = static_cast<mpz_ptr>(t3)](
+                            mpz_ptr side, mpz_srcptr other_den) {
+    mpz_divexact(quotient, other_den, g);
+    mpz_mul(side, side, quotient);
+  };
+  if (lhs.is_big()) {
+    multiply(t0, yd);
+    multiply(t1, xd);
+  } else {
+    multiply(t1, xd);
+    multiply(t0, yd);
+  }
+  return mpz_cmp(t0, t1) < 0;
+}
+
+}  // namespace lumo

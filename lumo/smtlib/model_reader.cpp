@@ -1,0 +1,242 @@
+#include "lumo/smtlib/model_reader.h"
+
+#include <algorithm>
+#include <ostream>
+#include <string>
+#include <unordered_map>
+
+#include "lumo/smtlib/definition_printer.h"
+#include "lumo/smtlib/lexer.h"
+#include "lumo/smtlib/literals.h"
+#include "lumo/smtlib/sorts.h"
+#include "lumo/smtlib/symbol_text.h"
+
+namespace lumo::smtlib {
+
+namespace {
+
+class ModelReader
+{
+ public:
+  ModelReader(TermManager& mgr, std::span<const Term* const> constants, std::string_view text)
+      : mgr_(mgr), lexer_(text), sorts_(mgr, lexer_)
+  {
+    for (const Term* constant : constants)
+      constants_.emplace(constant->get_symbol()->get_name(), Known{constant, false});
+  }
+
+  std::vector<ModelValue> read();
+
+ private:
+  struct Known
+  {
+    const Term* constant;
+    bool is_defined;
+  };
+
+  Token read_start();
+  /// Reads entries as long as `next` opens one, and returns the token behind them.
+  Token read_entries(Token next);
+  void read_entry(const Token& open, const Token& word);
+  Token read_name();
+  void read_definition(const Token& open);
+  void read_value_of(const Term* constant);
+  const Term* read_value(const DataType* sort);
+  const Term* read_truth_value(const Token& token);
+  const Term* read_bit_vector(const Token& token, const DataType* sort);
+  const Term* read_decimal_literal(const DataType* sort);
+  [[noreturn]] void refuse_error(const Token& open);
+
+  TermManager& mgr_;
+  Lexer lexer_;
+  SortReader sorts_;
+  std::unordered_map<std::string_view, Known> constants_;
+  std::vector<ModelValue> values_;
+};
+
+std::vector<ModelValue> ModelReader::read()
+{
+  const Token open = read_start();
+  const Token head = lexer_.next();
+  Token next = head;
+  if (head.is_symbol() && !head.is_word("model")) {
+    // Definitions one after the other; the first one's parenthesis is open already.
+    read_entry(open, head);
+    next = read_entries(lexer_.next());
+  } else {
+    if (head.is_word("model")) next = lexer_.next();
+    const Token end = read_entries(next);
+    if (end.kind != TokenKind::kClose) refuse(end, "a definition or the end of the model");
+    next = lexer_.next();
+  }
+  while (next.is_word("success"))
+    next = lexer_.next();
+  if (next.kind != TokenKind::kEnd) refuse(next, "the end of the text");
+  return std::move(values_);
+}
+
+/// Reads up to the first parenthesis of the model.
+Token ModelReader::read_start()
+{
+  Token token = lexer_.next();
+  while (token.is_word("success"))
+    token = lexer_.next();
+  if (token.is_word("sat")) token = lexer_.next();
+  if (token.is_word("unsat") || token.is_word("unknown")) {
+    throw InputError(token.place,
+                     "the answer " + std::string(token.text) + " was found, but a model was expected");
+  }
+  if (token.kind != TokenKind::kOpen) refuse(token, "a model");
+  return token;
+}
+
+Token ModelReader::read_entries(Token next)
+{
+  for (; next.kind == TokenKind::kOpen; next = lexer_.next())
+    read_entry(next, lexer_.next());
+  return next;
+}
+
+void ModelReader::read_entry(const Token& open, const Token& word)
+{
+  constexpr std::string_view kPassedOver[] = {"declare-const", "declare-datatype", "declare-datatypes",
+                                              "declare-fun",   "declare-sort",     "define-fun-rec",
+                                              "define-sort",   "define-funs-rec",  "forall"};
+  if (word.is_word("define-fun")) {
+    read_definition(open);
+  } else if (word.is_word("error")) {
+    refuse_error(open);
+  } else if (word.kind == TokenKind::kSymbol &&
+             std::find(std::begin(kPassedOver), std::end(kPassedOver), word.text) != std::end(kPassedOver))
+  {
+    lexer_.skip_list(open.place);
+  } else {
+    refuse(word, "define-fun");
+  }
+}
+
+/// Reads the name that is defined. Z3 prints reserved words without bars when they are names, and of the name
+/// without characters nothing at all.
+Token ModelReader::read_name()
+{
+  Lexer ahead = lexer_;
+  const Token token = ahead.next();
+  if (token.kind == TokenKind::kOpen) return {TokenKind::kQuotedSymbol, {}, token.place};
+  if (!token.is_symbol()) refuse(token, "a name");
+  lexer_ = ahead;
+  return token;
+}
+
+void ModelReader::read_definition(const Token& open)
+{
+  const Token name = read_name();
+  const auto known = constants_.find(name.text);
+  if (known == constants_.end()) {
+    lexer_.skip_list(open.place);
+    return;
+  }
+  if (known->second.is_defined) {
+    throw InputError(name.place, describe(name) + " is defined here, but it has a value already");
+  }
+  known->second.is_defined = true;
+  read_value_of(known->second.constant);
+}
+
+/// Reads the rest of a definition, from behind the name on.
+void ModelReader::read_value_of(const Term* constant)
+{
+  lexer_.expect(TokenKind::kOpen, "a list of parameters");
+  lexer_.expect(TokenKind::kClose, "an empty list of parameters");
+  const DataType* sort = constant->get_symbol()->get_output_type();
+  // Sorts have no places of their own: find that of the sort's first token by reading it twice.
+  Lexer ahead = lexer_;
+  const Place place = ahead.next().place;
+  const DataType* found = sorts_.read();
+  if (found != sort) {
+    throw InputError(place, "the sort " + found->to_string() + " was found, but " + sort->to_string() +
+                                ", the sort of the constant " +
+                                make_excerpt(constant->get_symbol()->get_name()) + ", was expected");
+  }
+  const Term* value = read_value(sort);
+  lexer_.expect(TokenKind::kClose, "the end of the definition");
+  values_.push_back({constant, value});
+}
+
+const Term* ModelReader::read_value(const DataType* sort)
+{
+  const Token token = lexer_.next();
+  return sort->is_bool() ? read_truth_value(token) : read_bit_vector(token, sort);
+}
+
+const Term* ModelReader::read_truth_value(const Token& token)
+{
+  if (token.is_word("true")) return mgr_.make_true();
+  if (token.is_word("false")) return mgr_.make_false();
+  refuse(token, "true or false");
+}
+
+const Term* ModelReader::read_bit_vector(const Token& token, const DataType* sort)
+{
+  const unsigned long width = sort->get_width();
+  switch (token.kind) {
+    case TokenKind::kOpen:
+      return read_decimal_literal(sort);
+    case TokenKind::kBinary:
+      if (token.text.size() == width) return make_numeral(mgr_, token.text, 2, width);
+      break;
+    case TokenKind::kHexadecimal:
+      if (4 * token.text.size() == width) return make_numeral(mgr_, token.text, 16, width);
+      break;
+    default:
+      break;
+  }
+  refuse(token, "a literal of the sort " + sort->to_string());
+}
+
+/// Reads a literal `(_ bvN w)` from behind its parenthesis on.
+const Term* ModelReader::read_decimal_literal(const DataType* sort)
+{
+  const std::string wanted = "a literal of the sort " + sort->to_string();
+  const Token underscore = lexer_.next();
+  if (!underscore.is_word("_")) refuse(underscore, wanted);
+  const Token number = lexer_.next();
+  const bool is_number = number.is_symbol() && number.text.size() > 2 && number.text.starts_with("bv") &&
+                         number.text.find_first_not_of("0123456789", 2) == std::string_view::npos;
+  if (!is_number) refuse(number, wanted);
+  const Token width = lexer_.next();
+  if (read_width(width) != sort->get_width()) refuse(width, "the width " + std::to_string(sort->get_width()));
+  lexer_.expect(TokenKind::kClose, "the end of the literal");
+  return make_numeral(mgr_, number.text.substr(2), 10, sort->get_width());
+}
+
+/// Quotes what a solver says in `(error "...")`, from behind the word on.
+void ModelReader::refuse_error(const Token& open)
+{
+  const Token message = lexer_.next();
+  const std::string found =
+      message.kind == TokenKind::kString ? "the error \"" + make_excerpt(message.text) + "\"" : "an error";
+  throw InputError(open.place, found + " was found, but a model was expected");
+}
+
+}  // namespace
+
+std::vector<ModelValue> read_model(TermManager& mgr, std::span<const Term* const> constants,
+                                   std::string_view text)
+{
+  return ModelReader(mgr, constants, text).read();
+}
+
+void print_model(std::ostream& out, std::span<const ModelValue> model)
+{
+  for (const ModelValue& definition : model)
+    static_cast<void>(make_symbol_text(definition.constant->get_symbol()->get_name()));
+
+  out << "(\n";
+  for (const ModelValue& definition : model) {
+    out << "  ";
+    print_definition(out, definition.constant, definition.value);
+  }
+  out << ")\n";
+}
+
+}  // namespace lumo::smtlib

@@ -1,0 +1,23 @@
+#ifndef LUMO_SMTLIB_SCRIPT_PRINTER_H
+#define LUMO_SMTLIB_SCRIPT_PRINTER_H
+
+#include <iosfwd>
+#include <span>
+
+#include "lumo/terms/term_manager.h"
+
+namespace lumo::smtlib {
+
+/// Prints a complete script for any SMT-LIB 2 solver: the constants are declared, in their order, and behind them
+/// whatever other constants occur; the terms are asserted; one query follows, and a request for a model if one
+/// is wanted.
+///
+/// What is shared is printed once, and the walk is iterative. Assertions that share an application are printed
+/// as one conjunction, in which a `let` binds it: a definition of its own would take some solvers quadratic time.
+/// A name that SMT-LIB 2 cannot spell is an `Exception`, and nothing is printed.
+void print_script(std::ostream& out, std::span<const Term* const> constants,
+                  std::span<const Term* const> assertions, bool wants_model);
+
+}  // namespace lumo::smtlib
+
+#endif

@@ -1,0 +1,107 @@
+#include "lumo/smtlib/symbol_text.h"
+
+#include <algorithm>
+#include <array>
+
+#include "lumo/smtlib/input_error.h"
+#include "lumo/terms/exception.h"
+
+namespace lumo::smtlib {
+
+namespace {
+
+constexpr std::string_view kSpecialCharacters = "~!@$%^&*_-+=<>.?/";
+
+/// In the order of their bytes
+constexpr std::array<std::string_view, 46> kReservedWords = {
+    "!",
+    "BINARY",
+    "DECIMAL",
+    "HEXADECIMAL",
+    "NUMERAL",
+    "STRING",
+    "_",
+    "as",
+    "assert",
+    "check-sat",
+    "check-sat-assuming",
+    "declare-const",
+    "declare-datatype",
+    "declare-datatypes",
+    "declare-fun",
+    "declare-sort",
+    "declare-sort-parameter",
+    "define-const",
+    "define-fun",
+    "define-fun-rec",
+    "define-funs-rec",
+    "define-sort",
+    "echo",
+    "exists",
+    "exit",
+    "forall",
+    "get-assertions",
+    "get-assignment",
+    "get-info",
+    "get-model",
+    "get-option",
+    "get-proof",
+    "get-unsat-assumptions",
+    "get-unsat-core",
+    "get-value",
+    "lambda",
+    "let",
+    "match",
+    "par",
+    "pop",
+    "push",
+    "reset",
+    "reset-assertions",
+    "set-info",
+    "set-logic",
+    "set-option",
+};
+static_assert(std::is_sorted(kReservedWords.begin(), kReservedWords.end()));
+
+bool is_letter_or_digit(char c)
+{
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+}
+
+bool is_simple_symbol(std::string_view name)
+{
+  return !name.empty() && !(name.front() >= '0' && name.front() <= '9') &&
+         std::all_of(name.begin(), name.end(), is_symbol_character) && !is_reserved_word(name);
+}
+
+}  // namespace
+
+bool is_symbol_character(char c)
+{
+  return is_letter_or_digit(c) || kSpecialCharacters.find(c) != std::string_view::npos;
+}
+
+bool is_quotable_character(char c)
+{
+  const auto code = static_cast<unsigned char>(c);
+  const bool is_control = (code < ' ' && c != '\t' && c != '\n' && c != '\r') || code == 0x7f;
+  return c != '|' && c != '\\' && !is_control;
+}
+
+bool is_reserved_word(std::string_view word)
+{
+  return std::binary_search(kReservedWords.begin(), kReservedWords.end(), word);
+}
+
+std::string make_symbol_text(std::string_view name)
+{
+  if (is_simple_symbol(name)) return std::string(name);
+  if (!std::all_of(name.begin(), name.end(), is_quotable_character)) {
+    throw Exception(
+        "the name " + make_excerpt(name) +
+        " contains a bar, a backslash or a control character, but SMT-LIB 2 has no symbol with one");
+  }
+  return "|" + std::string(name) + "|";
+}
+
+}  // namespace lumo::smtlib

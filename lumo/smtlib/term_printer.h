@@ -1,0 +1,52 @@
+#ifndef LUMO_SMTLIB_TERM_PRINTER_H
+#define LUMO_SMTLIB_TERM_PRINTER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "lumo/smtlib/printed_terms.h"
+#include "lumo/smtlib/text_buffer.h"
+
+namespace lumo::smtlib {
+
+/// Writes terms, whose bindings were chosen, as SMT-LIB 2 text. None of the constants among them has a name that
+/// the writer makes.
+class TermPrinter
+{
+ public:
+  TermPrinter(TextBuffer& out, PrintedTerms& terms);
+
+  void write_constant(const Term* constant);
+  void write_declaration(const Term* constant);
+  /// Makes a name stand for an application from now on, and writes the name.
+  void write_new_name(const Term* application);
+  /// Writes the space before a piece and the `let`s at its front; answers how many parentheses must be closed
+  /// behind it. Pieces come in their order.
+  std::size_t open_lets(std::size_t piece);
+  /// Writes a term, by its name if it has one.
+  void write(const Term* t);
+  /// Writes an application as it is, its arguments by their names if they have some.
+  void write_application(const Term* application);
+
+ private:
+  struct Visit
+  {
+    const Term* application;
+    std::size_t next;  ///< argument
+  };
+
+  void write_name(std::uint32_t number) { out_ << prefix_ << number; }
+  void write_leaf_or_open(const Term* t);
+
+  TextBuffer& out_;
+  PrintedTerms& terms_;
+  std::string prefix_;  ///< of the names that are made
+  std::uint32_t num_names_ = 0;
+  std::vector<Visit> visits_;
+};
+
+}  // namespace lumo::smtlib
+
+#endif

@@ -1,0 +1,162 @@
+#include "lumo/solvers/z3_solver.h"
+
+#include <mutex>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "lumo/smtlib/literals.h"
+#include "lumo/solvers/deadline.h"
+#include "lumo/solvers/z3_builder.h"
+#include "lumo/solvers/z3_session.h"
+
+namespace lumo::solvers {
+
+namespace {
+
+/// Bounds the memory of all that Z3 does in this process: when it has none left, it gives up, while the
+/// system would end the process.
+void limit_memory()
+{
+  const long num_pages = sysconf(_SC_PHYS_PAGES);
+  const long page_size = sysconf(_SC_PAGE_SIZE);
+  if (num_pages <= 0 || page_size <= 0) return;
+  const long most = num_pages / 4 * 3 / (1024L * 1024L / page_size);
+  Z3_global_param_set("memory_max_size", std::to_string(most).c_str());
+}
+
+/// Z3's solver of a session.
+class Z3Solver
+{
+ public:
+  explicit Z3Solver(const Z3Session& z3) : z3_(z3), solver_(Z3_mk_solver(z3))
+  {
+    check_z3(z3);
+    Z3_solver_inc_ref(z3, solver_);
+  }
+  Z3Solver(const Z3Solver&) = delete;
+  Z3Solver& operator=(const Z3Solver&) = delete;
+  ~Z3Solver() { Z3_solver_dec_ref(z3_, solver_); }
+
+  void assert_expression(Z3_ast expression)
+  {
+    Z3_solver_assert(z3_, solver_, expression);
+    check_z3(z3_);
+  }
+  [[nodiscard]] Answer check(const Deadline& deadline, bool wants_model);
+  /// Null if there is none.
+  [[nodiscard]] Z3_model get_model() const { return Z3_solver_get_model(z3_, solver_); }
+
+ private:
+  void set_parameters(const Deadline& deadline, bool wants_model);
+
+  const Z3Session& z3_;
+  Z3_solver solver_;
+};
+
+void Z3Solver::set_parameters(const Deadline& deadline, bool wants_model)
+{
+  const Z3_params params = Z3_mk_params(z3_);
+  Z3_params_inc_ref(z3_, params);
+  Z3_params_set_bool(z3_, params, Z3_mk_string_symbol(z3_, "ctrl_c"), false);
+  Z3_params_set_bool(z3_, params, Z3_mk_string_symbol(z3_, "model"), wants_model);
+  if (deadline.is_set()) {
+    Z3_params_set_uint(z3_, params, Z3_mk_string_symbol(z3_, "timeout"), deadline.get_milliseconds_left());
+  }
+  Z3_solver_set_params(z3_, solver_, params);
+  Z3_params_dec_ref(z3_, params);
+  check_z3(z3_);
+}
+
+Answer Z3Solver::check(const Deadline& deadline, bool wants_model)
+{
+  if (deadline.is_over()) return Answer::kUnknown;
+  set_parameters(deadline, wants_model);
+  switch (Z3_solver_check(z3_, solver_)) {
+    case Z3_L_TRUE:
+      return Answer::kSat;
+    case Z3_L_FALSE:
+      return Answer::kUnsat;
+    case Z3_L_UNDEF:
+      break;
+  }
+  return Answer::kUnknown;
+}
+
+// -----------------------------------------------------------------------------------------------------------
+
+/// A model of a session.
+class Z3Model
+{
+ public:
+  Z3Model(const Z3Session& z3, Z3_model model) : z3_(z3), model_(model)
+  {
+    check_z3(z3);
+    Z3_model_inc_ref(z3, model);
+  }
+  Z3Model(const Z3Model&) = delete;
+  Z3Model& operator=(const Z3Model&) = delete;
+  ~Z3Model() { Z3_model_dec_ref(z3_, model_); }
+
+  /// The value of a constant, or null.
+  [[nodiscard]] Z3_ast find_value(Z3_ast constant) const
+  {
+    const Z3_func_decl declaration = Z3_get_app_decl(z3_, Z3_to_app(z3_, constant));
+    const Z3_ast value = Z3_model_get_const_interp(z3_, model_, declaration);
+    check_z3(z3_);
+    return value;
+  }
+
+ private:
+  const Z3Session& z3_;
+  Z3_model model_;
+};
+
+const Term* read_value(TermManager& mgr, const Z3Session& z3, const DataType* type, Z3_ast value)
+{
+  if (type->is_bool()) {
+    const Z3_lbool truth = Z3_get_bool_value(z3, value);
+    if (truth != Z3_L_UNDEF) return truth == Z3_L_TRUE ? mgr.make_true() : mgr.make_false();
+  } else if (Z3_get_ast_kind(z3, value) == Z3_NUMERAL_AST) {
+    const char* digits = Z3_get_numeral_binary_string(z3, value);
+    check_z3(z3);
+    return smtlib::make_numeral(mgr, digits, 2, type->get_width());
+  }
+  throw SolverError("Z3 gave a model in which a constant has a value that is no literal");
+}
+
+std::vector<ModelValue> read_model(TermManager& mgr, const Z3Session& z3, const Z3Model& model,
+                                   Z3Builder& builder)
+{
+  std::vector<ModelValue> values;
+  for (const Term* constant : builder.get_constants()) {
+    const Z3_ast value = model.find_value(builder.build(constant));
+    if (value == nullptr) continue;
+    values.push_back({constant, read_value(mgr, z3, constant->get_symbol()->get_output_type(), value)});
+  }
+  return values;
+}
+
+}  // namespace
+
+Solution solve_with_z3(TermManager& mgr, std::span<const Term* const> assertions, const SolverLimits& limits)
+{
+  const Deadline deadline(limits.seconds);
+  static std::once_flag memory_is_limited;
+  std::call_once(memory_is_limited, limit_memory);
+  const Z3Session z3;
+  Z3Builder builder(mgr, z3);
+  Z3Solver solver(z3);
+  for (const Term* assertion : assertions)
+    solver.assert_expression(builder.build(assertion));
+
+  Solution solution;
+  solution.answer = solver.check(deadline, limits.wants_model);
+  if (solution.answer == Answer::kSat && limits.wants_model) {
+    const Z3Model model(z3, solver.get_model());
+    solution.model = read_model(mgr, z3, model, builder);
+  }
+  return solution;
+}
+
+}  // namespace lumo::solvers

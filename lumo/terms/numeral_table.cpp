@@ -1,0 +1,116 @@
+#include "lumo/terms/numeral_table.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+namespace lumo {
+
+namespace {
+
+constexpr std::size_t kFirstNumBuckets = 61;
+constexpr std::size_t kManyBuckets = 5000;
+
+__extension__ using Product = unsigned __int128;
+
+/// Both halves of the product, so that every bit of the factors has a say: two words are mixed in the time of one
+/// multiplication.
+std::uint64_t multiply_and_fold(std::uint64_t a, std::uint64_t b)
+{
+  const Product product = Product{a} * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64U);
+}
+
+/// Equal for the small and the big form of a number.
+std::uint64_t hash_pattern(const QNumber& pattern, unsigned long w)
+{
+  // Odd words without a pattern: the fractional parts of the golden ratio and of the square root of 2
+  constexpr std::uint64_t kFirst = 0x9e3779b97f4a7c15UL;
+  constexpr std::uint64_t kSecond = 0x6a09e667f3bcc909UL;
+  std::uint64_t hash = kFirst * (2 * w + 1);
+  long word;
+  if (pattern.get_word(word)) return multiply_and_fold(static_cast<std::uint64_t>(word) ^ kSecond, hash);
+  mpz_srcptr z = pattern.view_numerator(QNumber::gmp_tmp[0]);
+  for (std::size_t i = 0; i < mpz_size(z); ++i)
+    hash = multiply_and_fold(mpz_getlimbn(z, static_cast<mp_size_t>(i)) ^ kSecond, hash ^ kFirst);
+  return hash;
+}
+
+}  // namespace
+
+NumeralTable::~NumeralTable()
+{
+  for (std::size_t i = 0; i < size_; ++i)
+    slot(i)->~Numeral();
+}
+
+std::size_t NumeralTable::get_bucket(const QNumber& value, const DataType* type) const
+{
+  return static_cast<std::size_t>((Product{hash_pattern(value, type->get_width())} * by_value_.size()) >>
+                                  64U);
+}
+
+const Numeral* NumeralTable::find(const QNumber& value, const DataType* type) const
+{
+  if (empty()) return nullptr;
+  for (Index i = by_value_[get_bucket(value, type)]; i != kNone;) {
+    const Numeral& candidate = at(i);
+    if (candidate.value_ == value && candidate.get_output_type() == type) return &candidate;
+    i = candidate.term_.next;
+  }
+  return nullptr;
+}
+
+const Numeral& NumeralTable::insert(TermManagerKey key, const DataType* type, QNumber value, std::uint32_t id)
+{
+  make_room();
+  const auto i = static_cast<Index>(size_);
+  const Numeral* numeral = new (slot(i)) Numeral(key, type, std::move(value), id);
+  ++size_;
+  link(i);
+  return *numeral;
+}
+
+void NumeralTable::make_room()
+{
+  if (size_ == chunks_.size() * kChunkSize) chunks_.push_back(std::make_unique_for_overwrite<Chunk>());
+  // Five numerals in four buckets at most: so a numeral with its places in both tables takes about 64 bytes, and a
+  // search meets about one and a half of them.
+  if (4 * size_ >= 5 * by_symbol_.size()) grow();
+}
+
+void NumeralTable::grow()
+{
+  const std::size_t num_buckets = by_symbol_.size();
+  // Small tables double, for time; large ones grow by half, for memory.
+  const std::size_t growth = num_buckets < kManyBuckets ? num_buckets : num_buckets / 2;
+  const PrimeModulus modulus = PrimeModulus::at_least(std::max(kFirstNumBuckets, num_buckets + growth));
+  std::vector<Index> by_symbol(modulus.get(), kNone);
+  std::vector<Index> by_value(modulus.get(), kNone);
+  modulus_ = modulus;
+  by_symbol_.swap(by_symbol);
+  by_value_.swap(by_value);
+  for (std::size_t i = 0; i < size_; ++i)
+    link(static_cast<Index>(i));
+}
+
+void NumeralTable::link(Index i) noexcept
+{
+  Numeral& numeral = *slot(i);
+  Index& same_symbol_bucket = by_symbol_[get_bucket(&numeral)];
+  Index& same_value_bucket = by_value_[get_bucket(numeral.value_, numeral.get_output_type())];
+  numeral.next_ = same_symbol_bucket;
+  numeral.term_.next = same_value_bucket;
+  same_symbol_bucket = i;
+  same_value_bucket = i;
+}
+
+std::size_t NumeralTable::get_chain_length(std::size_t i) const
+{
+  std::size_t length = 0;
+  for (Index next = by_symbol_[i]; next != kNone; next = at(next).next_)
+    ++length;
+  return length;
+}
+
+}  // namespace lumo

@@ -1,0 +1,123 @@
+#ifndef LUMO_TERMS_NUMERAL_TABLE_H
+#define LUMO_TERMS_NUMERAL_TABLE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "lumo/numbers/qnumber.h"
+#include "lumo/terms/prime_modulus.h"
+#include "lumo/terms/symbol.h"
+#include "lumo/terms/term.h"
+
+namespace lumo {
+
+/// A numeral: its symbol, the symbol as a term, and its value, in one object.
+class Numeral : public Symbol
+{
+ public:
+  Numeral(TermManagerKey key, const DataType* type, QNumber&& value, std::uint32_t id) noexcept
+      : Symbol(key, Kind::kNumeral, type, nullptr), term_(this, id), value_(static_cast<QNumber&&>(value))
+  {}
+
+  /// The numeral that s is; its kind must say so.
+  [[nodiscard]] static const Numeral& of(const Symbol* s) { return *static_cast<const Numeral*>(s); }
+
+  [[nodiscard]] const Term* get_term() const { return &term_; }
+  [[nodiscard]] const QNumber& get_value() const { return value_; }
+
+ private:
+  friend class NumeralTable;
+  using Index = std::uint32_t;
+
+  // The links to the next numerals in the two chains need no room of their own: they lie where the classes before
+  // them end in padding.
+  struct LinkedTerm : Term
+  {
+    LinkedTerm(const Symbol* symbol, std::uint32_t id) : Term(symbol, id) {}
+    Index next = 0;
+  };
+
+  Index next_ = 0;
+  LinkedTerm term_;
+  QNumber value_;
+};
+
+static_assert(sizeof(Numeral) <= 56, "the links fit the padding");
+
+/// The numerals of a manager, which it owns, in two chained hash tables: one is indexed by the symbol's address
+/// modulo the number of buckets, the other by a hash of value and sort.
+///
+/// Addresses are multiples of their alignment, so a power of two would leave most buckets empty for ever; the
+/// number of buckets is a prime, which shares no factor with any alignment.
+class NumeralTable
+{
+ public:
+  NumeralTable() = default;
+  NumeralTable(const NumeralTable&) = delete;
+  NumeralTable& operator=(const NumeralTable&) = delete;
+  ~NumeralTable();
+
+  [[nodiscard]] bool empty() const { return size_ == 0; }
+  [[nodiscard]] std::size_t size() const { return size_; }
+
+  /// The numeral of a symbol, or null. The table must not be empty.
+  [[nodiscard]] const Numeral* find(const Symbol* s) const
+  {
+    for (Index i = by_symbol_[get_bucket(s)]; i != kNone;) {
+      const Numeral& candidate = at(i);
+      if (&candidate == s) return &candidate;
+      i = candidate.next_;
+    }
+    return nullptr;
+  }
+  /// The numeral of a value and a sort, or null.
+  [[nodiscard]] const Numeral* find(const QNumber& value, const DataType* type) const;
+
+  /// Adds a numeral that is not in the table; id is its term's. If it throws, the table holds what it held
+  /// before. Numerals stay where they are.
+  const Numeral& insert(TermManagerKey key, const DataType* type, QNumber value, std::uint32_t id);
+
+  /// How many buckets symbols are spread over.
+  [[nodiscard]] std::size_t get_num_buckets() const { return by_symbol_.size(); }
+  /// How many symbols share bucket i.
+  [[nodiscard]] std::size_t get_chain_length(std::size_t i) const;
+
+ private:
+  using Index = Numeral::Index;
+  static constexpr Index kNone = ~Index{0};
+  static constexpr std::size_t kChunkSize = 128;
+
+  /// Raw memory for as many numerals
+  struct Chunk
+  {
+    alignas(Numeral) std::byte memory[kChunkSize * sizeof(Numeral)];
+  };
+
+  [[nodiscard]] std::size_t get_bucket(const Symbol* s) const
+  {
+    return modulus_.reduce(reinterpret_cast<std::uintptr_t>(s));
+  }
+  /// Hashes are mixed well, so that the upper half of a product spreads them evenly.
+  [[nodiscard]] std::size_t get_bucket(const QNumber& value, const DataType* type) const;
+
+  [[nodiscard]] Numeral* slot(std::size_t i) const
+  {
+    return reinterpret_cast<Numeral*>(chunks_[i / kChunkSize]->memory) + i % kChunkSize;
+  }
+  [[nodiscard]] const Numeral& at(std::size_t i) const { return *slot(i); }
+  void make_room();
+  void grow();
+  void link(Index i) noexcept;
+
+  std::vector<std::unique_ptr<Chunk>> chunks_;
+  std::size_t size_ = 0;
+  PrimeModulus modulus_;          ///< the number of buckets
+  std::vector<Index> by_symbol_;  ///< the heads of the chains; so are those of the other table
+  std::vector<Index> by_value_;
+};
+
+}  // namespace lumo
+
+#endif

@@ -1,0 +1,153 @@
+#include "lumo/commands/run_simplify.h"
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "lumo/smtlib/script_reader.h"
+#include "tests/commands/subcommand_run.h"
+#include "tests/support/temporary_folder.h"
+
+namespace lumo::test {
+namespace {
+
+using commands::SimplifyOptions;
+
+constexpr const char* kSimplifyScript =
+    "(declare-const x (_ BitVec 8))\n"
+    "(declare-const y (_ BitVec 8))\n"
+    "(declare-const unused Bool)\n"
+    "(assert (bvult (bvadd x y) (bvurem x #x07)))\n";
+
+SubcommandRun simplify(const SimplifyOptions& options, const std::string& script = kSimplifyScript)
+{
+  return run(commands::run_simplify, options, script);
+}
+
+std::vector<std::string> list_names(const std::string& script)
+{
+  TermManager mgr;
+  std::vector<std::string> names;
+  for (const Term* constant : smtlib::read_script(mgr, script).constants)
+    names.push_back(constant->get_symbol()->get_name());
+  return names;
+}
+
+TEST(RunSimplify, WritesTheRestAndTheTrail)
+{
+  const TemporaryFolder folder;
+  const SubcommandRun both = simplify({"-", folder.get_file("rest"), folder.get_file("trail")});
+  EXPECT_EQ(both.status, commands::kAnswered);
+  EXPECT_EQ(both.out, "");
+  EXPECT_EQ(both.err, "");
+  EXPECT_EQ(folder.count_files(), 2U);
+  EXPECT_NE(folder.read("rest").find("(check-sat)"), std::string::npos);
+  EXPECT_NE(folder.read("rest").find("(get-model)"), std::string::npos);
+  EXPECT_NE(folder.read("trail").find("(bvadd x y)"), std::string::npos);
+
+  const SubcommandRun rest = simplify({"-", "-", {}});
+  EXPECT_EQ(rest.status, commands::kAnswered);
+  EXPECT_EQ(rest.out, folder.read("rest"));
+  const SubcommandRun trail = simplify({"-", folder.get_file("rest"), "-"});
+  EXPECT_EQ(trail.status, commands::kAnswered);
+  EXPECT_EQ(trail.out, folder.read("trail"));
+}
+
+TEST(RunSimplify, DeclaresWhatIsLeftAlone)
+{
+  // The sum is gone, and so is the order atom, of which its guard is left.
+  EXPECT_EQ(list_names(simplify({"-", "-", {}}).out), std::vector<std::string>{"x"});
+  EXPECT_EQ(list_names(simplify({"-", "-", {}}, "(declare-const p Bool)(assert p)").out),
+            std::vector<std::string>{});
+}
+
+TEST(RunSimplify, LeavesOldFilesAloneIfOneCannotBeWritten)
+{
+  const TemporaryFolder folder;
+  const std::string old_file = folder.write("old", "old");
+  const std::string missing = folder.get_file("missing/file");
+  const std::string full_error = "/dev/full: this cannot be written: No space left on device\n";
+  const std::string missing_error = missing + ": this cannot be written: No such file or directory\n";
+  const std::vector<std::pair<SimplifyOptions, std::string>> rows = {
+      {{"-", old_file, "/dev/full"}, full_error},
+      {{"-", "/dev/full", old_file}, full_error},
+      {{"-", old_file, missing}, missing_error},
+      {{"-", missing, old_file}, missing_error},
+  };
+  for (const auto& [options, error] : rows) {
+    const SubcommandRun run = simplify(options);
+    EXPECT_EQ(run.status, commands::kFailed);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, error);
+    EXPECT_EQ(folder.read("old"), "old");
+    EXPECT_EQ(folder.count_files(), 1U);
+  }
+}
+
+TEST(RunSimplify, LeavesTheTrailAloneIfTheRestCannotBePrinted)
+{
+  const TemporaryFolder folder;
+  std::istringstream in(kSimplifyScript);
+  std::ofstream out("/dev/full");
+  std::ostringstream err;
+  EXPECT_EQ(commands::run_simplify({"-", "-", folder.get_file("trail")}, in, out, err), commands::kFailed);
+  EXPECT_EQ(err.str(), "<stdout>: this cannot be written: No space left on device\n");
+  EXPECT_EQ(folder.count_files(), 0U);
+}
+
+TEST(RunSimplify, RefusesOneNameForBothFiles)
+{
+  const TemporaryFolder folder;
+  const std::string file = folder.get_file("file");
+  const std::string same_file = folder.get_path().string() + "/./file";
+  const auto expect_refusal = [&](const SimplifyOptions& options) {
+    const SubcommandRun run = simplify(options);
+    EXPECT_EQ(run.status, commands::kFailed);
+    EXPECT_EQ(run.err,
+              "lumo: the rest and the trail would both go to " + file + ", but two files were expected\n");
+  };
+  expect_refusal({"-", file, file});
+  expect_refusal({"-", same_file, file});
+  EXPECT_EQ(folder.count_files(), 0U);
+  folder.write("file", "old");
+  expect_refusal({"-", file, file});
+  expect_refusal({"-", same_file, file});
+  EXPECT_EQ(folder.read("file"), "old");
+  EXPECT_EQ(simplify({"-", "-", "-"}).err,
+            "lumo: the rest and the trail would both go to -, but two files were expected\n");
+  EXPECT_EQ(simplify({"-", "/dev/null", "/dev/null"}).status, commands::kAnswered);
+}
+
+TEST(RunSimplify, DoesNotWriteOverTheScript)
+{
+  const TemporaryFolder folder;
+  const std::string script = folder.write("script", kSimplifyScript);
+  const std::string same_file = folder.get_path().string() + "/./script";
+  for (const SimplifyOptions& options :
+       {SimplifyOptions{script, script, {}}, SimplifyOptions{same_file, script, {}},
+        SimplifyOptions{script, "-", script}, SimplifyOptions{script, folder.get_file("rest"), script}})
+  {
+    const SubcommandRun run = simplify(options);
+    EXPECT_EQ(run.status, commands::kFailed);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "lumo: " + script + " would be written over, but it is the script that is read\n");
+    EXPECT_EQ(folder.read("script"), kSimplifyScript);
+    EXPECT_EQ(folder.count_files(), 1U);
+  }
+}
+
+TEST(RunSimplify, WritesNothingForABadScript)
+{
+  const TemporaryFolder folder;
+  const SubcommandRun run =
+      simplify({"-", folder.get_file("rest"), folder.get_file("trail")}, "(declare-fun f (Bool) Bool)");
+  EXPECT_EQ(run.status, commands::kFailed);
+  EXPECT_TRUE(run.err.starts_with("<stdin>:1:")) << run.err;
+  EXPECT_EQ(folder.count_files(), 0U);
+}
+
+}  // namespace
+}  // namespace lumo::test

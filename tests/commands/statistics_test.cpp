@@ -1,0 +1,89 @@
+#include "lumo/commands/statistics.h"
+
+#include <sstream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace lumo::commands {
+namespace {
+
+std::size_t place(Kind kind) { return static_cast<std::size_t>(kind); }
+
+Statistics make_statistics()
+{
+  Statistics statistics;
+  statistics.before = {2, 17, 12, 1000000};
+  statistics.after = {1, 3, 2, 1};
+  statistics.steps = 8;
+  statistics.eliminated[place(Kind::kIff)] = 1;
+  statistics.eliminated[place(Kind::kEq)] = 2;
+  statistics.eliminated[place(Kind::kBvAdd)] = 4;
+  statistics.seconds = {0.5, 0.25, 100, 0.0000014, 0};
+  return statistics;
+}
+
+TEST(Statistics, CountTheApplicationsOfTheScript)
+{
+  TermManager mgr;
+  const Term* x = mgr.make_constant("x", mgr.make_bv_type(8));
+  const Term* sum = mgr.make_term(mgr.make_bv_add_symbol(8), {x, x});
+  const Term* complement = mgr.make_term(mgr.make_bv_not_symbol(8), {x});
+  Trail trail;
+  trail.steps = {{x, complement, 1, complement}, {x, complement, 1, sum}, {x, sum, 1, nullptr}};
+  Statistics statistics;
+  statistics.count_steps(trail);
+  EXPECT_EQ(statistics.steps, 3U);
+  EXPECT_EQ(statistics.eliminated[place(Kind::kBvNot)], 1U);
+  EXPECT_EQ(statistics.eliminated[place(Kind::kBvAdd)], 1U);
+  EXPECT_EQ(statistics.get_num_eliminated(), 2U);
+}
+
+TEST(Statistics, AddUpTheTimeOfAPhase)
+{
+  Statistics statistics;
+  statistics.seconds[static_cast<std::size_t>(Phase::kCheck)] = 1;
+  {
+    const PhaseTimer timer(statistics, Phase::kCheck);
+  }
+  EXPECT_GE(statistics.seconds[static_cast<std::size_t>(Phase::kCheck)], 1);
+  EXPECT_EQ(statistics.seconds[static_cast<std::size_t>(Phase::kRead)], 0);
+}
+
+TEST(Statistics, ArePrintedAsATable)
+{
+  std::ostringstream out;
+  print_statistics(out, make_statistics());
+  EXPECT_EQ(out.str(),
+            "size                  before       after\n"
+            "assertions                 2           1\n"
+            "terms                     17           3\n"
+            "applications              12           2\n"
+            "constants            1000000           1\n"
+            "eliminated                 7\n"
+            "  = (Bool)                 1\n"
+            "  =                        2\n"
+            "  bvadd                    4\n"
+            "steps                      8\n"
+            "seconds\n"
+            "  read              0.500000\n"
+            "  eliminate         0.250000\n"
+            "  solve           100.000000\n"
+            "  extend            0.000001\n"
+            "  check             0.000000\n");
+}
+
+TEST(Statistics, ArePrintedAsJson)
+{
+  std::ostringstream out;
+  print_statistics_json(out, make_statistics());
+  EXPECT_EQ(out.str(),
+            R"-({"before": {"assertions": 2, "terms": 17, "applications": 12, "constants": 1000000}, )-"
+            R"-("after": {"assertions": 1, "terms": 3, "applications": 2, "constants": 1}, )-"
+            R"-("steps": 8, "eliminated": {"= (Bool)": 1, "=": 2, "bvadd": 4}, )-"
+            R"-("seconds": {"read": 0.500000, "eliminate": 0.250000, "solve": 100.000000, )-"
+            R"-("extend": 0.000001, "check": 0.000000}})-");
+}
+
+}  // namespace
+}  // namespace lumo::commands

@@ -1,0 +1,31 @@
+#ifndef LUMO_TESTS_COMMANDS_SUBCOMMAND_RUN_H
+#define LUMO_TESTS_COMMANDS_SUBCOMMAND_RUN_H
+
+#include <sstream>
+#include <string>
+
+namespace lumo::test {
+
+/// How a command ended, and what it printed.
+struct SubcommandRun
+{
+  int status = -1;
+  std::string out;
+  std::string err;
+};
+
+/// Runs a command, one of the functions `run_...` that take options and streams.
+template <class Command, class Options>
+[[nodiscard]] SubcommandRun run(Command command, const Options& options,
+                                const std::string& standard_input = "")
+{
+  std::istringstream in(standard_input);
+  std::ostringstream out;
+  std::ostringstream err;
+  const int status = command(options, in, out, err, nullptr);
+  return {status, out.str(), err.str()};
+}
+
+}  // namespace lumo::test
+
+#endif

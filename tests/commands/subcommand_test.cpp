@@ -1,0 +1,40 @@
+#include "lumo/commands/subcommand.h"
+
+#include <functional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace lumo::test {
+namespace {
+
+using commands::SubcommandFailure;
+
+struct CommandRow
+{
+  std::function<int()> command;
+  int status;
+  std::string err;
+};
+
+TEST(RunCommand, GivesTheStatusAndTheMessage)
+{
+  const std::vector<CommandRow> rows = {
+      {[] { return 0; }, 0, ""},
+      {[] { return 1; }, 1, ""},
+      {[]() -> int { throw SubcommandFailure("f: this is wrong"); }, 2, "f: this is wrong\n"},
+      {[]() -> int { throw SubcommandFailure("f: this is wrong", 3); }, 3, "f: this is wrong\n"},
+      {[]() -> int { throw SubcommandFailure(""); }, 2, ""},
+      {[]() -> int { throw Exception("this is wrong"); }, 2, "lumo: this is wrong\n"},
+  };
+  for (const CommandRow& row : rows) {
+    std::ostringstream err;
+    EXPECT_EQ(commands::run_subcommand(err, row.command), row.status) << row.err;
+    EXPECT_EQ(err.str(), row.err);
+  }
+}
+
+}  // namespace
+}  // namespace lumo::test

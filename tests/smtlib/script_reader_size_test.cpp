@@ -1,0 +1,97 @@
+// Texts of a size at which recursion would exhaust the stack and copying the memory.
+
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+
+#include "lumo/smtlib/script_reader.h"
+#include "tests/support/numbered.h"
+
+namespace lumo::smtlib {
+namespace {
+
+using test::numbered;
+
+constexpr std::size_t kMillion = 1'000'000;
+
+std::string repeat(std::string_view piece, std::size_t times)
+{
+  std::string text;
+  text.reserve(piece.size() * times);
+  for (std::size_t i = 0; i < times; ++i)
+    text += piece;
+  return text;
+}
+
+TEST(LargeTexts, NestAMillionApplications)
+{
+  TermManager mgr;
+  const Script script =
+      read_script(mgr, "(declare-const x (_ BitVec 8))(declare-const y (_ BitVec 8))(assert (= x " +
+                           repeat("(bvadd ", kMillion) + "x" + repeat(" y)", kMillion) + "))");
+  const Term* t = script.assertions.at(0).term->get_arg(1);
+  std::size_t depth = 0;
+  for (; t->get_num_args() != 0; t = t->get_arg(0))
+    ++depth;
+  EXPECT_EQ(depth, kMillion);
+}
+
+TEST(LargeTexts, HaveAHundredThousandArguments)
+{
+  TermManager mgr;
+  const Script script = read_script(mgr, "(declare-const x (_ BitVec 8))(declare-const p Bool)(assert (and" +
+                                             repeat(" p (not p)", 50'000) + "))(assert (= x (bvmul" +
+                                             repeat(" x", 100'000) + ")))");
+  const Term* t = script.assertions.at(0).term;
+  std::size_t depth = 0;
+  for (; mgr.is_and(t->get_symbol()); t = t->get_arg(0))
+    ++depth;
+  EXPECT_EQ(depth, 99'999U);
+  depth = 0;
+  for (t = script.assertions.at(1).term->get_arg(1); t->get_num_args() != 0; t = t->get_arg(0))
+    ++depth;
+  EXPECT_EQ(depth, 99'999U);
+}
+
+TEST(LargeTexts, HaveLiteralsOfAMillionBits)
+{
+  TermManager mgr;
+  const unsigned long width = kMillion;
+  const std::string hexadecimal = "#x" + repeat("f", width / 4);
+  const std::string binary = "#b" + repeat("1", width);
+  const Script script = read_script(mgr, "(declare-const x (_ BitVec 1000000))(assert (= x " + binary +
+                                             "))(assert (= " + hexadecimal + " (_ bv12 1000000)))");
+  EXPECT_EQ(script.assertions.at(0).term->get_arg(1), mgr.make_bv_number(-1, width));
+  EXPECT_EQ(script.assertions.at(1).term->get_arg(0), mgr.make_bv_number(-1, width));
+  EXPECT_EQ(script.assertions.at(1).term->get_arg(1), mgr.make_bv_number(12, width));
+}
+
+TEST(LargeTexts, DefineFiftyThousandNamesOneByTheOther)
+{
+  constexpr std::size_t kNames = 50'000;
+  std::string text = "(declare-const x (_ BitVec 8))(define-fun v0 () (_ BitVec 8) x)\n";
+  for (std::size_t i = 1; i <= kNames; ++i) {
+    const std::string before = numbered("v", i - 1);
+    text += numbered("(define-fun v", i) + " () (_ BitVec 8) (bvmul " + before + " " + before + "))\n";
+  }
+  TermManager mgr;
+  const Script script = read_script(mgr, text + numbered("(assert (= x v", kNames) + "))");
+  std::size_t depth = 0;
+  for (const Term* t = script.assertions.at(0).term->get_arg(1); t->get_num_args() != 0; t = t->get_arg(0))
+    ++depth;
+  EXPECT_EQ(depth, kNames);
+}
+
+TEST(LargeTexts, RepeatAMillionTimes)
+{
+  TermManager mgr;
+  const Script script = read_script(
+      mgr, "(declare-const x (_ BitVec 1))(assert (= ((_ repeat 1000000) x) ((_ sign_extend 999999) x)))");
+  const Term* t = script.assertions.at(0).term->get_arg(0);
+  EXPECT_EQ(t->get_symbol()->get_output_type(), mgr.make_bv_type(kMillion));
+  EXPECT_LT(mgr.get_num_terms(), 100U);
+}
+
+}  // namespace
+}  // namespace lumo::smtlib
