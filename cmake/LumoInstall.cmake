@@ -4,7 +4,7 @@ include(GNUInstallDirs)
 
 set(package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/lumo")
 
-install(TARGETS lumo EXPORT lumoTargets COMPONENT Development
+install(TARGETS lumo lumo_smtlib EXPORT lumoTargets COMPONENT Development
   FILE_SET HEADERS DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT Development)
 install(EXPORT lumoTargets NAMESPACE lumo:: DESTINATION "${package_dir}" COMPONENT Development)
 configure_package_config_file("${PROJECT_SOURCE_DIR}/cmake/lumoConfig.cmake.in"

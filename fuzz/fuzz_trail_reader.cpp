@@ -10,6 +10,7 @@
 #include "lumo/elimination/extend.h"
 #include "lumo/model/model_store.h"
 #include "lumo/smtlib/trail_printer.h"
+#include "lumo/smtlib/trail_reader.h"
 #include "lumo/terms/exception.h"
 
 namespace lumo::fuzz {

@@ -9,7 +9,7 @@
 #include "lumo/commands/model_file.h"
 #include "lumo/commands/subcommand.h"
 #include "lumo/smtlib/model_reader.h"
-#include "lumo/smtlib/trail_printer.h"
+#include "lumo/smtlib/trail_reader.h"
 
 namespace lumo::commands {
 

@@ -1,9 +1,10 @@
 #include "lumo/commands/text_file.h"
 
 #include <cerrno>
-#include <fstream>
-#include <iterator>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 
 #include "lumo/commands/nearest_file.h"
 #include "lumo/smtlib/input_error.h"
@@ -26,6 +27,30 @@ namespace {
                   smtlib::make_excerpt(nearest) + " was meant");
 }
 
+/// Reads all that a descriptor holds; the result is 0 or the reason of a failure.
+int read_all(int file, std::string& text)
+{
+  constexpr std::size_t kPiece = std::size_t{1} << 16U;
+  struct stat status
+  {};
+  const bool has_size = fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
+  // One byte more than the file has shows that it ends there.
+  std::size_t size = has_size ? static_cast<std::size_t>(status.st_size) + 1 : kPiece;
+  std::size_t num_read = 0;
+  for (;;) {
+    text.resize(size);
+    const ssize_t got = read(file, text.data() + num_read, size - num_read);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) {
+      const int failure = got < 0 ? errno : 0;
+      text.resize(num_read);
+      return failure;
+    }
+    num_read += static_cast<std::size_t>(got);
+    if (num_read == size) size *= 2;
+  }
+}
+
 }  // namespace
 
 std::string read_stream(std::istream& in)
@@ -42,10 +67,13 @@ std::string read_stream(std::istream& in)
 
 std::string read_file(const std::string& name)
 {
-  errno = 0;
-  std::ifstream file(name, std::ios::binary);
-  if (!file) refuse_unopened(name, errno);
-  return read_stream(file);
+  const int file = open(name.c_str(), O_RDONLY | O_CLOEXEC);
+  if (file < 0) refuse_unopened(name, errno);
+  std::string text;
+  const int failure = read_all(file, text);
+  close(file);
+  if (failure != 0) refuse_unreadable(failure);
+  return text;
 }
 
 }  // namespace lumo::commands

@@ -1,18 +1,13 @@
 #include "lumo/smtlib/lexer.h"
 
+#include <algorithm>
+
+#include "lumo/smtlib/characters.h"
 #include "lumo/smtlib/symbol_text.h"
 
 namespace lumo::smtlib {
 
 namespace {
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-
-bool is_binary_digit(char c) { return c == '0' || c == '1'; }
-
-bool is_hexadecimal_digit(char c) { return is_digit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
-
-bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 std::string describe_character(char c)
 {
@@ -54,33 +49,28 @@ std::string describe(const Token& token)
   return "the end of the text";
 }
 
-void refuse(const Token& found, std::string_view wanted)
+Lexer::Lexer(std::string_view text, Place start) : text_(text), start_(start)
 {
-  throw InputError(found.place, describe(found) + " was found, but " + std::string(wanted) + " was expected");
+  constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+  if (text.starts_with(kByteOrderMark)) position_ = counted_ = line_start_ = first_ = kByteOrderMark.size();
 }
 
-Token Lexer::next()
+Place Lexer::get_place(std::size_t position) const
 {
-  skip_blank();
-  if (at_end()) return {TokenKind::kEnd, {}, get_place()};
-  const char c = text_[position_];
-  switch (c) {
-    case '(':
-    case ')': {
-      const Token token{c == '(' ? TokenKind::kOpen : TokenKind::kClose, text_.substr(position_, 1),
-                        get_place()};
-      advance();
-      return token;
-    }
-    case '|':
-      return read_delimited(TokenKind::kQuotedSymbol, '|');
-    case '"':
-      return read_delimited(TokenKind::kString, '"');
-    case '#':
-      return read_literal();
-    default:
-      return is_digit(c) ? read_number() : read_word();
+  if (position < counted_) {
+    counted_ = line_start_ = first_;
+    line_ = 1;
   }
+  const std::string_view skipped = text_.substr(0, position);
+  for (std::size_t end = skipped.find('\n', counted_); end != std::string_view::npos;
+       end = skipped.find('\n', end + 1))
+  {
+    ++line_;
+    line_start_ = end + 1;
+  }
+  counted_ = position;
+  const std::size_t column = position - line_start_ + 1;
+  return line_ == 1 ? Place{start_.line, start_.column + column - 1} : Place{start_.line + line_ - 1, column};
 }
 
 Token Lexer::expect(TokenKind kind, std::string_view wanted)
@@ -93,95 +83,108 @@ Token Lexer::expect(TokenKind kind, std::string_view wanted)
 Token Lexer::expect_name(std::string_view wanted)
 {
   const Token token = next();
-  if (!token.is_symbol()) refuse(token, wanted);
-  if (token.kind == TokenKind::kSymbol && is_reserved_word(token.text)) {
-    throw InputError(token.place, "the reserved word " + std::string(token.text) + " was found, but " +
-                                      std::string(wanted) + " was expected");
-  }
+  check_name(token, wanted);
   return token;
 }
 
-void Lexer::skip_list(Place open)
+void Lexer::check_name(const Token& token, std::string_view wanted) const
+{
+  if (!token.is_symbol()) refuse(token, wanted);
+  if (token.kind == TokenKind::kSymbol && is_reserved_word(token.text)) {
+    fail(token.position, "the reserved word " + std::string(token.text) + " was found, but " +
+                             std::string(wanted) + " was expected");
+  }
+}
+
+void Lexer::skip_list(std::size_t open)
 {
   for (std::size_t depth = 1; depth > 0;) {
     const Token token = next();
     if (token.kind == TokenKind::kEnd) {
-      throw InputError(open, "a parenthesis opens here, but the text ends before it is closed");
+      fail(open, "a parenthesis opens here, but the text ends before it is closed");
     }
     if (token.kind == TokenKind::kOpen) ++depth;
     if (token.kind == TokenKind::kClose) --depth;
   }
 }
 
-void Lexer::advance()
+void Lexer::refuse(const Token& found, std::string_view wanted) const
 {
-  if (text_[position_] == '\n') {
-    ++line_;
-    line_start_ = position_ + 1;
+  fail(found.position, describe(found) + " was found, but " + std::string(wanted) + " was expected");
+}
+
+void Lexer::fail(std::size_t position, const std::string& sentence) const
+{
+  throw InputError(get_place(position), sentence);
+}
+
+void Lexer::skip_comment() { position_ = std::min(text_.find('\n', position_), text_.size()); }
+
+Token Lexer::read_other(char first)
+{
+  switch (first) {
+    case '|':
+      return read_quoted_symbol();
+    case '"':
+      return read_string();
+    case '#':
+      return read_literal();
+    case ':':
+      return read_keyword();
+    default:
+      break;
   }
+  if (is_digit(first)) return read_number();
+  refuse_character();
+}
+
+Token Lexer::read_quoted_symbol()
+{
+  const std::size_t start = position_++;
+  const std::string_view content = take_while(is_quotable_character);
+  if (at_end()) fail(start, "a symbol starts here, but the text ends before its closing bar");
+  const char end = text_[position_];
+  if (end != '|') fail(position_, describe_character(end) + " cannot stand in a symbol between bars");
   ++position_;
+  return {TokenKind::kQuotedSymbol, content, start};
 }
 
-void Lexer::skip_blank()
+Token Lexer::read_string()
 {
-  while (!at_end()) {
-    if (text_[position_] == ';') {
-      while (!at_end() && text_[position_] != '\n')
-        ++position_;
-    } else if (is_blank(text_[position_])) {
-      advance();
-    } else {
-      return;
+  const std::size_t start = position_++;
+  for (;;) {
+    const std::size_t end = text_.find('"', position_);
+    if (end == std::string_view::npos) {
+      fail(start, "a string starts here, but the text ends before it is closed");
     }
+    position_ = end + 1;
+    // Two quotation marks in a string stand for one.
+    if (at_end() || text_[position_] != '"') return {TokenKind::kString, get_text(start + 1, end), start};
+    ++position_;
   }
-}
-
-Token Lexer::read_delimited(TokenKind kind, char delimiter)
-{
-  const bool is_string = kind == TokenKind::kString;
-  const Place place = get_place();
-  const std::size_t first = position_ + 1;
-  for (advance(); !at_end(); advance()) {
-    const char c = text_[position_];
-    if (c == delimiter) {
-      const std::string_view content = text_.substr(first, position_ - first);
-      advance();
-      // Two quotation marks in a string stand for one; the loop's step goes over the second.
-      if (is_string && !at_end() && text_[position_] == delimiter) continue;
-      return {kind, content, place};
-    }
-    if (!is_string && !is_quotable_character(c)) {
-      throw InputError(get_place(), describe_character(c) + " cannot stand in a symbol between bars");
-    }
-  }
-  throw InputError(place, is_string ? "a string starts here, but the text ends before it is closed"
-                                    : "a symbol starts here, but the text ends before its closing bar");
 }
 
 Token Lexer::read_literal()
 {
-  const Place place = get_place();
-  ++position_;
+  const std::size_t start = position_++;
   const char base = at_end() ? '\0' : text_[position_];
   if (base != 'x' && base != 'b') {
-    throw InputError(place, "the character # was found, but a literal #x... or #b... was expected");
+    fail(start, "the character # was found, but a literal #x... or #b... was expected");
   }
   ++position_;
   const std::string_view digits =
       base == 'x' ? take_while(is_hexadecimal_digit) : take_while(is_binary_digit);
   if (digits.empty() || (!at_end() && is_symbol_character(text_[position_]))) {
-    throw InputError(get_place(),
-                     std::string(at_end() ? "the end of the text" : describe_character(text_[position_])) +
-                         " was found, but a " + (base == 'x' ? "hexadecimal" : "binary") +
-                         " digit was expected");
+    fail(position_, std::string(at_end() ? "the end of the text" : describe_character(text_[position_])) +
+                        " was found, but a " + (base == 'x' ? "hexadecimal" : "binary") +
+                        " digit was expected");
   }
-  return {base == 'x' ? TokenKind::kHexadecimal : TokenKind::kBinary, digits, place};
+  return {base == 'x' ? TokenKind::kHexadecimal : TokenKind::kBinary, digits, start};
 }
 
 Token Lexer::read_number()
 {
-  const Place place = get_place();
-  const std::size_t first = position_;
+  const std::size_t start = position_;
   take_while(is_digit);
   TokenKind kind = TokenKind::kNumeral;
   if (position_ + 1 < text_.size() && text_[position_] == '.' && is_digit(text_[position_ + 1])) {
@@ -190,36 +193,24 @@ Token Lexer::read_number()
     take_while(is_digit);
   }
   if (!at_end() && is_symbol_character(text_[position_])) {
-    throw InputError(get_place(), describe_character(text_[position_]) +
-                                      " was found, but the end of a number was expected");
+    fail(position_,
+         describe_character(text_[position_]) + " was found, but the end of a number was expected");
   }
-  return {kind, text_.substr(first, position_ - first), place};
+  return {kind, get_text(start, position_), start};
 }
 
-Token Lexer::read_word()
+Token Lexer::read_keyword()
 {
-  const Place place = get_place();
-  const std::size_t first = position_;
-  const bool is_keyword = text_[position_] == ':';
-  if (is_keyword) ++position_;
-  const std::string_view name = take_while(is_symbol_character);
-  if (name.empty()) {
-    const std::string found = at_end() ? "the end of the text" : describe_character(text_[position_]);
-    throw InputError(get_place(),
-                     found + " was found, but a symbol, a literal or a parenthesis was expected");
-  }
-  return {is_keyword ? TokenKind::kKeyword : TokenKind::kSymbol, text_.substr(first, position_ - first),
-          place};
+  const std::size_t start = position_++;
+  if (take_while(is_symbol_character).empty()) refuse_character();
+  return {TokenKind::kKeyword, get_text(start, position_), start};
 }
 
-/// The longest piece from here on all of whose characters qualify; no line ends among them.
-template <class Predicate>
-std::string_view Lexer::take_while(Predicate predicate)
+/// Refuses the character that comes next, with which no token begins.
+void Lexer::refuse_character() const
 {
-  const std::size_t first = position_;
-  while (!at_end() && predicate(text_[position_]))
-    ++position_;
-  return text_.substr(first, position_ - first);
+  const std::string found = at_end() ? "the end of the text" : describe_character(text_[position_]);
+  fail(position_, found + " was found, but a symbol, a literal or a parenthesis was expected");
 }
 
 }  // namespace lumo::smtlib

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "lumo/smtlib/characters.h"
 #include "lumo/smtlib/input_error.h"
 
 namespace lumo::smtlib {
@@ -29,7 +30,7 @@ struct Token
 {
   TokenKind kind;
   std::string_view text;  ///< lies in the text that is read
-  Place place;
+  std::size_t position;   ///< of the token's first character in the text
 
   [[nodiscard]] bool is_symbol() const
   {
@@ -45,44 +46,105 @@ struct Token
 /// The token as a message names it: `the symbol x`, `a closing parenthesis`.
 [[nodiscard]] std::string describe(const Token& token);
 
-/// Splits SMT-LIB 2 text into tokens; white space and comments fall away. What is no token is an InputError.
+/// Splits SMT-LIB 2 text into tokens; white space, comments, and a byte order mark at the start of the text are
+/// skipped. Text that is not a token is an InputError.
+///
+/// Tokens carry positions. Lines are counted only when a place is asked for, and only once for places that are
+/// asked for in the order of the text.
 class Lexer
 {
  public:
-  /// The text must outlive the lexer and its tokens.
-  explicit Lexer(std::string_view text) : text_(text) {}
+  /// The text must outlive the lexer and its tokens. `start` is the place of its first character.
+  explicit Lexer(std::string_view text, Place start = {});
 
-  Token next();
+  Token next()
+  {
+    skip_blank();
+    if (position_ == text_.size()) return {TokenKind::kEnd, {}, position_};
+    const std::size_t start = position_;
+    const char c = text_[start];
+    if (c == '(' || c == ')') {
+      ++position_;
+      return {c == '(' ? TokenKind::kOpen : TokenKind::kClose, text_.substr(start, 1), start};
+    }
+    if (is_symbol_character(c) && !is_digit(c)) {
+      return {TokenKind::kSymbol, take_while(is_symbol_character), start};
+    }
+    return read_other(c);
+  }
   /// How many characters lie before the place where the next token is looked for.
   [[nodiscard]] std::size_t get_position() const { return position_; }
+  /// Goes on reading at a position at which a token may begin.
+  void set_position(std::size_t position) { position_ = position; }
+  /// The line and the column of a position.
+  [[nodiscard]] Place get_place(std::size_t position) const;
+  [[nodiscard]] Place get_place(const Token& token) const { return get_place(token.position); }
+  /// The text between two positions.
+  [[nodiscard]] std::string_view get_text(std::size_t first, std::size_t last) const
+  {
+    return text_.substr(first, last - first);
+  }
 
   /// The next token, which must be of that kind; `wanted` names it in the message if it is not.
   Token expect(TokenKind kind, std::string_view wanted);
-  /// The next token, which must be a symbol that is no reserved word.
+  /// The next token, which must be a symbol that is not a reserved word.
   Token expect_name(std::string_view wanted);
-  /// Skips to the parenthesis that closes the one at `open`, behind which the lexer stands.
-  void skip_list(Place open);
+  /// The same for a token that was read.
+  void check_name(const Token& token, std::string_view wanted) const;
+  /// Skips to the parenthesis that closes the one at position `open`, which was read.
+  void skip_list(std::size_t open);
+
+  /// Throws the InputError "<found> was found, but <wanted> was expected" at the token.
+  [[noreturn]] void refuse(const Token& found, std::string_view wanted) const;
+  /// Throws an InputError with that sentence at the position.
+  [[noreturn]] void fail(std::size_t position, const std::string& sentence) const;
 
  private:
-  [[nodiscard]] Place get_place() const { return {line_, position_ - line_start_ + 1}; }
   [[nodiscard]] bool at_end() const { return position_ == text_.size(); }
-  void advance();
-  void skip_blank();
-  Token read_delimited(TokenKind kind, char delimiter);
+  void skip_blank()
+  {
+    while (!at_end()) {
+      const char c = text_[position_];
+      if (is_blank(c)) {
+        ++position_;
+      } else if (c == ';') {
+        skip_comment();
+      } else {
+        return;
+      }
+    }
+  }
+  void skip_comment();
+  /// The longest piece from here on all of whose characters qualify.
+  template <class Predicate>
+  std::string_view take_while(Predicate predicate)
+  {
+    const std::size_t first = position_;
+    std::size_t last = first;
+    while (last != text_.size() && predicate(text_[last]))
+      ++last;
+    position_ = last;
+    return get_text(first, last);
+  }
+
+  /// Reads a token that is not a parenthesis or a symbol without bars, and begins with that character.
+  Token read_other(char first);
+  Token read_quoted_symbol();
+  Token read_string();
   Token read_literal();
   Token read_number();
-  Token read_word();
-  template <class Predicate>
-  std::string_view take_while(Predicate predicate);
+  Token read_keyword();
+  [[noreturn]] void refuse_character() const;
 
   std::string_view text_;
   std::size_t position_ = 0;
-  std::size_t line_ = 1;
-  std::size_t line_start_ = 0;
+  std::size_t first_ = 0;  ///< the position after the byte order mark
+  Place start_;
+  // The last position whose line was counted: nothing of the text before it needs to be looked at again.
+  mutable std::size_t counted_ = 0;     ///< a position
+  mutable std::size_t line_start_ = 0;  ///< the position of the first character of its line
+  mutable std::size_t line_ = 1;
 };
-
-/// Throws the InputError "<found> was found, but <wanted> was expected".
-[[noreturn]] void refuse(const Token& found, std::string_view wanted);
 
 }  // namespace lumo::smtlib
 

@@ -8,7 +8,7 @@
 #include "lumo/smtlib/definition_printer.h"
 #include "lumo/smtlib/lexer.h"
 #include "lumo/smtlib/literals.h"
-#include "lumo/smtlib/sorts.h"
+#include "lumo/smtlib/sort_reader.h"
 #include "lumo/smtlib/symbol_text.h"
 
 namespace lumo::smtlib {
@@ -19,7 +19,7 @@ class ModelReader
 {
  public:
   ModelReader(TermManager& mgr, std::span<const Term* const> constants, std::string_view text)
-      : mgr_(mgr), lexer_(text), sorts_(mgr, lexer_)
+      : mgr_(mgr), lexer_(text), sorts_(mgr)
   {
     for (const Term* constant : constants)
       constants_.emplace(constant->get_symbol()->get_name(), Known{constant, false});
@@ -66,12 +66,12 @@ std::vector<ModelValue> ModelReader::read()
   } else {
     if (head.is_word("model")) next = lexer_.next();
     const Token end = read_entries(next);
-    if (end.kind != TokenKind::kClose) refuse(end, "a definition or the end of the model");
+    if (end.kind != TokenKind::kClose) lexer_.refuse(end, "a definition or the end of the model");
     next = lexer_.next();
   }
   while (next.is_word("success"))
     next = lexer_.next();
-  if (next.kind != TokenKind::kEnd) refuse(next, "the end of the text");
+  if (next.kind != TokenKind::kEnd) lexer_.refuse(next, "the end of the text");
   return std::move(values_);
 }
 
@@ -83,10 +83,10 @@ Token ModelReader::read_start()
     token = lexer_.next();
   if (token.is_word("sat")) token = lexer_.next();
   if (token.is_word("unsat") || token.is_word("unknown")) {
-    throw InputError(token.place,
-                     "the answer " + std::string(token.text) + " was found, but a model was expected");
+    lexer_.fail(token.position,
+                "the answer " + std::string(token.text) + " was found, but a model was expected");
   }
-  if (token.kind != TokenKind::kOpen) refuse(token, "a model");
+  if (token.kind != TokenKind::kOpen) lexer_.refuse(token, "a model");
   return token;
 }
 
@@ -109,9 +109,9 @@ void ModelReader::read_entry(const Token& open, const Token& word)
   } else if (word.kind == TokenKind::kSymbol &&
              std::find(std::begin(kPassedOver), std::end(kPassedOver), word.text) != std::end(kPassedOver))
   {
-    lexer_.skip_list(open.place);
+    lexer_.skip_list(open.position);
   } else {
-    refuse(word, "define-fun");
+    lexer_.refuse(word, "define-fun");
   }
 }
 
@@ -121,8 +121,8 @@ Token ModelReader::read_name()
 {
   Lexer ahead = lexer_;
   const Token token = ahead.next();
-  if (token.kind == TokenKind::kOpen) return {TokenKind::kQuotedSymbol, {}, token.place};
-  if (!token.is_symbol()) refuse(token, "a name");
+  if (token.kind == TokenKind::kOpen) return {TokenKind::kQuotedSymbol, {}, token.position};
+  if (!token.is_symbol()) lexer_.refuse(token, "a name");
   lexer_ = ahead;
   return token;
 }
@@ -132,11 +132,11 @@ void ModelReader::read_definition(const Token& open)
   const Token name = read_name();
   const auto known = constants_.find(name.text);
   if (known == constants_.end()) {
-    lexer_.skip_list(open.place);
+    lexer_.skip_list(open.position);
     return;
   }
   if (known->second.is_defined) {
-    throw InputError(name.place, describe(name) + " is defined here, but it has a value already");
+    lexer_.fail(name.position, describe(name) + " is defined here, but it has a value already");
   }
   known->second.is_defined = true;
   read_value_of(known->second.constant);
@@ -150,12 +150,12 @@ void ModelReader::read_value_of(const Term* constant)
   const DataType* sort = constant->get_symbol()->get_output_type();
   // Sorts have no places of their own: find that of the sort's first token by reading it twice.
   Lexer ahead = lexer_;
-  const Place place = ahead.next().place;
-  const DataType* found = sorts_.read();
+  const std::size_t position = ahead.next().position;
+  const DataType* found = sorts_.read(lexer_);
   if (found != sort) {
-    throw InputError(place, "the sort " + found->to_string() + " was found, but " + sort->to_string() +
-                                ", the sort of the constant " +
-                                make_excerpt(constant->get_symbol()->get_name()) + ", was expected");
+    lexer_.fail(position, "the sort " + found->to_string() + " was found, but " + sort->to_string() +
+                              ", the sort of the constant " +
+                              make_excerpt(constant->get_symbol()->get_name()) + ", was expected");
   }
   const Term* value = read_value(sort);
   lexer_.expect(TokenKind::kClose, "the end of the definition");
@@ -172,7 +172,7 @@ const Term* ModelReader::read_truth_value(const Token& token)
 {
   if (token.is_word("true")) return mgr_.make_true();
   if (token.is_word("false")) return mgr_.make_false();
-  refuse(token, "true or false");
+  lexer_.refuse(token, "true or false");
 }
 
 const Term* ModelReader::read_bit_vector(const Token& token, const DataType* sort)
@@ -182,15 +182,15 @@ const Term* ModelReader::read_bit_vector(const Token& token, const DataType* sor
     case TokenKind::kOpen:
       return read_decimal_literal(sort);
     case TokenKind::kBinary:
-      if (token.text.size() == width) return make_numeral(mgr_, token.text, 2, width);
+      if (token.text.size() == width) return make_literal(mgr_, token);
       break;
     case TokenKind::kHexadecimal:
-      if (4 * token.text.size() == width) return make_numeral(mgr_, token.text, 16, width);
+      if (4 * token.text.size() == width) return make_literal(mgr_, token);
       break;
     default:
       break;
   }
-  refuse(token, "a literal of the sort " + sort->to_string());
+  lexer_.refuse(token, "a literal of the sort " + sort->to_string());
 }
 
 /// Reads a literal `(_ bvN w)` from behind its parenthesis on.
@@ -198,15 +198,17 @@ const Term* ModelReader::read_decimal_literal(const DataType* sort)
 {
   const std::string wanted = "a literal of the sort " + sort->to_string();
   const Token underscore = lexer_.next();
-  if (!underscore.is_word("_")) refuse(underscore, wanted);
+  if (!underscore.is_word("_")) lexer_.refuse(underscore, wanted);
   const Token number = lexer_.next();
-  const bool is_number = number.is_symbol() && number.text.size() > 2 && number.text.starts_with("bv") &&
-                         number.text.find_first_not_of("0123456789", 2) == std::string_view::npos;
-  if (!is_number) refuse(number, wanted);
-  const Token width = lexer_.next();
-  if (read_width(width) != sort->get_width()) refuse(width, "the width " + std::to_string(sort->get_width()));
+  if (!number.is_symbol() || !is_decimal_literal_name(number.text)) lexer_.refuse(number, wanted);
+  const Token width = Lexer(lexer_).next();
+  if (sorts_.read_width(lexer_) != sort->get_width()) {
+    lexer_.refuse(width, "the width " + std::to_string(sort->get_width()));
+  }
   lexer_.expect(TokenKind::kClose, "the end of the literal");
-  return make_numeral(mgr_, number.text.substr(2), 10, sort->get_width());
+  const Term* value = make_decimal_literal(mgr_, number.text, sort->get_width());
+  if (value == nullptr) lexer_.refuse(number, wanted);
+  return value;
 }
 
 /// Quotes what a solver says in `(error "...")`, from behind the word on.
@@ -215,7 +217,7 @@ void ModelReader::refuse_error(const Token& open)
   const Token message = lexer_.next();
   const std::string found =
       message.kind == TokenKind::kString ? "the error \"" + make_excerpt(message.text) + "\"" : "an error";
-  throw InputError(open.place, found + " was found, but a model was expected");
+  lexer_.fail(open.position, found + " was found, but a model was expected");
 }
 
 }  // namespace

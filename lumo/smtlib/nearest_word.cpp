@@ -53,6 +53,9 @@ std::size_t get_most_mistakes(std::string_view typed)
 
 std::size_t measure_mistakes(std::string_view typed, std::string_view word, std::size_t most)
 {
+  const std::size_t difference =
+      typed.size() < word.size() ? word.size() - typed.size() : typed.size() - word.size();
+  if (difference > most) return kNotNear;  // Each mistake changes the length by at most 1.
   const std::size_t num_mistakes = count_mistakes(make_lower_case(typed), make_lower_case(word));
   return num_mistakes <= most ? num_mistakes : kNotNear;
 }

@@ -1,12 +1,123 @@
 #include "lumo/smtlib/script_reader.h"
 
-#include <string>
+#include <algorithm>
 
-#include "lumo/smtlib/scanner.h"
-#include "lumo/smtlib/z3_converter.h"
-#include "lumo/smtlib/z3_parser.h"
+#include "lumo/smtlib/command_reader.h"
 
 namespace lumo::smtlib {
+
+namespace {
+
+/// Reads a script and refuses what makes more than one query of it.
+class ScriptReader
+{
+ public:
+  ScriptReader(TermManager& mgr, std::string_view text) : commands_(mgr, text) {}
+
+  Script read();
+
+ private:
+  /// Takes over what a command says; answers whether the script goes on.
+  bool take(const Command& command);
+  void add_assertion(const Command& command);
+  void check_query(const Command& command);
+  void check_push(const Command& command) const;
+  void check_pop(const Command& command);
+  void note_skipped(const Command& command);
+  [[noreturn]] void fail(const Command& command, const std::string& sentence) const;
+
+  CommandReader commands_;
+  Script script_;
+  bool has_query_ = false;
+};
+
+Script ScriptReader::read()
+{
+  while (take(commands_.read())) {
+  }
+  return std::move(script_);
+}
+
+bool ScriptReader::take(const Command& command)
+{
+  switch (command.kind) {
+    case CommandKind::kAssert:
+      add_assertion(command);
+      break;
+    case CommandKind::kCheckSat:
+      check_query(command);
+      break;
+    case CommandKind::kDeclare:
+      script_.constants.push_back(command.term);
+      break;
+    case CommandKind::kEcho:
+    case CommandKind::kGet:
+      note_skipped(command);
+      break;
+    case CommandKind::kPush:
+      check_push(command);
+      break;
+    case CommandKind::kPop:
+      check_pop(command);
+      break;
+    case CommandKind::kOther:
+      fail(command, "the command " + make_excerpt(command.name) +
+                        " was found, but only declarations, definitions, assertions and one check-sat were "
+                        "expected");
+    case CommandKind::kExit:
+    case CommandKind::kEnd:
+      return false;
+    case CommandKind::kDefine:
+    case CommandKind::kDefineFunction:
+    case CommandKind::kDefineSort:
+    case CommandKind::kSetInfo:
+    case CommandKind::kSetLogic:
+    case CommandKind::kSetOption:
+      break;
+  }
+  return true;
+}
+
+void ScriptReader::add_assertion(const Command& command)
+{
+  if (has_query_) {
+    fail(command, "an assertion was found after check-sat, but all were expected before it");
+  }
+  script_.assertions.push_back({command.term, commands_.get_place(command.position)});
+}
+
+void ScriptReader::check_query(const Command& command)
+{
+  if (has_query_) fail(command, "a second check-sat was found, but only one was expected");
+  has_query_ = true;
+}
+
+void ScriptReader::check_push(const Command& command) const
+{
+  if (has_query_ || commands_.get_num_levels() > 1) {
+    fail(command, "a push was found, but only one level around one check-sat was expected");
+  }
+}
+
+void ScriptReader::check_pop(const Command& command)
+{
+  if (!has_query_)
+    fail(command, "a pop was found before check-sat, but all assertions were expected to count");
+}
+
+void ScriptReader::note_skipped(const Command& command)
+{
+  if (std::find(script_.skipped.begin(), script_.skipped.end(), command.name) == script_.skipped.end()) {
+    script_.skipped.emplace_back(command.name);
+  }
+}
+
+void ScriptReader::fail(const Command& command, const std::string& sentence) const
+{
+  throw InputError(commands_.get_place(command.position), sentence);
+}
+
+}  // namespace
 
 std::vector<const Term*> Script::get_asserted_terms() const
 {
@@ -17,33 +128,6 @@ std::vector<const Term*> Script::get_asserted_terms() const
   return terms;
 }
 
-Script read_script(TermManager& mgr, std::string_view text)
-{
-  Scanner scanner(mgr, text);
-  scanner.scan();
-
-  Script script;
-  for (const Scanner::Declaration& declaration : scanner.get_declarations())
-    script.constants.push_back(mgr.make_constant(std::string(declaration.name.text), declaration.sort));
-
-  const ParsedText parsed(scanner.get_rewritten_text());
-  if (parsed.get_num_assertions() != scanner.get_items().size())
-    throw Exception("the number of assertions that Z3 gives is not that of the text");
-  Z3Converter converter(mgr, parsed.get_session(), scanner.get_literals());
-  std::size_t next = 0;
-  for (const Scanner::Item& item : scanner.get_items()) {
-    try {
-      const Z3_ast expression = parsed.get_assertion(next++);
-      if (item.is_definition) {
-        converter.define(item.name, expression);
-      } else {
-        script.assertions.push_back({converter.convert(expression), item.place});
-      }
-    } catch (const Exception& e) {
-      throw InputError(item.place, e.what());
-    }
-  }
-  return script;
-}
+Script read_script(TermManager& mgr, std::string_view text) { return ScriptReader(mgr, text).read(); }
 
 }  // namespace lumo::smtlib

@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <array>
 
+#include "lumo/smtlib/characters.h"
 #include "lumo/smtlib/input_error.h"
 #include "lumo/terms/exception.h"
 
 namespace lumo::smtlib {
 
 namespace {
-
-constexpr std::string_view kSpecialCharacters = "~!@$%^&*_-+=<>.?/";
 
 /// In the order of their bytes
 constexpr std::array<std::string_view, 46> kReservedWords = {
@@ -63,30 +62,13 @@ constexpr std::array<std::string_view, 46> kReservedWords = {
 };
 static_assert(std::is_sorted(kReservedWords.begin(), kReservedWords.end()));
 
-bool is_letter_or_digit(char c)
-{
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
-
 bool is_simple_symbol(std::string_view name)
 {
-  return !name.empty() && !(name.front() >= '0' && name.front() <= '9') &&
+  return !name.empty() && !is_digit(name.front()) &&
          std::all_of(name.begin(), name.end(), is_symbol_character) && !is_reserved_word(name);
 }
 
 }  // namespace
-
-bool is_symbol_character(char c)
-{
-  return is_letter_or_digit(c) || kSpecialCharacters.find(c) != std::string_view::npos;
-}
-
-bool is_quotable_character(char c)
-{
-  const auto code = static_cast<unsigned char>(c);
-  const bool is_control = (code < ' ' && c != '\t' && c != '\n' && c != '\r') || code == 0x7f;
-  return c != '|' && c != '\\' && !is_control;
-}
 
 bool is_reserved_word(std::string_view word)
 {

@@ -6,10 +6,6 @@
 
 namespace lumo::smtlib {
 
-/// Whether c may stand in a symbol without bars.
-[[nodiscard]] bool is_symbol_character(char c);
-/// Whether c may stand in a symbol between bars.
-[[nodiscard]] bool is_quotable_character(char c);
 /// Whether SMT-LIB 2 keeps the word for itself, so that it names nothing without bars.
 [[nodiscard]] bool is_reserved_word(std::string_view word);
 

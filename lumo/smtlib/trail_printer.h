@@ -3,7 +3,6 @@
 
 #include <iosfwd>
 #include <span>
-#include <string_view>
 
 #include "lumo/elimination/trail.h"
 #include "lumo/terms/term_manager.h"
@@ -24,13 +23,6 @@ namespace lumo::smtlib {
 /// The walk is iterative and prints each term once. A name that SMT-LIB 2 cannot spell is an `Exception`, as is a
 /// trail with a constant that is neither one of `constants` nor of one step; nothing is printed then.
 void print_trail(std::ostream& out, std::span<const Term* const> constants, const Trail& trail);
-
-/// Reads what `print_trail` has printed, perhaps edited by hand, back into terms of the manager of `constants`,
-/// which are those of the script to which the trail must belong. Fresh constants must not be taken with other
-/// sorts. The steps' originals are null. Whatever is no trail of that script is an InputError. The text is needed
-/// during the call only.
-[[nodiscard]] Trail read_trail(TermManager& mgr, std::span<const Term* const> constants,
-                               std::string_view text);
 
 }  // namespace lumo::smtlib
 

@@ -1,11 +1,12 @@
 #include "lumo/smtlib/trail_reader.h"
 
 #include <string>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "lumo/calculators/calculator_table.h"
-#include "lumo/smtlib/trail_printer.h"
-#include "lumo/smtlib/z3_parser.h"
+#include "lumo/smtlib/command_reader.h"
 
 namespace lumo::smtlib {
 
@@ -13,8 +14,10 @@ namespace {
 
 constexpr const char* kForeign = ", so the trail belongs to another script";
 
+std::string describe_name(std::string_view name) { return "the constant " + make_excerpt(name); }
+
 /// The content of a string, in whose text a quotation mark is written twice.
-std::string read_string(std::string_view text)
+std::string make_content(std::string_view text)
 {
   std::string content;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -24,194 +27,266 @@ std::string read_string(std::string_view text)
   return content;
 }
 
-std::string describe_name(std::string_view name) { return "the constant " + make_excerpt(name); }
+/// What the string of a step says: the names of its constant and of its free arguments
+struct NamedStep
+{
+  std::size_t position;  ///< of the string
+  std::vector<std::string> names;
+};
 
-}  // namespace
+class TrailReader
+{
+ public:
+  TrailReader(TermManager& mgr, std::string_view text) : mgr_(mgr), lexer_(text), commands_(mgr, text) {}
+
+  Trail read(std::span<const Term* const> constants);
+
+ private:
+  /// A name of the script or of a definition
+  struct Name
+  {
+    const Term* constant = nullptr;     ///< that is declared or stands for a step; else null
+    const Term* application = nullptr;  ///< that stands in the step
+    bool is_declared = false;
+    bool is_defined = false;
+    bool is_step = false;  ///< whether a step starts with the name
+    bool has_step = false;
+    bool is_free = false;  ///< in one of the steps
+  };
+  using Names = std::unordered_map<std::string, Name>;
+
+  // The steps are noted first, since they say which definitions are of fresh constants and may stand anywhere.
+  void note_steps();
+  void note_step();
+  [[nodiscard]] NamedStep read_step(const Token& text) const;
+
+  void read_commands();
+  void take_declaration(const Command& command);
+  void take_definition(const Command& command);
+  void take_assertion(const Command& command);
+  void check_declarations(std::span<const Term* const> constants) const;
+
+  [[nodiscard]] Step make_step(const NamedStep& named);
+  void set_free(Step& step, const NamedStep& named, const std::string& name);
+  [[nodiscard]] Name& find_name(const NamedStep& named, const std::string& name);
+  [[noreturn]] void fail(const NamedStep& named, const std::string& sentence) const;
+
+  TermManager& mgr_;
+  Lexer lexer_;
+  CommandReader commands_;
+  Names names_;
+  std::vector<NamedStep> steps_;
+  Trail trail_;
+};
 
 Trail TrailReader::read(std::span<const Term* const> constants)
 {
-  scanner_.scan();
-  read_declarations(constants);
-  note_definitions();
   note_steps();
-  convert();
+  for (const Term* constant : constants)
+    names_[constant->get_symbol()->get_name()].constant = constant;
+  read_commands();
+  check_declarations(constants);
   trail_.steps.reserve(steps_.size());
   for (const NamedStep& named : steps_)
     trail_.steps.push_back(make_step(named));
   return std::move(trail_);
 }
 
-/// The declarations must be those of the script, in any order.
-void TrailReader::read_declarations(std::span<const Term* const> constants)
+// -----------------------------------------------------------------------------------------------------------
+// Steps
+
+void TrailReader::note_steps()
 {
-  names_.reserve(constants.size() + scanner_.get_items().size());
-  for (const Term* constant : constants)
-    names_[constant->get_symbol()->get_name()].constant = constant;
-  for (const Scanner::Declaration& declaration : scanner_.get_declarations()) {
-    const Token& token = declaration.name;
-    const auto place = names_.find(token.text);
-    if (place == names_.end()) {
-      throw InputError(token.place, describe(token) + " is declared here, but not in the script" + kForeign);
+  for (Token open = lexer_.next(); open.kind == TokenKind::kOpen; open = lexer_.next()) {
+    const Lexer start = lexer_;
+    const Token name = lexer_.next();
+    if (name.is_word("exit")) break;
+    if (name.is_word("set-info") && lexer_.next().text == ":lumo-step") {
+      note_step();
+    } else {
+      lexer_ = start;
+      lexer_.skip_list(open.position);
     }
-    Name& name = place->second;
-    const DataType* sort = name.constant->get_symbol()->get_output_type();
-    if (declaration.sort != sort) {
-      throw InputError(token.place, describe(token) + " is declared here with sort " +
-                                        declaration.sort->to_string() + ", but in the script with sort " +
-                                        sort->to_string() + kForeign);
-    }
-    name.is_declared = true;
   }
-  if (scanner_.get_declarations().size() == names_.size()) return;
+}
+
+void TrailReader::note_step()
+{
+  const Token text = lexer_.expect(TokenKind::kString, "a string with the names of a step");
+  lexer_.expect(TokenKind::kClose, "the end of the command");
+  NamedStep step = read_step(text);
+  if (step.names.empty()) {
+    fail(step, "an empty string was found, but a step starts with the name of a definition");
+  }
+  names_[step.names.front()].is_step = true;
+  steps_.push_back(std::move(step));
+}
+
+NamedStep TrailReader::read_step(const Token& text) const
+{
+  NamedStep step{text.position, {}};
+  const std::string content = make_content(text.text);
+  Lexer names(content);
+  try {
+    for (Token token = names.next(); token.kind != TokenKind::kEnd; token = names.next()) {
+      names.check_name(token, "the name of a constant");
+      step.names.emplace_back(token.text);
+    }
+  } catch (const InputError& e) {
+    fail(step, std::string("in a step, ") + e.what());
+  }
+  return step;
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// Commands
+
+void TrailReader::read_commands()
+{
+  for (;;) {
+    const Command command = commands_.read();
+    switch (command.kind) {
+      case CommandKind::kAssert:
+        take_assertion(command);
+        break;
+      case CommandKind::kDeclare:
+        take_declaration(command);
+        break;
+      case CommandKind::kDefine:
+        take_definition(command);
+        break;
+      case CommandKind::kPop:
+      case CommandKind::kPush:
+      case CommandKind::kOther:
+        throw InputError(
+            commands_.get_place(command.position),
+            "the command " + make_excerpt(command.name) +
+                " was found, but only declarations, definitions, steps and assertions were expected");
+      case CommandKind::kExit:
+      case CommandKind::kEnd:
+        return;
+      case CommandKind::kCheckSat:
+      case CommandKind::kDefineFunction:
+      case CommandKind::kDefineSort:
+      case CommandKind::kEcho:
+      case CommandKind::kGet:
+      case CommandKind::kSetInfo:
+      case CommandKind::kSetLogic:
+      case CommandKind::kSetOption:
+        break;
+    }
+  }
+}
+
+/// The declarations must be those of the script, in any order.
+void TrailReader::take_declaration(const Command& command)
+{
+  Name& name = names_[std::string(command.symbol.text)];
+  if (name.constant != command.term) {
+    lexer_.fail(command.symbol.position,
+                describe(command.symbol) + " is declared here, but not in the script" + kForeign);
+  }
+  name.is_declared = true;
+}
+
+void TrailReader::take_definition(const Command& command)
+{
+  const std::string text(command.symbol.text);
+  Name& name = names_[text];
+  name.is_defined = true;
+  if (!name.is_step) return;
+  const Symbol* symbol = command.term->get_symbol();
+  if (find_calculator(mgr_, symbol) == nullptr) {
+    lexer_.fail(command.symbol.position, "the definition of " + make_excerpt(text) + " is the term " +
+                                             make_excerpt(symbol->get_name()) +
+                                             ", but a step needs the application of an operator");
+  }
+  try {
+    name.constant = mgr_.make_constant(text, symbol->get_output_type());
+  } catch (const Exception& e) {
+    lexer_.fail(command.symbol.position, e.what());
+  }
+  name.application = command.term;
+  commands_.replace(command.symbol, name.constant);
+}
+
+void TrailReader::take_assertion(const Command& command)
+{
+  const Symbol* symbol = command.term->get_symbol();
+  if (!mgr_.is_constant(symbol)) {
+    lexer_.fail(command.position, "an assertion of the term " + make_excerpt(symbol->get_name()) +
+                                      " was found, but a trail asserts only constants");
+  }
+  trail_.facts.push_back(command.term);
+}
+
+void TrailReader::check_declarations(std::span<const Term* const> constants) const
+{
   for (const Term* constant : constants) {
     const std::string& name = constant->get_symbol()->get_name();
-    if (names_.find(name)->second.is_declared) continue;
+    if (names_.at(name).is_declared) continue;
     throw InputError({}, describe_name(name) + " is declared in the script, but not in the trail" + kForeign);
   }
 }
 
-void TrailReader::note_definitions()
-{
-  for (const Scanner::Item& item : scanner_.get_items()) {
-    if (item.is_definition) names_[item.name].is_defined = true;
-  }
-}
+// -----------------------------------------------------------------------------------------------------------
+// Steps of the trail
 
-void TrailReader::note_steps()
+Step TrailReader::make_step(const NamedStep& named)
 {
-  for (const Scanner::Info& info : scanner_.get_infos()) {
-    if (info.keyword.text == ":lumo-step") note_step(info.content);
+  const std::string& text = named.names.front();
+  Name& name = find_name(named, text);
+  if (!name.is_defined) {
+    fail(named, describe_name(text) + " was found, but a step starts with the name of a definition");
   }
-}
-
-void TrailReader::note_step(Lexer content)
-{
-  const Token token = content.expect(TokenKind::kString, "a string with the names of a step");
-  content.expect(TokenKind::kClose, "the end of the command");
-  const std::string text = read_string(token.text);
-  Lexer lexer(text);
-  Names::value_type* step = read_name(lexer, token.place);
-  if (step == nullptr || !step->second.is_defined) {
-    throw InputError(token.place, (step == nullptr ? "an empty string" : describe_name(step->first)) +
-                                      " was found, but a step starts with the name of a definition");
+  if (name.has_step) {
+    fail(named, "a second step of " + describe_name(text) + " was found, but only one was expected");
   }
-  if (step->second.is_step) {
-    throw InputError(token.place, "a second step of " + describe_name(step->first) +
-                                      " was found, but only one was expected");
-  }
-  step->second.is_step = true;
-  NamedStep& named = steps_.emplace_back(NamedStep{token.place, step, {}, 0});
-  while (Names::value_type* free = read_name(lexer, token.place))
-    note_free(named, *free);
-}
-
-void TrailReader::note_free(NamedStep& named, Names::value_type& free)
-{
-  if (free.second.is_free) {
-    throw InputError(named.place, describe_name(free.first) +
-                                      " was found as a free argument for the second time, but a constant is "
-                                      "free in one step only");
-  }
-  free.second.is_free = true;
-  if (named.num_free == kMaxArity) {
-    throw InputError(named.place, "more than " + std::to_string(kMaxArity) +
-                                      " free arguments were found in a step, but no operator has as many");
-  }
-  named.free[named.num_free++] = &free;
-}
-
-/// Reads a name from the string at that place; null at the string's end.
-TrailReader::Names::value_type* TrailReader::read_name(Lexer& lexer, Place place)
-{
-  Token name{};
-  try {
-    Lexer ahead = lexer;
-    if (ahead.next().kind == TokenKind::kEnd) return nullptr;
-    name = lexer.expect_name("the name of a constant");
-  } catch (const InputError& e) {
-    throw InputError(place, std::string("in a step, ") + e.what());
-  }
-  const auto known = names_.find(name.text);
-  if (known == names_.end()) {
-    throw InputError(place, describe(name) + " was found in a step, but it is neither declared nor defined");
-  }
-  return &*known;
-}
-
-void TrailReader::convert()
-{
-  const ParsedText parsed(scanner_.get_rewritten_text());
-  if (parsed.get_num_assertions() != scanner_.get_items().size())
-    throw Exception("the number of assertions that Z3 gives is not that of the text");
-  Z3Converter converter(mgr_, parsed.get_session(), scanner_.get_literals());
-  std::size_t next = 0;
-  for (const Scanner::Item& item : scanner_.get_items()) {
-    try {
-      convert_item(item, converter, parsed.get_assertion(next++));
-    } catch (const Exception& e) {
-      throw InputError(item.place, e.what());
-    }
-  }
-}
-
-/// An `Exception` is a mistake in the item.
-void TrailReader::convert_item(const Scanner::Item& item, Z3Converter& converter, Z3_ast expression)
-{
-  if (!item.is_definition) {
-    add_fact(converter.convert(expression));
-    return;
-  }
-  Name& name = names_.find(item.name)->second;
-  if (name.is_step) {
-    set_step(name, item.name, converter.convert_definition(item.name, expression));
-  } else {
-    converter.define(item.name, expression);
-  }
-}
-
-void TrailReader::set_step(Name& name, std::string_view text, const Term* application)
-{
-  if (find_calculator(mgr_, application->get_symbol()) == nullptr) {
-    throw Exception("the definition of " + make_excerpt(text) + " is the term " +
-                    make_excerpt(application->get_symbol()->get_name()) +
-                    ", but a step needs the application of an operator");
-  }
-  name.constant = mgr_.make_constant(std::string(text), application->get_symbol()->get_output_type());
-  name.application = application;
-}
-
-void TrailReader::add_fact(const Term* fact)
-{
-  const Symbol* symbol = fact->get_symbol();
-  if (!mgr_.is_constant(symbol)) {
-    throw Exception("an assertion of the term " + make_excerpt(symbol->get_name()) +
-                    " was found, but a trail asserts only constants");
-  }
-  trail_.facts.push_back(fact);
-}
-
-Step TrailReader::make_step(const NamedStep& named) const
-{
-  const Name& name = named.step->second;
+  name.has_step = true;
   Step step{name.constant, name.application, {}, nullptr};
-  for (std::size_t i = 0; i < named.num_free; ++i)
-    set_free(step, named, *named.free[i]);
+  for (std::size_t i = 1; i < named.names.size(); ++i)
+    set_free(step, named, named.names[i]);
   return step;
 }
 
-void TrailReader::set_free(Step& step, const NamedStep& named, Names::value_type& free) const
+void TrailReader::set_free(Step& step, const NamedStep& named, const std::string& name)
 {
+  Name& free = find_name(named, name);
+  if (free.is_free) {
+    fail(named,
+         describe_name(name) +
+             " was found as a free argument for the second time, but a constant is free in one step only");
+  }
+  free.is_free = true;
   std::size_t num_found = 0;
   for (std::size_t i = 0; i < step.application->get_num_args(); ++i) {
-    if (step.application->get_arg(i) != free.second.constant) continue;
+    if (step.application->get_arg(i) != free.constant) continue;
     step.free.set(i);
     ++num_found;
   }
   if (num_found == 1) return;
-  throw InputError(named.place, describe_name(free.first) + " was found as a free argument of " +
-                                    make_excerpt(named.step->first) + ", but its definition has it " +
-                                    (num_found == 0 ? "not as an argument" : "as several arguments"));
+  fail(named, describe_name(name) + " was found as a free argument of " + make_excerpt(named.names.front()) +
+                  ", but its definition has it " +
+                  (num_found == 0 ? "not as an argument" : "as several arguments"));
 }
+
+TrailReader::Name& TrailReader::find_name(const NamedStep& named, const std::string& name)
+{
+  const auto known = names_.find(name);
+  // A step alone does not give a name a meaning.
+  if (known == names_.end() || (known->second.constant == nullptr && !known->second.is_defined)) {
+    fail(named,
+         "the symbol " + make_excerpt(name) + " was found in a step, but it is neither declared nor defined");
+  }
+  return known->second;
+}
+
+void TrailReader::fail(const NamedStep& named, const std::string& sentence) const
+{
+  lexer_.fail(named.position, sentence);
+}
+
+}  // namespace
 
 Trail read_trail(TermManager& mgr, std::span<const Term* const> constants, std::string_view text)
 {

@@ -64,7 +64,8 @@ const Symbol* TermManager::make_constant_symbol(const std::string& name, const D
 const Term* TermManager::make_constant(const std::string& name, const DataType* type)
 {
   check_own_type(type);
-  if (const Term* known = find_constant(name); known != nullptr) {
+  const std::size_t hash = hash_name(name);
+  if (const Term* known = find_constant(name, hash); known != nullptr) {
     const DataType* known_type = known->get_symbol()->get_output_type();
     if (known_type != type) {
       throw Exception("the constant " + name + " was declared with sort " + known_type->to_string() +
@@ -73,9 +74,10 @@ const Term* TermManager::make_constant(const std::string& name, const DataType* 
     return known;
   }
   fresh_constants_.take(name);
+  constants_.reserve_one();
   const Symbol* s = make_leaf_symbol(Kind::kConstant, type, std::make_unique<std::string>(name));
   const Term* t = allocate_term(s, nullptr, 0);
-  constants_.emplace(s->get_name(), t);
+  constants_.insert(hash, t);
   return t;
 }
 
@@ -89,10 +91,11 @@ const Term* TermManager::make_fresh_constant(const std::string& prefix, const Da
   return t;
 }
 
-const Term* TermManager::find_constant(const std::string& name) const
+const Term* TermManager::find_constant(std::string_view name, std::size_t hash) const
 {
-  const auto declared = constants_.find(name);
-  return declared != constants_.end() ? declared->second : fresh_constants_.find(name);
+  const Term* declared = constants_.find(
+      hash, [name](const Term& candidate) { return candidate.get_symbol()->get_name() == name; });
+  return declared != nullptr ? declared : fresh_constants_.find(name);
 }
 
 // --------------------------------------------------------------------------------------------------------
@@ -190,7 +193,7 @@ const Term* TermManager::find_leaf(const Symbol* s) const
 {
   if (s == get_true_symbol()) return true_;
   if (s == get_false_symbol()) return false_;
-  if (is_constant(s)) return find_constant(s->get_name());
+  if (is_constant(s)) return find_constant(s->get_name(), hash_name(s->get_name()));
   return Numeral::of(s).get_term();
 }
 

@@ -5,6 +5,7 @@
 #include <concepts>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -329,8 +330,12 @@ class TermManager
   /// The numeral of a pattern that the sort has.
   const Term* make_pattern(const QNumber& pattern, const DataType* type);
   [[nodiscard]] const Term* find_leaf(const Symbol* s) const;
-  /// The constant of that name, or null.
-  [[nodiscard]] const Term* find_constant(const std::string& name) const;
+  [[nodiscard]] static std::size_t hash_name(std::string_view name)
+  {
+    return std::hash<std::string_view>()(name);
+  }
+  /// The constant of that name and hash, or null.
+  [[nodiscard]] const Term* find_constant(std::string_view name, std::size_t hash) const;
 
   DataType bool_type_;
   std::unordered_map<unsigned long, DataType> bv_types_;
@@ -341,8 +346,7 @@ class TermManager
   UniqueTable<OperatorSymbol> operators_;
   std::array<const OperatorSymbol*, kNumRecent> recent_operators_{};  ///< a cache
 
-  /// All but the fresh ones; the keys are the symbols' own names.
-  std::unordered_map<std::string_view, const Term*> constants_;
+  UniqueTable<Term> constants_;  ///< by name; all but the fresh ones
   std::deque<FreshSymbol> fresh_symbols_;
   FreshConstants fresh_constants_;
   NumeralTable numerals_;

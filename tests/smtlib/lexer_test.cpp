@@ -58,15 +58,34 @@ TEST(Lexer, SplitsTextIntoTokens)
   }
 }
 
-TEST(Lexer, CountsLinesAndColumnsFromOne)
+TEST(Lexer, CountsLinesAndColumnsFromOneInAnyOrder)
 {
-  const std::vector<Token> tokens = read_all("(x\n  |a\nb| y)\r\n\"\n\" z");
+  const std::string_view text = "(x\n  |a\nb| y)\r\n\"\n\" z";
+  const Lexer lexer(text);
+  const std::vector<Token> tokens = read_all(text);
   const std::vector<Place> expected = {{1, 1}, {1, 2}, {2, 3}, {3, 4}, {3, 5}, {4, 1}, {5, 3}, {5, 4}};
   ASSERT_EQ(tokens.size(), expected.size());
-  for (std::size_t i = 0; i < tokens.size(); ++i) {
-    EXPECT_EQ(tokens[i].place.line, expected[i].line) << i;
-    EXPECT_EQ(tokens[i].place.column, expected[i].column) << i;
-  }
+  for (std::size_t i = 0; i < tokens.size(); ++i)
+    EXPECT_EQ(lexer.get_place(tokens[i]), expected[i]) << i;
+  for (std::size_t i = tokens.size(); i-- > 0;)
+    EXPECT_EQ(lexer.get_place(tokens[i]), expected[i]) << i;
+}
+
+TEST(Lexer, CountsFromThePlaceWhereTheTextStarts)
+{
+  const Lexer lexer("x\ny", {7, 5});
+  EXPECT_EQ(lexer.get_place(0), (Place{7, 5}));
+  EXPECT_EQ(lexer.get_place(2), (Place{8, 1}));
+}
+
+TEST(Lexer, SkipsAByteOrderMark)
+{
+  Lexer lexer("\xef\xbb\xbfx y\nz");
+  EXPECT_EQ(lexer.next().text, "x");
+  EXPECT_EQ(lexer.get_place(3), (Place{1, 1}));
+  EXPECT_EQ(lexer.get_place(lexer.next()), (Place{1, 3}));
+  EXPECT_EQ(lexer.get_place(lexer.next()), (Place{2, 1}));
+  EXPECT_EQ(lexer.get_place(3), (Place{1, 1}));
 }
 
 TEST(Lexer, RefusesWhatIsNoToken)
@@ -113,7 +132,7 @@ TEST(Lexer, SkipsAListOfAnyDepth)
   const std::string text = "(" + std::string(kDepth, '(') + "|)|" + std::string(kDepth, ')') + ") end";
   Lexer lexer(text);
   const Token open = lexer.next();
-  lexer.skip_list(open.place);
+  lexer.skip_list(open.position);
   EXPECT_EQ(lexer.next().text, "end");
 }
 
@@ -122,7 +141,7 @@ TEST(Lexer, SaysWhichListIsNotClosed)
   Lexer lexer("\n (a (b)");
   const Token open = lexer.next();
   try {
-    lexer.skip_list(open.place);
+    lexer.skip_list(open.position);
     ADD_FAILURE() << "nothing was thrown";
   } catch (const InputError& e) {
     EXPECT_STREQ(e.what(), "a parenthesis opens here, but the text ends before it is closed");

@@ -32,5 +32,30 @@ TEST(Literals, AreReadInEachBase)
     EXPECT_EQ(make_numeral(mgr, row.digits, row.base, row.width)->get_symbol()->get_name(), row.text);
 }
 
+TEST(Literals, OfTokensHaveTheWidthOfTheirDigits)
+{
+  TermManager mgr;
+  EXPECT_EQ(make_literal(mgr, {TokenKind::kHexadecimal, "0fF", 0}), mgr.make_bv_number(255, 12));
+  EXPECT_EQ(make_literal(mgr, {TokenKind::kBinary, "0101", 0}), mgr.make_bv_number(5, 4));
+}
+
+TEST(Literals, InDecimalMustHaveAPlaceInTheirWidth)
+{
+  TermManager mgr;
+  EXPECT_EQ(make_decimal_literal(mgr, "bv255", 8), mgr.make_bv_number(255, 8));
+  EXPECT_EQ(make_decimal_literal(mgr, "bv000000000000000000000000255", 8), mgr.make_bv_number(255, 8));
+  EXPECT_EQ(make_decimal_literal(mgr, "bv256", 8), nullptr);
+  EXPECT_EQ(make_decimal_literal(mgr, "bv18446744073709551616", 64), nullptr);
+  EXPECT_EQ(make_decimal_literal(mgr, "bv18446744073709551615", 64), mgr.make_bv_number(-1, 64));
+}
+
+TEST(Literals, InDecimalAreNamedBvAndDigits)
+{
+  for (const std::string_view name : {"bv0", "bv12345678901234567890"})
+    EXPECT_TRUE(is_decimal_literal_name(name)) << name;
+  for (const std::string_view name : {"bv", "bvadd", "bv1a", "BV1", "b1", ""})
+    EXPECT_FALSE(is_decimal_literal_name(name)) << name;
+}
+
 }  // namespace
 }  // namespace lumo::smtlib

@@ -93,6 +93,7 @@ constexpr std::string_view kTerms[] = {
     "((_ rotate_right 0) a)",
     "((_ rotate_right 1) a)",
     "((_ rotate_right 67) a)",
+    "((as bvnot (_ BitVec W)) (as a (_ BitVec W)))",
     "(let ((a b) (b a)) (bvsub a b))",
     "(! (bvsub a b) :named t)",
 };

@@ -102,7 +102,8 @@ class Maker
         const unsigned long msb = draw_number(0, w - 1);
         return {msb, draw_number(0, msb), w};
       }
-      case SortRule::kRotate:
+      case SortRule::kRotate:  // as readers make of every index
+        return {draw_number(0, w - 1), w};
       case SortRule::kExtend:
         return {draw_number(0, 4), w};
     }

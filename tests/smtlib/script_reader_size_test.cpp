@@ -93,5 +93,64 @@ TEST(LargeTexts, RepeatAMillionTimes)
   EXPECT_LT(mgr.get_num_terms(), 100U);
 }
 
+TEST(LargeTexts, NestTenMillionApplicationsInTheirLastArgument)
+{
+  constexpr std::size_t kDepth = 10 * kMillion;
+  TermManager mgr;
+  const Script script = read_script(
+      mgr, "(declare-const p Bool)(assert " + repeat("(not ", kDepth) + "p" + repeat(")", kDepth) + ")");
+  EXPECT_EQ(mgr.get_num_terms(), kDepth + 3);
+  EXPECT_EQ(script.assertions.size(), 1U);
+}
+
+TEST(LargeTexts, NestAMillionLetsAndAnnotations)
+{
+  TermManager mgr;
+  const Script script = read_script(mgr, "(declare-const p Bool)(assert " +
+                                             repeat("(let ((p (! (not p) :note (p))))", kMillion) + "p" +
+                                             repeat(")", kMillion) + ")");
+  std::size_t depth = 0;
+  for (const Term* t = script.assertions.at(0).term; t->get_num_args() != 0; t = t->get_arg(0))
+    ++depth;
+  EXPECT_EQ(depth, kMillion);
+}
+
+TEST(LargeTexts, BindAHundredThousandVariablesAtOnce)
+{
+  std::string text = "(declare-const p Bool)(assert (let (";
+  for (std::size_t i = 0; i < 100'000; ++i)
+    text += numbered("(v", i) + " (not p))";
+  TermManager mgr;
+  EXPECT_EQ(read_script(mgr, text + ") v99999))").assertions.at(0).term->get_arg(0),
+            mgr.make_constant("p", mgr.make_bool_type()));
+}
+
+TEST(LargeTexts, HaveWidthsThatCostNothing)
+{
+  TermManager mgr;
+  const Script script =
+      read_script(mgr,
+                  "(declare-const x (_ BitVec 4294967295))(declare-const y (_ BitVec 400000000))"
+                  "(assert (= x (_ bv1 4294967295)))(assert (= y (_ bv2 400000000)))");
+  EXPECT_EQ(script.constants.size(), 2U);
+  EXPECT_EQ(script.assertions.at(0).term->get_arg(1), mgr.make_bv_number(1, 4294967295UL));
+}
+
+TEST(LargeTexts, HaveDecimalLiteralsOfAMillionDigits)
+{
+  TermManager mgr;
+  const Script script = read_script(
+      mgr, "(declare-const x (_ BitVec 4000000))(assert (= x (_ bv" + repeat("9", kMillion) + " 4000000)))");
+  EXPECT_EQ(script.assertions.size(), 1U);
+}
+
+TEST(LargeTexts, NestAMillionSorts)
+{
+  TermManager mgr;
+  const Script script = read_script(mgr, "(define-sort S (A) A)(declare-const x " + repeat("(S ", kMillion) +
+                                             "Bool" + repeat(")", kMillion) + ")");
+  EXPECT_EQ(script.constants.at(0)->get_symbol()->get_output_type(), mgr.make_bool_type());
+}
+
 }  // namespace
 }  // namespace lumo::smtlib

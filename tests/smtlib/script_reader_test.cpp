@@ -57,6 +57,20 @@ TEST(Reader, MakesTermsOfTheOperatorsThatThereAre)
       {"(let ((|p q| p)) (not |p q|))", "(not p)"},
       {"(! (bvult x y) :named small :note (a b))", "(bvult x y)"},
       {"(ite p q (= (ite q x y) z))", "(ite p q (= (ite q x y) z))"},
+      {"(bvult (as x Byte) ((as bvnot Byte) (as (_ bv3 8) (_ BitVec 8))))", "(bvult x (bvnot #x03))"},
+      {"(= x ((as (_ rotate_left 1) Byte) y))", "(= x ((_ rotate_left 1) y))"},
+      {"(= x ((_ rotate_left 2147483649) y))", "(= x ((_ rotate_left 1) y))"},
+      {"(= x ((_ rotate_right 340282366920938463463374607431768211457) y))", "(= x ((_ rotate_right 1) y))"},
+      {"(= x ((_ |rotate_left| 8) y))", "(= x ((_ rotate_left 0) y))"},
+      {"(|and| |p| |true|)", "(and p true)"},
+      {"(let ((let1 p) (|let| q) (|!| r) (|_| p)) (and let1 |let| |!| |_|))", "(and (and (and p q) r) p)"},
+      {"(let ((p q)) (let ((q p)) (and p q)))", "(and q q)"},
+      {"(and (let ((p q)) p) p)", "(and q p)"},
+      {"(let ((bvadd p)) (not bvadd))", "(not p)"},
+      {"(bvnego x)", "(= x #x80)"},
+      {"(bvuaddo x y)", "(bvult (bvadd x y) x)"},
+      {"(bvusubo x y)", "(bvult x y)"},
+      {"(bvsdivo x y)", "(and (= x #x80) (= y #xff))"},
   };
   for (const Row& row : rows) {
     const std::string text = std::string(kManyDeclarations) + "(assert " + std::string(row.assertion) + ")";
@@ -118,6 +132,26 @@ TEST(Reader, SkipsCommandsThatOnlyTalk)
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   EXPECT_EQ(assertions, (std::vector<std::string>{"true"}));
+}
+
+TEST(Reader, NamesEachSkippedCommandOnce)
+{
+  TermManager mgr;
+  const Script script = read_script(
+      mgr, "(set-logic QF_BV)(echo \"a\")(assert true)(check-sat)(get-value (x))(echo \"b\")(get-value (y))");
+  EXPECT_EQ(script.skipped, (std::vector<std::string>{"echo", "get-value"}));
+}
+
+TEST(Reader, ReadsOneLevelAroundTheQuery)
+{
+  const std::vector<std::string> expected = {"p", "q"};
+  EXPECT_EQ(
+      read_assertions("(declare-const p Bool)(assert p)(push 1)(declare-const q Bool)(assert q)(check-sat)"
+                      "(get-model)(pop 1)(exit)"),
+      expected);
+  EXPECT_EQ(read_assertions(
+                "(push)(declare-const p Bool)(declare-const q Bool)(assert p)(assert q)(check-sat)(pop)"),
+            expected);
 }
 
 TEST(Reader, ReadsTheEmptyText)

@@ -1,3 +1,5 @@
+#include "lumo/smtlib/trail_reader.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -76,10 +78,8 @@ TEST_F(TrailReader, RefusesTrailsOfOtherScripts)
   EXPECT_EQ(read_refusal("(declare-fun q () Bool)"),
             "f:2:14: the symbol q is declared here, but not in the script, so the trail belongs to another "
             "script");
-  EXPECT_EQ(
-      read_refusal_of_all("(declare-fun x8 () Bool)"),
-      "f:1:14: the symbol x8 is declared here with sort Bool, but in the script with sort (_ BitVec 8), "
-      "so the trail belongs to another script");
+  EXPECT_EQ(read_refusal_of_all("(declare-fun x8 () Bool)"),
+            "f:1:14: the constant x8 was declared with sort (_ BitVec 8), but sort Bool was given");
   EXPECT_EQ(read_refusal_of_all("\n(declare-fun x8 () (_ BitVec 8))\n(declare-fun p () Bool)"),
             "f:1:1: the constant y8 is declared in the script, but not in the trail, so the trail belongs to "
             "another script");
@@ -105,6 +105,8 @@ TEST_F(TrailReader, RefusesWhatIsNoStep)
       {"(set-info :lumo-step \"\")",
        "f:2:22: an empty string was found, but a step starts with the name of a definition"},
       {"(set-info :lumo-step \"p 5\")",
+       "f:2:22: in a step, the numeral 5 was found, but the name of a constant was expected"},
+      {"(set-info :lumo-step \"p\")",
        "f:2:22: the constant p was found, but a step starts with the name of a definition"},
       {"(set-info :lumo-step \"u\")",
        "f:2:22: the symbol u was found in a step, but it is neither declared nor defined"},
@@ -136,18 +138,19 @@ TEST_F(TrailReader, RefusesWhatIsNoStep)
        "f:2:58: the constant p was found as a free argument of u, but its definition has it not as an "
        "argument"},
       {"(define-fun u () Bool (not p))(set-info :lumo-step \"u p x8 y8 u\")",
-       "f:2:52: more than 3 free arguments were found in a step, but no operator has as many"},
+       "f:2:52: the constant x8 was found as a free argument of u, but its definition has it not as an "
+       "argument"},
       {"(define-fun u () Bool p)(set-info :lumo-step \"u p\")",
-       "f:2:1: the definition of u is the term p, but a step needs the application of an operator"},
+       "f:2:13: the definition of u is the term p, but a step needs the application of an operator"},
       {"(define-fun u () (_ BitVec 8) #x05)(set-info :lumo-step \"u\")",
-       "f:2:1: the definition of u is the term #x05, but a step needs the application of an operator"},
-      {"(define-fun u () Bool (not u))(set-info :lumo-step \"u\")",
-       "f:2:1: the definition of u contains the name itself, but only names defined before were expected"},
+       "f:2:13: the definition of u is the term #x05, but a step needs the application of an operator"},
+      {"(define-fun u () Bool (not u))(set-info :lumo-step \"u\")", "f:2:28: the symbol u is not declared"},
       {"(assert (not p))",
        "f:2:1: an assertion of the term not was found, but a trail asserts only constants"},
       {"(assert true)", "f:2:1: an assertion of the term true was found, but a trail asserts only constants"},
       {"(define-fun p () Bool true)", "f:2:13: the symbol p is declared here, but it has a meaning already"},
-      {"(define-fun u () Bool (not v))(define-fun v () Bool (not p))", "f:2:28: unknown constant v"},
+      {"(define-fun u () Bool (not v))(define-fun v () Bool (not p))",
+       "f:2:28: the symbol v is not declared"},
       {"(define-fun u () Bool", "f:2:1: a parenthesis opens here, but the text ends before it is closed"},
   };
   for (const Row& row : rows)
@@ -158,7 +161,7 @@ TEST_F(TrailReader, RefusesFreshConstantsThatAreTaken)
 {
   mgr_.make_constant("u", mgr_.make_bv_type(8));
   EXPECT_EQ(read_refusal("(define-fun u () Bool (not p))(set-info :lumo-step \"u p\")"),
-            "f:2:1: the constant u was declared with sort (_ BitVec 8), but sort Bool was given");
+            "f:2:13: the constant u was declared with sort (_ BitVec 8), but sort Bool was given");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "lumo/elimination/eliminate.h"
 #include "lumo/smtlib/trail_printer.h"
+#include "lumo/smtlib/trail_reader.h"
 #include "tests/smtlib/random_trail.h"
 #include "tests/support/notation.h"
 #include "tests/support/numbered.h"

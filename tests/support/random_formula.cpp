@@ -182,7 +182,7 @@ class Generator
       }
       case Kind::kBvRotateLeft:
       case Kind::kBvRotateRight:
-        return build(kind, {random_.index(w + 2), w}, {w});
+        return build(kind, {random_.index(w), w}, {w});  // what readers make of every index
       default:
         return make_uniform(kind, w);
     }

@@ -1,0 +1,246 @@
+#include "lumo/smtlib/command_reader.h"
+
+#include <charconv>
+#include <string>
+
+#include "lumo/terms/exception.h"
+
+namespace lumo::smtlib {
+
+const CommandReader::Row CommandReader::kRows[] = {
+    {"assert", CommandKind::kAssert, &CommandReader::read_assertion},
+    {"check-sat", CommandKind::kCheckSat, &CommandReader::close},
+    {"declare-const", CommandKind::kDeclare, &CommandReader::read_constant_declaration},
+    {"declare-fun", CommandKind::kDeclare, &CommandReader::read_function_declaration},
+    {"define-const", CommandKind::kDefine, &CommandReader::read_constant_definition},
+    {"define-fun", CommandKind::kDefine, &CommandReader::read_function_definition},
+    {"define-sort", CommandKind::kDefineSort, &CommandReader::read_sort_definition},
+    {"echo", CommandKind::kEcho, &CommandReader::skip},
+    {"exit", CommandKind::kExit, &CommandReader::close},
+    {"get-assertions", CommandKind::kGet, &CommandReader::skip},
+    {"get-assignment", CommandKind::kGet, &CommandReader::skip},
+    {"get-info", CommandKind::kGet, &CommandReader::skip},
+    {"get-model", CommandKind::kGet, &CommandReader::skip},
+    {"get-option", CommandKind::kGet, &CommandReader::skip},
+    {"get-proof", CommandKind::kGet, &CommandReader::skip},
+    {"get-unsat-assumptions", CommandKind::kGet, &CommandReader::skip},
+    {"get-unsat-core", CommandKind::kGet, &CommandReader::skip},
+    {"get-value", CommandKind::kGet, &CommandReader::skip},
+    {"pop", CommandKind::kPop, &CommandReader::pop},
+    {"push", CommandKind::kPush, &CommandReader::push},
+    {"set-info", CommandKind::kSetInfo, &CommandReader::read_attribute},
+    {"set-logic", CommandKind::kSetLogic, &CommandReader::skip},
+    {"set-option", CommandKind::kSetOption, &CommandReader::read_attribute},
+};
+
+Command CommandReader::read()
+{
+  Command command;
+  const Token open = lexer_.next();
+  command.position = open.position;
+  if (open.kind == TokenKind::kEnd) return command;
+  if (open.kind != TokenKind::kOpen) lexer_.refuse(open, "a command in parentheses");
+  const Token name = lexer_.next();
+  if (name.kind != TokenKind::kSymbol) lexer_.refuse(name, "the name of a command");
+  command.name = name.text;
+  for (const Row& row : kRows) {
+    if (name.text != row.name) continue;
+    command.kind = row.kind;
+    (this->*row.action)(command);
+    return command;
+  }
+  command.kind = CommandKind::kOther;
+  skip(command);
+  return command;
+}
+
+void CommandReader::replace(const Token& symbol, const Term* t)
+{
+  symbols_.set_meaning(symbols_.find(symbol.text), Meaning(t));
+}
+
+void CommandReader::close(Command& command)
+{
+  const Token token = lexer_.next();
+  if (token.kind == TokenKind::kEnd) {
+    lexer_.fail(command.position, "a parenthesis opens here, but the text ends before it is closed");
+  }
+  if (token.kind != TokenKind::kClose) lexer_.refuse(token, "the end of the command");
+}
+
+void CommandReader::skip(Command& command) { lexer_.skip_list(command.position); }
+
+void CommandReader::read_attribute(Command& command)
+{
+  Lexer ahead = lexer_;
+  const Token keyword = ahead.next();
+  if (keyword.kind == TokenKind::kKeyword) {
+    command.keyword = keyword;
+    lexer_ = ahead;
+  }
+  command.content_position = lexer_.get_position();
+  skip(command);
+  command.content = lexer_.get_text(command.content_position, lexer_.get_position() - 1);
+}
+
+void CommandReader::read_assertion(Command& command)
+{
+  command.term = read_term(command, mgr_.make_bool_type(), "the assertion");
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// Declarations and definitions
+
+Token CommandReader::read_new_name()
+{
+  const Token name = lexer_.expect_name("a name");
+  symbol_ = symbols_.find(name.text);
+  if (symbols_.is_predefined(symbol_)) {
+    lexer_.fail(name.position, describe(name) + " is declared here, but the language defines it");
+  }
+  if (!symbols_.get_meaning(symbol_).is_none()) {
+    lexer_.fail(name.position, describe(name) + " is declared here, but it has a meaning already");
+  }
+  return name;
+}
+
+void CommandReader::read_constant_declaration(Command& command)
+{
+  command.symbol = read_new_name();
+  declare(command);
+}
+
+void CommandReader::read_function_declaration(Command& command)
+{
+  command.symbol = read_new_name();
+  lexer_.expect(TokenKind::kOpen, "a list of argument sorts");
+  if (lexer_.next().kind != TokenKind::kClose) {
+    lexer_.fail(command.symbol.position,
+                describe(command.symbol) +
+                    " is declared with arguments, but only constants, without arguments, were expected");
+  }
+  declare(command);
+}
+
+/// Reads the sort of the symbol and the end of the command.
+void CommandReader::declare(Command& command)
+{
+  const DataType* sort = sorts_.read(lexer_);
+  close(command);
+  try {
+    command.term = mgr_.make_constant(std::string(command.symbol.text), sort);
+  } catch (const Exception& e) {
+    lexer_.fail(command.symbol.position, e.what());
+  }
+  symbols_.declare(symbol_, Meaning(command.term));
+}
+
+void CommandReader::read_constant_definition(Command& command)
+{
+  command.symbol = read_new_name();
+  define(command);
+}
+
+void CommandReader::read_function_definition(Command& command)
+{
+  command.symbol = read_new_name();
+  lexer_.expect(TokenKind::kOpen, "a list of parameters");
+  const Token first = lexer_.next();
+  if (first.kind == TokenKind::kClose) {
+    define(command);
+    return;
+  }
+  command.kind = CommandKind::kDefineFunction;
+  read_parameters(first);
+  const DataType* sort = sorts_.read(lexer_);
+  const Lexer start = lexer_;
+  const Term* body = terms_.read_body(lexer_, command.position, parameters_, parameter_sorts_);
+  check_sort(start, body, sort, "the body of the definition");
+  close(command);
+  symbols_.declare(symbol_, Meaning(functions_.define(command.symbol.text, parameter_sorts_, body)));
+}
+
+/// Reads parameters and the end of their list; the first token of the list was read.
+void CommandReader::read_parameters(const Token& first)
+{
+  parameters_.clear();
+  parameter_sorts_.clear();
+  for (Token token = first; token.kind != TokenKind::kClose; token = lexer_.next()) {
+    if (token.kind != TokenKind::kOpen) lexer_.refuse(token, "a parameter");
+    parameters_.push_back(lexer_.expect_name("the name of a parameter"));
+    parameter_sorts_.push_back(sorts_.read(lexer_));
+    lexer_.expect(TokenKind::kClose, "the end of the parameter");
+  }
+}
+
+/// Reads the sort of the symbol and the term that it stands for.
+void CommandReader::define(Command& command)
+{
+  const DataType* sort = sorts_.read(lexer_);
+  command.term = read_term(command, sort, "the definition");
+  symbols_.declare(symbol_, Meaning(command.term));
+}
+
+void CommandReader::read_sort_definition(Command& command)
+{
+  sorts_.read_definition(lexer_);
+  close(command);
+}
+
+const Term* CommandReader::read_term(Command& command, const DataType* sort, std::string_view what)
+{
+  const Lexer start = lexer_;
+  const Term* t = terms_.read(lexer_, command.position);
+  check_sort(start, t, sort, what);
+  close(command);
+  return t;
+}
+
+void CommandReader::check_sort(Lexer start, const Term* t, const DataType* sort, std::string_view what) const
+{
+  const DataType* found = t->get_symbol()->get_output_type();
+  if (found == sort) return;
+  lexer_.fail(start.next().position, std::string(what) + " has sort " + found->to_string() + ", but sort " +
+                                         sort->to_string() + " was expected");
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// Levels
+
+unsigned long CommandReader::read_number_of_levels()
+{
+  const Token token = lexer_.next();
+  if (token.kind == TokenKind::kClose) return 1;
+  unsigned long number = 0;
+  const char* end = token.text.data() + token.text.size();
+  if (token.kind != TokenKind::kNumeral) lexer_.refuse(token, "a number of levels");
+  if (std::from_chars(token.text.data(), end, number).ec != std::errc() || number > kMaxLevels) {
+    lexer_.refuse(token, "at most " + std::to_string(kMaxLevels) + " levels");
+  }
+  lexer_.expect(TokenKind::kClose, "the end of the command");
+  return number;
+}
+
+void CommandReader::push(Command& command)
+{
+  command.number = read_number_of_levels();
+  levels_.insert(levels_.end(), command.number,
+                 {symbols_.get_num_declarations(), sorts_.get_num_definitions()});
+}
+
+void CommandReader::pop(Command& command)
+{
+  command.number = read_number_of_levels();
+  if (command.number > levels_.size()) {
+    lexer_.fail(command.position, std::to_string(command.number) +
+                                      (command.number == 1 ? " level is" : " levels are") + " popped, but " +
+                                      std::to_string(levels_.size()) + " can be");
+  }
+  if (command.number == 0) return;
+  const Level level = levels_[levels_.size() - command.number];
+  levels_.resize(levels_.size() - command.number);
+  symbols_.forget(level.num_declarations);
+  sorts_.forget(level.num_sort_definitions);
+}
+
+}  // namespace lumo::smtlib

@@ -1,0 +1,133 @@
+#ifndef LUMO_SMTLIB_COMMAND_READER_H
+#define LUMO_SMTLIB_COMMAND_READER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "lumo/smtlib/function_table.h"
+#include "lumo/smtlib/lexer.h"
+#include "lumo/smtlib/sort_reader.h"
+#include "lumo/smtlib/symbol_table.h"
+#include "lumo/smtlib/term_reader.h"
+#include "lumo/terms/term_manager.h"
+
+namespace lumo::smtlib {
+
+enum class CommandKind : std::uint8_t
+{
+  kAssert,  ///< term: what is asserted
+  kCheckSat,
+  kDeclare,         ///< symbol, term: the constant
+  kDefine,          ///< symbol, term: what it stands for; without parameters
+  kDefineFunction,  ///< symbol; with parameters
+  kDefineSort,
+  kEcho,
+  kExit,
+  kGet,      ///< asks for output: get-model, get-value, ...
+  kPop,      ///< number
+  kPush,     ///< number
+  kSetInfo,  ///< keyword, if there is one, and content
+  kSetLogic,
+  kSetOption,
+  kOther,  ///< a command that is not read; it was skipped
+  kEnd,    ///< the end of the text
+};
+
+/// A command of a script, as far as it was read.
+struct Command
+{
+  CommandKind kind = CommandKind::kEnd;
+  std::string_view name;     ///< `assert`, `check-sat`, ...
+  std::size_t position = 0;  ///< of its parenthesis
+  Token symbol{};            ///< what is declared or defined
+  const Term* term = nullptr;
+  unsigned long number = 0;  ///< of levels
+  Token keyword{};
+  std::string_view content;  ///< the text after the keyword, without the closing parenthesis
+  std::size_t content_position = 0;
+};
+
+/// Reads the commands of a script one by one, and keeps what they declare and define.
+///
+/// Declarations and definitions belong to the level on which they stand, and a pop takes them back. An InputError
+/// leaves the reader within the command that is wrong; what it read before stays known.
+class CommandReader
+{
+ public:
+  /// The manager must outlive the reader; it should be new, since the names of the text's constants must not be taken
+  /// with other sorts. The text must outlive the reader, too.
+  CommandReader(TermManager& mgr, std::string_view text)
+      : mgr_(mgr),
+        lexer_(text),
+        symbols_(mgr),
+        sorts_(mgr),
+        functions_(mgr),
+        terms_(mgr, symbols_, sorts_, functions_)
+  {}
+
+  /// Reads the next command.
+  [[nodiscard]] Command read();
+  [[nodiscard]] Place get_place(std::size_t position) const { return lexer_.get_place(position); }
+  /// How many levels were pushed and not popped.
+  [[nodiscard]] std::size_t get_num_levels() const { return levels_.size(); }
+  /// Makes a symbol that was declared or defined stand for another term from now on.
+  void replace(const Token& symbol, const Term* t);
+
+ private:
+  /// What a level began with
+  struct Level
+  {
+    std::size_t num_declarations;
+    std::size_t num_sort_definitions;
+  };
+  using Action = void (CommandReader::*)(Command& command);
+  struct Row
+  {
+    std::string_view name;
+    CommandKind kind;
+    Action action;
+  };
+  static const Row kRows[];
+  /// More levels at once are a mistake.
+  static constexpr unsigned long kMaxLevels = 1'000'000;
+
+  void close(Command& command);
+  void skip(Command& command);
+  void read_attribute(Command& command);
+  void read_assertion(Command& command);
+  void read_constant_declaration(Command& command);
+  void read_function_declaration(Command& command);
+  void declare(Command& command);
+  void read_constant_definition(Command& command);
+  void read_function_definition(Command& command);
+  void define(Command& command);
+  void read_sort_definition(Command& command);
+  void push(Command& command);
+  void pop(Command& command);
+
+  /// Reads a name that has no meaning yet.
+  [[nodiscard]] Token read_new_name();
+  void read_parameters(const Token& first);
+  /// Reads a term of that sort and the end of the command; `what` names it in messages.
+  [[nodiscard]] const Term* read_term(Command& command, const DataType* sort, std::string_view what);
+  /// Refuses a term of another sort; `start` stands before it.
+  void check_sort(Lexer start, const Term* t, const DataType* sort, std::string_view what) const;
+  [[nodiscard]] unsigned long read_number_of_levels();
+
+  TermManager& mgr_;
+  Lexer lexer_;
+  SymbolTable symbols_;
+  SortReader sorts_;
+  FunctionTable functions_;
+  TermReader terms_;
+  SymbolTable::Number symbol_ = 0;  ///< that is declared or defined
+  std::vector<Level> levels_;
+  std::vector<Token> parameters_;  ///< of the definition that is being read
+  std::vector<const DataType*> parameter_sorts_;
+};
+
+}  // namespace lumo::smtlib
+
+#endif

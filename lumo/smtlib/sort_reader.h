@@ -1,0 +1,74 @@
+#ifndef LUMO_SMTLIB_SORT_READER_H
+#define LUMO_SMTLIB_SORT_READER_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "lumo/smtlib/lexer.h"
+#include "lumo/terms/term_manager.h"
+
+namespace lumo::smtlib {
+
+/// Reads sorts: Bool, (_ BitVec w), and the names that definitions give to sorts.
+///
+/// Every sort that a definition can have in terms of its parameters is one of its parameters, or does not depend on
+/// them: there is no constructor of sorts. So a definition is one of the two, and reading is linear.
+class SortReader
+{
+ public:
+  explicit SortReader(TermManager& mgr) : mgr_(mgr) {}
+
+  /// Reads the sort that comes next. An InputError says what is not a sort.
+  const DataType* read(Lexer& lexer);
+  /// Reads a definition from the name on: a name, names of parameters in parentheses, and a sort.
+  void read_definition(Lexer& lexer);
+  /// Reads the number of bits of a bit-vector sort.
+  unsigned long read_width(Lexer& lexer);
+
+  /// How many definitions there are; `forget` takes those away that came after the first `count`.
+  [[nodiscard]] std::size_t get_num_definitions() const { return order_.size(); }
+  void forget(std::size_t count);
+
+ private:
+  /// A sort, or a parameter of the definition that is being read
+  struct Expression
+  {
+    const DataType* sort;   ///< null for a parameter
+    std::size_t parameter;  ///< its place
+  };
+  struct Definition
+  {
+    std::size_t num_parameters;
+    Expression body;
+  };
+  using Definitions = std::unordered_map<std::string, Definition>;
+  /// An application of a defined sort whose arguments are being read
+  struct Application
+  {
+    const Definition* definition;
+    std::size_t position;  ///< of its parenthesis
+    std::size_t first;     ///< of its arguments in `arguments_`
+  };
+
+  [[nodiscard]] Expression read_expression(Lexer& lexer);
+  /// Reads a sort, or opens an application of one; then the result has neither a sort nor a parameter.
+  [[nodiscard]] Expression read_start(Lexer& lexer, const Token& first);
+  [[nodiscard]] Expression read_name(Lexer& lexer, const Token& name) const;
+  [[nodiscard]] const DataType* read_bit_vector(Lexer& lexer);
+  [[nodiscard]] Expression close(Lexer& lexer);
+
+  TermManager& mgr_;
+  Definitions definitions_;
+  std::vector<std::string> order_;  ///< of the definitions
+  /// The places of the parameters of the definition that is being read
+  std::unordered_map<std::string_view, std::size_t> parameters_;
+  std::vector<Application> applications_;  ///< that are open
+  std::vector<Expression> arguments_;
+};
+
+}  // namespace lumo::smtlib
+
+#endif

@@ -1,0 +1,150 @@
+#ifndef LUMO_SMTLIB_TERM_READER_H
+#define LUMO_SMTLIB_TERM_READER_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "lumo/smtlib/function_table.h"
+#include "lumo/smtlib/lexer.h"
+#include "lumo/smtlib/operators.h"
+#include "lumo/smtlib/sort_reader.h"
+#include "lumo/smtlib/symbol_table.h"
+#include "lumo/terms/term_manager.h"
+
+namespace lumo::smtlib {
+
+/// Reads terms from SMT-LIB 2 text into a term manager, in one pass and without recursion: time and memory are linear
+/// in the text and in what is made of it.
+///
+/// Operators that the term layer lacks become applications of those that it has; an application to more arguments
+/// than two becomes nested ones; lets, definitions and named terms are replaced by what they stand for. All else is
+/// an InputError at the token that is wrong. After an error the reader can be used again.
+class TermReader
+{
+ public:
+  /// The objects must outlive the reader.
+  TermReader(TermManager& mgr, SymbolTable& symbols, SortReader& sorts, FunctionTable& functions)
+      : mgr_(mgr), symbols_(symbols), sorts_(sorts), functions_(functions)
+  {}
+  TermReader(const TermReader&) = delete;
+  TermReader& operator=(const TermReader&) = delete;
+
+  /// Reads the term that comes next. `open` is the position of the parenthesis around it, which a message names if the
+  /// text ends too soon.
+  const Term* read(Lexer& lexer, std::size_t open);
+  /// Reads the body of a definition with parameters of these names and sorts.
+  const Term* read_body(Lexer& lexer, std::size_t open, const std::vector<Token>& names,
+                        const std::vector<const DataType*>& sorts);
+
+ private:
+  /// What is waiting for a term
+  enum class FrameKind : std::uint8_t
+  {
+    kOperator,    ///< for one more argument
+    kFunction,    ///< likewise
+    kBindings,    ///< the variable of a let that was named last, for its term
+    kBody,        ///< a let, for its body
+    kAnnotation,  ///< for the term that is annotated
+  };
+  /// Small, since as many are open as terms nest.
+  struct Frame
+  {
+    union {
+      const Operator* op;
+      const Function* function;
+    };
+    std::size_t position;  ///< of the parenthesis
+    std::uint32_t first;   ///< in `arguments_`, `bindings_` or `shadowed_`
+    FrameKind kind;
+    bool has_indices;   ///< the last in `indices_`
+    bool is_qualified;  ///< by the last sort in `qualifiers_`
+  };
+  /// The start of an application, or a constant: `f`, `(_ f 1 2)`, `(as f S)`, `(_ bv5 8)`
+  struct Head
+  {
+    Token symbol{};
+    SymbolTable::Number number = 0;  ///< of the symbol, unless it is a literal
+    const Term* literal = nullptr;
+    std::size_t num_indices = 0;
+    std::array<Token, 2> indices{};  ///< the first ones
+    const DataType* qualifier = nullptr;
+  };
+  struct Binding
+  {
+    SymbolTable::Number variable;
+    std::size_t position;
+    const Term* term;
+  };
+  /// A variable that hides another meaning of its name
+  struct Shadowed
+  {
+    SymbolTable::Number variable;
+    Meaning meaning;
+  };
+
+  const Term* read_all();
+  /// Takes a token: the result is the term that ends with it, or null.
+  const Term* take(const Token& token);
+  const Term* open(const Token& parenthesis);
+  const Term* open_word(ReservedWord word, const Token& token, std::size_t position);
+  const Term* close(const Token& parenthesis);
+  /// Hands a complete term over to what is waiting for it: the result is the term if nothing is.
+  const Term* deliver(const Term* t);
+  void push_frame(FrameKind kind, std::size_t position, std::size_t first);
+  void reset();
+
+  void open_let(std::size_t position);
+  void read_binding();
+  void bind();
+  void hide(SymbolTable::Number variable, const Term* t);
+  void unhide(std::size_t first);
+  /// Whether the symbol is met for the first time since `begin_names`.
+  [[nodiscard]] bool is_new_name(SymbolTable::Number symbol);
+  void begin_names() { ++name_list_; }
+  void read_attributes(const Term* t);
+  void name_term(const Term* t);
+  void skip_attribute_value();
+
+  /// Read what comes after `_` and after `as`.
+  [[nodiscard]] Head read_indexed_head();
+  [[nodiscard]] Head read_qualified_head();
+  void push_application(const Head& head, std::size_t position);
+  void push_operator(const Operator& op, const Head& head, std::size_t position);
+  [[nodiscard]] Index make_index(const Operator& op, const Token& token) const;
+  [[nodiscard]] const Term* make_constant(const Head& head);
+  [[nodiscard]] const Term* read_literal(const Token& token);
+  [[nodiscard]] const Term* read_decimal_literal(const Token& symbol);
+  void check_qualifier(const Term* t, const DataType* qualifier, std::size_t position) const;
+
+  [[nodiscard]] const Term* apply(const Frame& frame);
+  [[nodiscard]] const Term* apply_operator(const Frame& frame, Arguments args);
+  [[nodiscard]] const Term* apply_function(const Frame& frame, Arguments args);
+  [[nodiscard]] static Misfit find_function_misfit(const Function& function, Arguments args);
+  /// The position of an argument, found by reading the application anew.
+  [[nodiscard]] std::size_t find_argument(const Frame& frame, std::size_t argument) const;
+  [[noreturn]] void refuse_arguments(const Frame& frame, const Misfit& misfit) const;
+  [[noreturn]] void refuse_unknown(const Token& symbol) const;
+
+  TermManager& mgr_;
+  SymbolTable& symbols_;
+  SortReader& sorts_;
+  FunctionTable& functions_;
+  Lexer* lexer_ = nullptr;  ///< of the term that is being read
+  std::size_t open_ = 0;    ///< the position of the parenthesis around it
+  bool is_body_ = false;    ///< whether it is the body of a definition with parameters
+
+  std::vector<Frame> frames_;
+  std::vector<const Term*> arguments_;
+  std::vector<Binding> bindings_;
+  std::vector<Shadowed> shadowed_;
+  std::vector<Indices> indices_;
+  std::vector<const DataType*> qualifiers_;
+  std::vector<std::size_t> name_lists_;  ///< by symbol: the last list of names that it occurred in
+  std::size_t name_list_ = 0;
+};
+
+}  // namespace lumo::smtlib
+
+#endif
