@@ -7,98 +7,107 @@ namespace lumo::adhoccalculator {
 
 namespace {
 
-/// Whether s is true or false; anything else counts as free.
-bool is_truth_value(const TermManager* mgr, const Symbol* s)
+/// Whether a term is true or false; anything else counts as free.
+bool is_truth_value(TermManager* mgr, const Term* t)
 {
-  return s == mgr->get_true_symbol() || s == mgr->get_false_symbol();
+  return t->get_symbol() == mgr->get_true_symbol() || t->get_symbol() == mgr->get_false_symbol();
 }
 
-bool is_true(const TermManager* mgr, const Term* t) { return t->get_symbol() == mgr->get_true_symbol(); }
+bool is_true(TermManager* mgr, const Term* t) { return t->get_symbol() == mgr->get_true_symbol(); }
 
 const Term* make_truth_value(TermManager* mgr, bool b) { return b ? mgr->make_true() : mgr->make_false(); }
 
 /// Both arguments take the value: and(v, v) = or(v, v) = v.
-void solve_and_or(TermManager* mgr, const Term* t, const Term* value, ModelStore::DefinitionStack& defs)
+Refusal solve_and_or(TermManager* mgr, const Term* t, const Term* value, DefinitionStack& defs)
 {
   const bool want = is_true(mgr, value);
   const Term* a = t->get_arg(0);
   const Term* b = t->get_arg(1);
 
-  if (is_truth_value(mgr, a->get_symbol()) || is_truth_value(mgr, b->get_symbol())) {
-    throw AdHocCalculator::error("This atom is not unconstrained!");
-  }
+  if (is_truth_value(mgr, a) || is_truth_value(mgr, b)) return "This atom is not unconstrained!";
 
   const Term* v = make_truth_value(mgr, want);
 
   push_definition(defs, a, v);
   push_definition(defs, b, v);
+  return {};
 }
 
 }  // namespace
 
-void NotAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                    ModelStore::DefinitionStack& defs)
+Refusal NotAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                          DefinitionStack& defs)
 {
   const bool want = is_true(mgr, value);
   const Term* x = t->get_arg(0);
 
-  if (is_truth_value(mgr, x->get_symbol())) throw error("Term is not free!\n");
+  if (is_truth_value(mgr, x)) return "Term is not free!\n";
 
   push_definition(defs, x, make_truth_value(mgr, !want));
+  return {};
 }
 
-void AndAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                    ModelStore::DefinitionStack& defs)
+Refusal AndAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                          DefinitionStack& defs)
 {
-  solve_and_or(mgr, t, value, defs);
+  return solve_and_or(mgr, t, value, defs);
 }
 
-void OrAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                   ModelStore::DefinitionStack& defs)
+Refusal OrAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                         DefinitionStack& defs)
 {
-  solve_and_or(mgr, t, value, defs);
+  return solve_and_or(mgr, t, value, defs);
 }
 
-void IffAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                    ModelStore::DefinitionStack& defs)
+Refusal IffAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                          DefinitionStack& defs)
 {
   const bool want = is_true(mgr, value);
   const Term* a = t->get_arg(0);
   const Term* b = t->get_arg(1);
-  const bool a_is_free = !is_truth_value(mgr, a->get_symbol());
-  const bool b_is_free = !is_truth_value(mgr, b->get_symbol());
+  const bool a_is_free = !is_truth_value(mgr, a);
+  const bool b_is_free = !is_truth_value(mgr, b);
 
-  if (!a_is_free && !b_is_free) throw error("This Term is not unconstraint!");
+  if (!a_is_free && !b_is_free) return "This Term is not unconstraint!";
 
   if (!b_is_free) {
     push_definition(defs, a, make_truth_value(mgr, is_true(mgr, b) == want));
-    return;
+    return {};
   }
   if (!a_is_free) {
     push_definition(defs, b, make_truth_value(mgr, is_true(mgr, a) == want));
-    return;
+    return {};
   }
   push_definition(defs, a, mgr->make_true());
   push_definition(defs, b, make_truth_value(mgr, want));
+  return {};
 }
 
-void IteAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                    ModelStore::DefinitionStack& defs)
+Refusal IteAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                          DefinitionStack& defs)
 {
   const Term* c = t->get_arg(0);
   const Term* th = t->get_arg(1);
   const Term* el = t->get_arg(2);
-  const bool c_is_free = !is_truth_value(mgr, c->get_symbol());
-  const bool th_is_number = mgr->is_number(th->get_symbol(), nullptr);
-  const bool el_is_number = mgr->is_number(el->get_symbol(), nullptr);
 
-  // A fixed condition does not excuse a numeral in the branch that it leaves out: the refusal is intended.
-  const bool is_refused = c_is_free ? th_is_number && el_is_number : th_is_number || el_is_number;
-  if (is_refused) throw error("We cannot find a value for this atom!");
+  // False is tested before true here, unlike in the other Boolean calculators.
+  if (c->get_symbol() == mgr->get_false_symbol() || c->get_symbol() == mgr->get_true_symbol()) {
+    // A numeral is refused also in the branch that the condition leaves out.
+    if (is_numeral(mgr, th) || is_numeral(mgr, el)) return "We cannot find a value for this atom!";
 
-  if (c_is_free) push_definition(defs, c, make_truth_value(mgr, !th_is_number));
+    push_definition(defs, th, value);
+    push_definition(defs, el, value);
+    return {};
+  }
+  const bool th_is_number = is_numeral(mgr, th);
+  const bool el_is_number = is_numeral(mgr, el);
+
+  if (th_is_number && el_is_number) return "We cannot find a value for this atom!";
+
+  push_definition(defs, c, make_truth_value(mgr, !th_is_number));
   if (!th_is_number) push_definition(defs, th, value);
   if (!el_is_number) push_definition(defs, el, value);
+  return {};
 }
 
 }  // namespace lumo::adhoccalculator

@@ -11,64 +11,62 @@ namespace lumo::adhoccalculator {
 namespace {
 
 /// Either extension: 0 and 1 look alike at every width; no other value is taken back.
-void solve_extension(TermManager* mgr, const Term* t, const Term* value, ModelStore::DefinitionStack& defs)
+Refusal solve_extension(TermManager* mgr, const Term* t, const Term* value, DefinitionStack& defs)
 {
   const QNumber& v = read_number(mgr, value);
   const Term* x = t->get_arg(0);
   const unsigned long w = read_width(mgr, x);
 
-  // The temporary number is also destroyed for exceptions, in branches that no test takes.
-  if (v.sign() != 0 && v != QNumber(1)) {  // GCOVR_EXCL_BR_LINE
-    throw AdHocCalculator::error("not free!");
-  }
+  if (v.sign() != 0 && v != QNumber(1)) return "not free!";
 
   push_definition(defs, x, mgr->make_bv_number(v, w));
+  return {};
 }
 
 /// Either logical shift: a shift by zero changes nothing.
-void solve_logical_shift(TermManager* mgr, const Term* t, const Term* value,
-                         ModelStore::DefinitionStack& defs)
+Refusal solve_logical_shift(TermManager* mgr, const Term* t, const Term* value, DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
   const QNumber& v = read_number(mgr, value);
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
-  if (a_is_number && b_is_number) {
-    throw AdHocCalculator::error("should have been handled at the normalization step");
-  }
-  if (a_is_number || b_is_number) throw AdHocCalculator::error("Cannot find a value, should be free!");
+  if (a_is_number && b_is_number) return "should have been handled at the normalization step";
+  if (a_is_number || b_is_number) return "Cannot find a value, should be free!";
 
   push_definition(defs, a, mgr->make_bv_number(v, w));
   push_definition(defs, b, mgr->make_bv_number(0, w));
+  return {};
 }
 
 }  // namespace
 
-void BVConcatAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                         ModelStore::DefinitionStack& defs)
+Refusal BVConcatAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                               DefinitionStack& defs)
 {
   unsigned long hw = 0;
   unsigned long lw = 0;
   mgr->is_bv_concat(t->get_symbol(), &hw, &lw);
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
-  if (a_is_number != b_is_number) throw error("Cannot find a value, should be free!");
-  if (a_is_number) throw error("should have been handled at the normalization step");
-  const bool swapped = find_free_constant(mgr, a, b);
-  if (swapped) throw error("Cannot find a value, should be free!");
+  if (a_is_number != b_is_number) return "Cannot find a value, should be free!";
+  if (a_is_number) return "should have been handled at the normalization step";
+  const Selection selection = select_free_constant(mgr, a, b);
+  if (selection.refusal) return selection.refusal;
+  if (selection.swapped) return "Cannot find a value, should be free!";
 
   const unsigned long total = hw + lw;
   const std::vector<const Term*> args{value};
-  const termsimpl::BVSelectSimpl select;
+  termsimpl::BVSelectSimpl select;
   const Term* high = select(mgr, mgr->make_bv_extract_symbol(total - 1, lw, total), args);
   const Term* low = select(mgr, mgr->make_bv_extract_symbol(lw - 1, 0, total), args);
 
   push_definition(defs, a, high);
   push_definition(defs, b, low);
+  return {};
 }
 
-void BVSelectAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                         ModelStore::DefinitionStack& defs)
+Refusal BVSelectAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                               DefinitionStack& defs)
 {
   unsigned long msb = 0;
   unsigned long lsb = 0;
@@ -76,8 +74,7 @@ void BVSelectAdHocCalculator::operator()(TermManager* mgr, const Term* t, const 
   mgr->is_bv_extract(t->get_symbol(), &msb, &lsb, &w);
   const Term* x = t->get_arg(0);
 
-  if (mgr->is_number(x->get_symbol(), nullptr))
-    throw error("should have been handled at the normalization step");
+  if (is_numeral(mgr, x)) return "should have been handled at the normalization step";
 
   // The value, then zeros below it, then zeros above both; r is cur bits wide.
   unsigned long cur = msb + 1 - lsb;
@@ -94,46 +91,49 @@ void BVSelectAdHocCalculator::operator()(TermManager* mgr, const Term* t, const 
   }
 
   push_definition(defs, x, r);
+  return {};
 }
 
-void BVZextAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                       ModelStore::DefinitionStack& defs)
+Refusal BVZextAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                             DefinitionStack& defs)
 {
-  solve_extension(mgr, t, value, defs);
+  return solve_extension(mgr, t, value, defs);
 }
 
-void BVSextAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                       ModelStore::DefinitionStack& defs)
+Refusal BVSextAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                             DefinitionStack& defs)
 {
-  solve_extension(mgr, t, value, defs);
+  return solve_extension(mgr, t, value, defs);
 }
 
-void BVLslAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                      ModelStore::DefinitionStack& defs)
+Refusal BVLslAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                            DefinitionStack& defs)
 {
-  solve_logical_shift(mgr, t, value, defs);
+  return solve_logical_shift(mgr, t, value, defs);
 }
 
-void BVLsrAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                      ModelStore::DefinitionStack& defs)
+Refusal BVLsrAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                            DefinitionStack& defs)
 {
-  solve_logical_shift(mgr, t, value, defs);
+  return solve_logical_shift(mgr, t, value, defs);
 }
 
-void BVAsrAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                      ModelStore::DefinitionStack& defs)
+Refusal BVAsrAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                            DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
   const QNumber& v = read_number(mgr, value);
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
 
-  if (a_is_number != b_is_number) throw error("Cannot find a value, should be free!");
-  if (a_is_number) throw error("should have been handled at the normalization step");
-  const bool swapped = find_free_constant(mgr, a, b);
-  if (swapped) throw error("non-free term");
+  if (a_is_number != b_is_number) return "Cannot find a value, should be free!";
+  if (a_is_number) return "should have been handled at the normalization step";
+  const Selection selection = select_free_constant(mgr, a, b);
+  if (selection.refusal) return selection.refusal;
+  if (selection.swapped) return "non-free term";
 
   push_definition(defs, a, mgr->make_bv_number(v, w));
   push_definition(defs, b, mgr->make_bv_number(0, w));
+  return {};
 }
 
 }  // namespace lumo::adhoccalculator

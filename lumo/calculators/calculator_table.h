@@ -5,9 +5,15 @@
 
 namespace lumo {
 
-/// The calculator of s's operator, which the library owns and shares among all callers; null if no calculator
-/// serves s. s is a symbol of mgr.
+/// The calculator of s's operator, or null if s is not an operator. The library owns it, and all callers share it.
+/// s is a symbol of mgr.
 [[nodiscard]] adhoccalculator::AdHocCalculator* find_calculator(const TermManager& mgr, const Symbol* s);
+
+/// Does what the calculator of t's operator does, but returns a refusal instead of throwing it: a refusal then
+/// costs no more than a solution. Exceptions of the term layer still pass through. A t that is not an application
+/// of an operator is refused by an `Exception`.
+[[nodiscard]] adhoccalculator::Refusal try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                                     adhoccalculator::DefinitionStack& defs);
 
 namespace adhoccalculator {
 

@@ -18,46 +18,45 @@ const Term* make_successor(TermManager* mgr, const Term* n, unsigned long w)
 }
 
 /// Makes t's two arguments equal, or different.
-void solve_equality(TermManager* mgr, const Term* t, bool equal, ModelStore::DefinitionStack& defs)
+Refusal solve_equality(TermManager* mgr, const Term* t, bool equal, DefinitionStack& defs)
 {
   auto [a, b, a_is_number, b_is_number] = read_operands(mgr, t);
   const unsigned long w = read_width(mgr, a);
 
-  if (a_is_number && b_is_number) throw AdHocCalculator::error("term was not free");
+  if (a_is_number && b_is_number) return "term was not free";
 
   if (!a_is_number && !b_is_number) {
-    find_free_constant(mgr, a, b);
+    const Selection selection = select_free_constant(mgr, a, b);
+    if (selection.refusal) return selection.refusal;
     push_definition(defs, a, mgr->make_bv_number(QNumber(equal ? 0 : 1), w));
     push_definition(defs, b, mgr->make_bv_number(QNumber(0), w));
-    return;
+    return {};
   }
   const Term* x = b_is_number ? a : b;
   const Term* n = b_is_number ? b : a;
   push_definition(defs, x, equal ? n : make_successor(mgr, n, w));
+  return {};
 }
 
 }  // namespace
 
-void EqAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                   ModelStore::DefinitionStack& defs)
+Refusal EqAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                         DefinitionStack& defs)
 {
   const bool want = value->get_symbol() == mgr->get_true_symbol();
 
-  solve_equality(mgr, t, want, defs);
+  return solve_equality(mgr, t, want, defs);
 }
 
-void BVCompAdHocCalculator::operator()(TermManager* mgr, const Term* t, const Term* value,
-                                       ModelStore::DefinitionStack& defs)
+Refusal BVCompAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const Term* value,
+                                             DefinitionStack& defs)
 {
   const QNumber& v = read_number(mgr, value);
 
-  const bool one = v == QNumber(1);
-  // The temporary number is also destroyed for exceptions, in branches that no test takes.
-  if (!one && v != QNumber(0)) {  // GCOVR_EXCL_BR_LINE
-    throw error("unexpected value from comp");
-  }
+  const bool is_zero = v == QNumber(0);
+  if (!is_zero && QNumber(1) != v) return "unexpected value from comp";
 
-  solve_equality(mgr, t, one, defs);
+  return solve_equality(mgr, t, !is_zero, defs);
 }
 
 }  // namespace lumo::adhoccalculator

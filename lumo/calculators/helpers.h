@@ -7,6 +7,8 @@
 #include <utility>
 
 #include "lumo/calculators/adhoccalculators.h"
+#include "lumo/calculators/solver_constants.h"
+#include "lumo/calculators/term_access.h"
 #include "lumo/numbers/bvnumber.h"
 
 namespace lumo::adhoccalculator {
@@ -14,27 +16,24 @@ namespace lumo::adhoccalculator {
 namespace {  // NOLINT(google-build-namespaces): private to each source of the module by design
 
 /// Pushes {term, value, true}.
-[[maybe_unused]] inline void push_definition(ModelStore::DefinitionStack& defs, const Term* term,
-                                             const Term* value)
+[[maybe_unused]] inline void push_definition(DefinitionStack& defs, const Term* term, const Term* value)
 {
   defs.push(ModelStore::ModelDefinition(term, value, true));
 }
 
-/// The width of a term's sort, 0 if it is no bit-vector.
+/// Throws the refusal, if there is one.
+[[maybe_unused]] inline void raise_if_refused(const Refusal& refusal)
+{
+  if (refusal) [[unlikely]]
+    refusal.raise();
+}
+
+/// The width of a term's sort, 0 if it is not a bit-vector.
 [[maybe_unused]] inline unsigned long read_width(const TermManager* mgr, const Term* term)
 {
   unsigned long w = 0;
   mgr->is_bv_type(term->get_symbol()->get_output_type(), &w);
   return w;
-}
-
-inline constinit const QNumber kZeroNumber;
-
-/// The number of a numeral, 0 for any other term; it lives as long as the manager.
-[[maybe_unused]] inline const QNumber& read_number(const TermManager* mgr, const Term* term)
-{
-  const QNumber* number = mgr->find_number(term->get_symbol());
-  return number != nullptr ? *number : kZeroNumber;
 }
 
 /// The first two arguments of an application, and which of them are numerals.
@@ -50,29 +49,41 @@ struct Operands
 {
   const Term* a = t->get_arg(0);
   const Term* b = t->get_arg(1);
-  const bool a_is_number = mgr->is_number(a->get_symbol(), nullptr);
-  const bool b_is_number = mgr->is_number(b->get_symbol(), nullptr);
+  const bool a_is_number = is_numeral(mgr, a);
+  const bool b_is_number = is_numeral(mgr, b);
   return {a, b, a_is_number, b_is_number};
 }
 
-/// Puts an operand that is a declared constant first; returns whether it exchanged a and b for that. If both
-/// are constants, a stays.
+/// What `select_free_constant` has done: it found no constant, or it did and had to exchange the operands or not.
+struct Selection
+{
+  Refusal refusal;
+  bool swapped;
+};
+
+/// Puts an operand that is a declared constant first. If both are constants, a stays.
 ///
-/// If neither is one, throws an `Exception` that names the symbol of the second operand, and leaves the two
-/// exchanged. It is deliberately no `AdHocCalculator::error`, so a handler for that does not see it; the
-/// observer sees the message twice, first without the name.
-[[maybe_unused]] inline bool find_free_constant(TermManager* mgr, const Term*& a, const Term*& b)
+/// If neither is one, the refusal names the symbol of the second operand, and the two are left exchanged.
+[[maybe_unused]] inline Selection select_free_constant(const TermManager* mgr, const Term*& a, const Term*& b)
 {
   bool swapped = false;
   if (!mgr->is_constant(a->get_symbol())) {
     std::swap(a, b);
     swapped = true;
   }
-  if (mgr->is_constant(a->get_symbol())) return swapped;
+  if (mgr->is_constant(a->get_symbol())) return {Refusal(), swapped};
+  return {Refusal::of_missing_constant(a->get_symbol()), swapped};
+}
 
-  AdHocCalculator::error e("expected constant, but ");
-  e << a->get_symbol()->get_name() << " found instead";
-  throw Exception(e);
+/// The same for callers that want an exception: returns whether it exchanged a and b, and throws the refusal.
+///
+/// That is a plain `Exception` and deliberately not an `AdHocCalculator::error`, so a handler for errors does not
+/// see it; an observer sees the message twice, first without the name.
+[[maybe_unused]] inline bool find_free_constant(TermManager* mgr, const Term*& a, const Term*& b)
+{
+  const Selection selection = select_free_constant(mgr, a, b);
+  raise_if_refused(selection.refusal);
+  return selection.swapped;
 }
 
 /// q + 1

@@ -7,10 +7,24 @@ namespace lumo {
 namespace {
 
 Exception::Observer current_observer = nullptr;
+std::pair<Exception::ContextObserver, void*> current_context_observer = {nullptr, nullptr};
+
+/// Whether an observer of this thread is running
+thread_local bool is_observed = false;
+
+/// Marks this thread as being in an observer, which may leave by an exception.
+class Observation
+{
+ public:
+  Observation() { is_observed = true; }
+  Observation(const Observation&) = delete;
+  Observation& operator=(const Observation&) = delete;
+  ~Observation() { is_observed = false; }
+};
 
 }  // namespace
 
-// A stream keeps a failed allocation to itself unless it is told to pass it on; a text cut short would be worse.
+// A stream swallows a failed allocation unless it is told to pass it on, and the text would be cut.
 
 Exception::Exception()
 {
@@ -46,12 +60,23 @@ const char* Exception::what() const noexcept
 
 void Exception::dump_msg_and_raise_assertion() const
 {
+  if (is_observed) return;
+  const Observation observation;
+  // The first observer may set or remove the second one.
   if (current_observer != nullptr) current_observer(*this);
+  const auto [observer, context] = current_context_observer;
+  if (observer != nullptr) observer(*this, context);
 }
 
 Exception::Observer Exception::set_observer(Observer observer) noexcept
 {
   return std::exchange(current_observer, observer);
+}
+
+std::pair<Exception::ContextObserver, void*> Exception::set_observer(ContextObserver observer,
+                                                                     void* context) noexcept
+{
+  return std::exchange(current_context_observer, {observer, context});
 }
 
 }  // namespace lumo

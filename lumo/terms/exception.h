@@ -4,19 +4,24 @@
 #include <exception>
 #include <sstream>
 #include <string>
+#include <utility>
 
 namespace lumo {
 
 /// The base of everything that the library throws for a mistake in what it was given. Its text can still be
 /// extended after construction: `throw Exception(Exception("found ") << name)`.
 ///
-/// Every construction, a copy included, ends with a call of `dump_msg_and_raise_assertion`, so that an
-/// observer sees each exception at its source, before the stack unwinds.
+/// Every construction, a copy included, ends with a call of `dump_msg_and_raise_assertion`, so that observers see
+/// each exception at its source, before the stack unwinds.
 class Exception : public std::exception
 {
  public:
-  /// Called with the exception just constructed. What it throws passes to whoever constructed the exception.
+  /// Called with the exception that is being constructed. Its text is in place, but of a derived class only the
+  /// base exists yet: the dynamic type is `Exception`. An observer may construct and copy exceptions itself; no
+  /// observer is called for these. What it throws passes to the code that constructs the exception.
   using Observer = void (*)(const Exception&);
+  /// The same with a pointer of the observer's own
+  using ContextObserver = void (*)(const Exception&, void* context);
 
   Exception();
   explicit Exception(const std::string& msg);
@@ -33,14 +38,18 @@ class Exception : public std::exception
     return *this;
   }
 
-  /// The text so far; good until the next call or the exception's end. Empty if memory runs out.
+  /// The text so far; valid until the next call or the exception's end. Empty if memory runs out.
   const char* what() const noexcept override;
 
-  /// Calls the observer, if one is set, and returns.
+  /// Calls the observers that are set, unless one is running in this thread already, and returns.
   void dump_msg_and_raise_assertion() const;
 
-  /// Sets the observer of the whole process, null for none (as at the start), and returns the one before.
+  /// Sets the observer of the whole process, null for none (as at the start), and returns the previous one. No
+  /// other thread may construct an exception meanwhile.
   static Observer set_observer(Observer observer) noexcept;
+  /// The same for an observer with a context, which is called after the one without, if both are set. Returns the
+  /// previous one with its context.
+  static std::pair<ContextObserver, void*> set_observer(ContextObserver observer, void* context) noexcept;
 
  private:
   std::ostringstream stream_;

@@ -8,6 +8,7 @@
 
 #include "lumo/calculators/calculator_table.h"
 #include "tests/calculators/calls.h"
+#include "tests/calculators/enumeration.h"
 #include "tests/support/notation.h"
 
 namespace lumo::test {
@@ -29,6 +30,12 @@ class EdgeCaseTest : public testing::TestWithParam<EdgeCase>
   {
     const Term* t = parse_term(mgr_, row.application);
     (*find_calculator(mgr_, t->get_symbol()))(&mgr_, t, parse_term(mgr_, row.value), defs_);
+  }
+
+  adhoccalculator::Refusal try_call(const EdgeCase& row)
+  {
+    const Term* t = parse_term(mgr_, row.application);
+    return try_calculate(&mgr_, t, parse_term(mgr_, row.value), defs_);
   }
 
   void expect_definitions()
@@ -74,6 +81,27 @@ TEST_P(EdgeCaseTest, GivesExactlyTheDefinitionsOrTheMessage)
   std::vector<std::string> expected = {GetParam().message};
   if (GetParam().is_plain_exception) expected.insert(expected.begin(), "expected constant, but ");
   EXPECT_EQ(observed_texts, expected);
+}
+
+TEST_P(EdgeCaseTest, IsTheSameWithoutAnException)
+{
+  const EdgeCase& row = GetParam();
+  const adhoccalculator::Refusal refusal = try_call(row);
+  expect_definitions();
+  EXPECT_EQ(static_cast<bool>(refusal), !row.message.empty());
+  EXPECT_EQ(refusal.get_text(), row.message);
+  EXPECT_EQ(refusal.is_missing_constant(), row.is_plain_exception);
+  EXPECT_TRUE(observed_texts.empty()) << "no exception is built";
+}
+
+TEST_P(EdgeCaseTest, LeavesTheApplicationAndTheValueAsTheyWere)
+{
+  // Arguments and their order are looked at through the printed form, which does not rely on the manager's table.
+  const Term* t = parse_term(mgr_, GetParam().application);
+  const Term* value = parse_term(mgr_, GetParam().value);
+  const std::string text = describe(t) + " is " + describe(value);
+  static_cast<void>(try_call(GetParam()));
+  EXPECT_EQ(describe(t) + " is " + describe(value), text);
 }
 
 TEST_P(EdgeCaseTest, IsIndependentOfEarlierCallsOfTheSameObject)

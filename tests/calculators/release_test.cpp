@@ -122,6 +122,26 @@ TEST(FailingAllocation, WhileARefusalIsMadeLeavesTheStackAloneAndTheTextWhole)
   EXPECT_GT(num_failures, 100);
 }
 
+TEST(RefusalWithoutAnException, AllocatesNothingWhereNumbersFitAWord)
+{
+  constexpr std::size_t kMaxLength = 40;  // of an application of narrow literals
+  int num_refusals = 0;
+  for (const EdgeCase& row : get_edge_cases()) {
+    if (row.message.empty() || row.application.size() > kMaxLength) continue;
+    TermManager mgr;
+    const Term* t = parse_term(mgr, row.application);
+    const Term* value = parse_term(mgr, row.value);
+    ModelStore::DefinitionStack defs;
+    static_cast<void>(try_calculate(&mgr, t, value, defs));  // the value's numeral may have to be made
+    const long before = num_allocations;
+    const adhoccalculator::Refusal refusal = try_calculate(&mgr, t, value, defs);
+    EXPECT_EQ(num_allocations, before) << row;
+    EXPECT_EQ(refusal.get_text(), row.message);
+    ++num_refusals;
+  }
+  EXPECT_GT(num_refusals, 60);
+}
+
 void throw_logic_error(const Exception& /*e*/) { throw std::logic_error("observed"); }
 
 TEST(ThrowingObserver, PassesThroughEveryRefusalAndLeavesTheStackAlone)

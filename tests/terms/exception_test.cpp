@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 #include <type_traits>
+#include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -201,6 +203,78 @@ TEST_F(ExceptionObserver, IsCalledByTheHook)
   e.dump_msg_and_raise_assertion();
   e.dump_msg_and_raise_assertion();
   EXPECT_EQ(seen, (Texts{"by hand", "by hand"}));
+}
+
+TEST_F(ExceptionObserver, SeesTheBaseOnlyWhileADerivedClassIsConstructed)
+{
+  static bool is_base_only;
+  Exception::set_observer([](const Exception& e) { is_base_only = typeid(e) == typeid(Exception); });
+  is_base_only = false;
+  const DerivedError e("derived");
+  EXPECT_TRUE(is_base_only);
+}
+
+TEST_F(ExceptionObserver, MayConstructAndCopyExceptionsWithoutBeingCalledForThem)
+{
+  static int num_calls;
+  num_calls = 0;
+  Exception::set_observer([](const Exception& e) {
+    ++num_calls;
+    const Exception copy(e);
+    try {
+      throw DerivedError("within the observer");
+    } catch (const Exception& inner) {
+      seen.emplace_back(std::string(copy.what()) + ", " + inner.what());
+    }
+  });
+  const Exception first("first");
+  const Exception second("second");
+  EXPECT_EQ(num_calls, 2);
+  EXPECT_EQ(seen, (Texts{"first, within the observer", "second, within the observer"}));
+}
+
+TEST_F(ExceptionObserver, IsCalledAgainAfterItHasThrown)
+{
+  Exception::set_observer(refuse);
+  EXPECT_THROW(Exception("a"), std::runtime_error);
+  EXPECT_THROW(Exception("b"), std::runtime_error);
+}
+
+TEST_F(ExceptionObserver, MayHaveAContextOfItsOwnNextToOneWithout)
+{
+  const auto append = [](const Exception& e, void* context) {
+    static_cast<Texts*>(context)->push_back("with context: " + std::string(e.what()));
+  };
+  const auto no_observer = std::pair<Exception::ContextObserver, void*>{nullptr, nullptr};
+  Texts texts;
+  Texts other_texts;
+  EXPECT_EQ(Exception::set_observer(append, &texts), no_observer);
+  Exception::set_observer([](const Exception& e) { seen.emplace_back(e.what()); });
+  const Exception first("first");
+  EXPECT_EQ(Exception::set_observer(append, &other_texts).second, &texts);
+  const Exception second("second");
+  Exception::set_observer(nullptr);
+  const Exception third("third");
+  EXPECT_EQ(Exception::set_observer(nullptr, nullptr).second, &other_texts);
+  const Exception fourth("fourth");
+  EXPECT_EQ(texts, (Texts{"with context: first"}));
+  EXPECT_EQ(other_texts, (Texts{"with context: second", "with context: third"}));
+  EXPECT_EQ(seen, (Texts{"first", "second"}));
+}
+
+TEST_F(ExceptionObserver, WithAContextMayConstructExceptions)
+{
+  static int num_calls;
+  num_calls = 0;
+  Exception::set_observer(
+      [](const Exception& e, void* /*context*/) {
+        ++num_calls;
+        const Exception copy(e);
+      },
+      nullptr);
+  const Exception e("text");
+  Exception::set_observer(nullptr, nullptr);
+  EXPECT_EQ(num_calls, 1);
 }
 
 TEST_F(ExceptionObserver, MayThrowInPlaceOfTheException)
