@@ -30,6 +30,20 @@ BINARY = {
 }
 COMPARISONS = {"<", "<=", ">", ">=", "==", "!="}
 WORDS = {"true": "false", "false": "true", "LONG_MAX": "(LONG_MAX - 1)", "LONG_MIN": "(LONG_MIN + 1)"}
+# Names that are easily taken for each other
+NAMES = {"plus_one": "minus_one", "minus_one": "plus_one", "make_true": "make_false", "make_false": "make_true",
+         "make_sum": "make_difference", "make_difference": "make_sum", "is_bv_ult": "is_bv_ule", "is_bv_ule": "is_bv_ult",
+         "is_bv_slt": "is_bv_sle", "is_bv_sle": "is_bv_slt"}
+# The same for names that must be exchanged together: both of a statement
+NAME_PAIRS = [{"BVAddSimpl": "BVSubSimpl", "make_bv_add_symbol": "make_bv_sub_symbol"},
+              {"BVSubSimpl": "BVAddSimpl", "make_bv_sub_symbol": "make_bv_add_symbol"},
+              {"BVNotSimpl": "BVNegSimpl", "make_bv_not_symbol": "make_bv_neg_symbol"},
+              {"BVNegSimpl": "BVNotSimpl", "make_bv_neg_symbol": "make_bv_not_symbol"},
+              {"BVRolSimpl": "BVRorSimpl", "make_bv_rotate_left_symbol": "make_bv_rotate_right_symbol"},
+              {"BVRorSimpl": "BVRolSimpl", "make_bv_rotate_right_symbol": "make_bv_rotate_left_symbol"}]
+# What calculators read of a term, the last argument of the call, and the terms that it can be
+READERS = {"read_width", "read_number", "is_numeral", "find_numeral", "is_true", "is_truth_value"}
+TERMS = {"t": set(), "value": set(), "t->get_arg(0)": {"a", "x", "c"}, "t->get_arg(1)": {"b", "th"}}
 ASSIGNMENTS = {"=", "+=", "-=", "*=", "/=", "%=", "&=", "|=", "^=", "<<=", ">>="}
 OPENING = {"(": ")", "[": "]", "{": "}", "[[": "]]"}
 CLOSING = set(OPENING.values())
@@ -151,6 +165,8 @@ class SourceFile:
                 self.add(i, i, token.text[:-1] + '?"', "text changed")
             elif token.kind == "name" and token.text in WORDS:
                 self.add(i, i, WORDS[token.text], f"`{token.text}` to `{WORDS[token.text]}`")
+            elif token.kind == "name" and token.text in NAMES and self.text(i - 1) not in ("QNumber", "Term", "*"):
+                self.add(i, i, NAMES[token.text], f"`{token.text}` to `{NAMES[token.text]}`")
             elif token.kind == "mark":
                 self.mutate_operator(i)
 
@@ -301,6 +317,99 @@ class SourceFile:
         return texts[: texts.index("=")], texts[texts.index("=") :]
 
 
+    def mutate_calls(self):
+        """What is read is another term, and two arguments or elements of a list change places."""
+        in_code = self.find_code()
+        for i, token in enumerate(self.tokens):
+            if token.text not in ("(", "{") or not in_code[i] or i in self.frozen:
+                continue
+            is_call = self.tokens[i - 1].kind == "name" and self.text(i - 1) not in ("if", "while", "for", "switch")
+            is_list = token.text == "{" and (self.tokens[i - 1].kind == "name" or self.text(i - 1) == "return")
+            if not is_call and not is_list:
+                continue
+            arguments = self.split_arguments(i)
+            if self.text(i - 1) in READERS and len(arguments) == 2:
+                self.exchange_term(*arguments[1])
+            for one, two in zip(arguments, arguments[1:]):
+                self.exchange_arguments(one, two)
+
+    def split_arguments(self, opening):
+        """(first token, last token) of each argument of a call, none if there is a statement between."""
+        arguments, begin, end = [], opening + 1, self.partner[opening]
+        while begin < end:
+            stop = begin
+            while stop < end and self.text(stop) != ",":
+                if self.text(stop) == ";":
+                    return []
+                stop = self.partner[stop] + 1 if self.text(stop) in OPENING else stop + 1
+            arguments.append((begin, stop - 1))
+            begin = stop + 1
+        return arguments
+
+    def exchange_term(self, first, last):
+        found = self.span(first, last)
+        for other, names in TERMS.items():
+            if other != found and found not in names:
+                self.add(first, last, other, f"`{found}` to `{other}`")
+
+    def exchange_arguments(self, one, two):
+        first, second = self.span(*one), self.span(*two)
+        # Their types differ from all others.
+        if first == second or {first, second} & {"mgr", "defs"} or " " in first + second:
+            return
+        self.add(one[0], two[1], f"{second}, {first}", f"`{first}` and `{second}` exchanged")
+
+    def mutate_name_pairs(self):
+        """Both names of a pair in a statement are exchanged for another pair."""
+        begin = 0
+        for i in range(len(self.tokens)):
+            if self.text(i) != ";":
+                continue
+            for pair in NAME_PAIRS:
+                places = [j for j in range(begin, i) if self.text(j) in pair]
+                if len({self.text(j) for j in places}) == len(pair):
+                    replaced = self.span(places[0], places[-1])
+                    for name, other in pair.items():
+                        replaced = replaced.replace(name, other)
+                    old, new = " and ".join(pair), " and ".join(pair.values())
+                    self.add(places[0], places[-1], replaced, f"`{old}` to `{new}`")
+            begin = i + 1
+
+    def mutate_refusals(self):
+        """A refusal holds also, or only, beyond a word."""
+        for i, token in enumerate(self.tokens):
+            if token.text != "if" or self.text(i + 1) != "(":
+                continue
+            closing = self.partner[i + 1]
+            end = closing + 1
+            while self.text(end) not in (";", "{"):
+                end += 1
+            refusal = [self.text(j) for j in range(closing + 1, end)]
+            is_refusal = refusal[:1] == ["return"] and (refusal[-1] == "refusal" or refusal[-1].startswith('"'))
+            width = self.find_width(i)
+            if is_refusal and width:
+                condition = self.span(i + 2, closing - 1)
+                self.add(i + 2, closing - 1, f"({condition}) && {width} <= 64", "refusal narrowed to words")
+                if refusal[-1] != "refusal":
+                    self.add(i + 2, closing - 1, f"({condition}) || {width} > 64", "refusal widened beyond words")
+
+    def find_width(self, i):
+        """An expression for a width where the token i stands, null if no sort there has one."""
+        begin = i
+        while begin > 0 and self.source[self.tokens[begin].begin - 1 : self.tokens[begin].end] != "\n{":
+            begin -= 1
+        names = {self.text(j) for j in range(begin, i)}
+        parameters = self.partner.get(begin - 1)
+        names |= {self.text(j) for j in range(parameters or begin, begin)}
+        if "th" in names:
+            return "read_width(mgr, th)"
+        if "w" in names:
+            return "w"
+        if "is_truth_value" in names or "is_truth_value" in {self.text(j) for j in range(i, self.partner[i + 1])}:
+            return None
+        return "read_width(mgr, t->get_arg(0))" if {"mgr", "t"} <= names else None
+
+
 def contains(texts, part):
     return any(texts[i : i + len(part)] == part for i in range(len(texts)))
 
@@ -311,6 +420,10 @@ def make_mutants(path, source):
     file.mutate_tokens()
     file.negate_conditions()
     file.mutate_statements()
+    if path.startswith("lumo/calculators/"):
+        file.mutate_calls()
+        file.mutate_name_pairs()
+        file.mutate_refusals()
 
     lines = source.split("\n")
     mutants, seen = [], {}

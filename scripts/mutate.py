@@ -29,7 +29,7 @@ import sys
 import threading
 import time
 from collections import deque
-from dataclasses import dataclass
+from dataclasses import dataclass, replace
 from pathlib import Path
 
 sys.dont_write_bytecode = True
@@ -72,6 +72,11 @@ class TestProgram:
     name: str
     sources: list
     needs_support: bool
+    includes: list  # folders in which headers are looked for first
+    without_lumo: bool
+
+    def count_own_sources(self):
+        return sum(not source.startswith("lumo/") for source in self.sources)
 
     def split(self):
         """One program for each source of tests, if there are several; the other sources are in all of them."""
@@ -79,8 +84,7 @@ class TestProgram:
         if len(tests) < 2:
             return []
         others = [source for source in self.sources if source not in tests]
-        return [TestProgram(f"{self.name}-{Path(test).stem}", [*others, test], self.needs_support)
-                for test in tests]
+        return [replace(self, name=f"{self.name}-{Path(test).stem}", sources=[*others, test]) for test in tests]
 
 
 def read_test_programs(folder):
@@ -89,9 +93,12 @@ def read_test_programs(folder):
     programs = []
     for arguments in re.findall(r"lumo_add_test\(([^)]*)\)", text):
         words = arguments.split()
-        sources = [f"tests/{folder}/{word}" for word in words if word.endswith(".cpp")]
-        programs.append(TestProgram(words[0], sources, "lumo_test_support" in words))
-    return sorted(programs, key=lambda program: len(program.sources))
+        sources = [os.path.normpath(f"tests/{folder}/{word}") for word in words if word.endswith(".cpp")]
+        includes = re.search(r"INCLUDES((?:\s+[a-z]\S*)*)", arguments)
+        includes = [f"tests/{folder}/{name}" for name in includes.group(1).split()] if includes else []
+        programs.append(TestProgram(words[0], sources, "lumo_test_support" in words, includes,
+                                    "WITHOUT_LUMO" in words))
+    return sorted(programs, key=TestProgram.count_own_sources)
 
 
 def read_support_sources():
@@ -103,9 +110,9 @@ def write_ninja(build, options):
     """The build description of the copy: one object per source, one archive per folder, the programs."""
     lines = [
         "builddir = .",
-        f"cxx = g++ -std=c++20 {options} -Werror=return-type -I..",
+        f"cxx = g++ -std=c++20 {options} -Werror=return-type",
         "rule compile",
-        "  command = $cxx $extra -MMD -MF $out.d -c $in -o $out",
+        "  command = $cxx $includes -I.. $extra -MMD -MF $out.d -c $in -o $out",
         "  depfile = $out.d",
         "  deps = gcc",
         "rule archive",
@@ -117,16 +124,20 @@ def write_ninja(build, options):
     ]
     objects = set()
 
-    def compile_all(sources):
+    def compile_all(sources, includes=()):
+        # What is compiled with other headers has objects of its own.
+        folder = "".join(f"{name}/objects/" for name in includes)
         for source in sources:
-            if source not in objects:
-                objects.add(source)
+            if folder + source not in objects:
+                objects.add(folder + source)
                 # Tests share a precompiled prefix: the compiler spends most of its time on their headers.
                 is_test = source.endswith("_test.cpp")
-                lines.append(f"build {source}.o: compile ../{source}" + (" | prefix.h.gch" if is_test else ""))
+                needs = " | prefix.h.gch" if is_test else ""
+                lines.append(f"build {folder}{source}.o: compile ../{source}{needs}")
+                lines.append("  includes = " + " ".join(f"-I../{name}" for name in includes))
                 if is_test:
                     lines.append("  extra = -include prefix.h")
-        return " ".join(f"{source}.o" for source in sources)
+        return " ".join(f"{folder}{source}.o" for source in sources)
 
     def add_archive(name, sources):
         lines.append(f"build {name}.a: archive {compile_all(sources)}")
@@ -138,9 +149,10 @@ def write_ninja(build, options):
         programs = read_test_programs(folder)
         for whole in programs:
             archives = (["support"] if whole.needs_support else []) + libraries[::-1]
-            linked = " ".join(f"{name}.a" for name in archives)
+            linked = "" if whole.without_lumo else " ".join(f"{name}.a" for name in archives)
             for program in [whole, *whole.split()]:
-                lines.append(f"build {program.name}: link {compile_all(program.sources)} {linked}")
+                compiled = compile_all(program.sources, program.includes)
+                lines.append(f"build {program.name}: link {compiled} {linked}")
         parts = [part for program in programs for part in program.split()]
         lines.append(f"build {folder}: phony " + " ".join(program.name for program in [*programs, *parts]))
     build.mkdir(parents=True, exist_ok=True)
@@ -300,7 +312,8 @@ class Results:
         if mutant.path not in self.file_digests:
             self.file_digests[mutant.path] = digest(ROOT / mutant.path)
         if folder not in self.test_digests:
-            self.test_digests[folder] = digest(*(ROOT / "tests" / folder).glob("*"))
+            self.test_digests[folder] = digest(*(path for path in (ROOT / "tests" / folder).rglob("*")
+                                                 if path.is_file()))
         return self.file_digests[mutant.path], self.test_digests[folder]
 
     def find(self, mutant):
