@@ -1,7 +1,5 @@
 // The calculators of bit-vector arithmetic.
 
-#include <vector>
-
 #include "lumo/calculators/adhoccalculators.h"
 #include "lumo/calculators/helpers.h"
 #include "lumo/terms/termsimpl.h"
@@ -13,14 +11,14 @@ namespace {
 /// lhs - rhs, a numeral if both are
 const Term* make_difference(TermManager* mgr, unsigned long w, const Term* lhs, const Term* rhs)
 {
-  const std::vector<const Term*> args{lhs, rhs};
+  const auto args = make_arguments<termsimpl::BVSubSimpl>(lhs, rhs);
   return termsimpl::BVSubSimpl()(mgr, mgr->make_bv_sub_symbol(w), args);
 }
 
 /// lhs + rhs, a numeral if both are
 const Term* make_sum(TermManager* mgr, unsigned long w, const Term* lhs, const Term* rhs)
 {
-  const std::vector<const Term*> args{lhs, rhs};
+  const auto args = make_arguments<termsimpl::BVAddSimpl>(lhs, rhs);
   return termsimpl::BVAddSimpl()(mgr, mgr->make_bv_add_symbol(w), args);
 }
 

@@ -1,7 +1,5 @@
 // The calculators of bitwise operators and rotations.
 
-#include <vector>
-
 #include "lumo/calculators/adhoccalculators.h"
 #include "lumo/calculators/helpers.h"
 #include "lumo/terms/termsimpl.h"
@@ -16,7 +14,7 @@ Refusal BVNotAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, con
   if (is_numeral(mgr, x)) return "Term was not free!";
 
   const unsigned long w = read_width(mgr, value);
-  const std::vector<const Term*> args{value};
+  const auto args = make_arguments<termsimpl::BVNotSimpl>(value);
   const Term* inverse = termsimpl::BVNotSimpl()(mgr, mgr->make_bv_not_symbol(w), args);
 
   push_definition(defs, x, inverse);
@@ -31,7 +29,7 @@ Refusal BVNegAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, con
   if (is_numeral(mgr, x)) return "Is not free!";
 
   const unsigned long w = read_width(mgr, value);
-  const std::vector<const Term*> args{value};
+  const auto args = make_arguments<termsimpl::BVNegSimpl>(value);
   const Term* inverse = termsimpl::BVNegSimpl()(mgr, mgr->make_bv_neg_symbol(w), args);
 
   push_definition(defs, x, inverse);
@@ -48,7 +46,7 @@ Refusal BVRolAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, con
   unsigned long k = 0;
   unsigned long w = 0;
   mgr->is_bv_rotate_left(t->get_symbol(), &k, &w);
-  const std::vector<const Term*> args{value};
+  const auto args = make_arguments<termsimpl::BVRorSimpl>(value);
   const Term* inverse = termsimpl::BVRorSimpl()(mgr, mgr->make_bv_rotate_right_symbol(k, w), args);
 
   push_definition(defs, x, inverse);
@@ -65,7 +63,7 @@ Refusal BVRorAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, con
 
   if (is_numeral(mgr, x)) return "Is not free!";
 
-  const std::vector<const Term*> args{value};
+  const auto args = make_arguments<termsimpl::BVRolSimpl>(value);
   const Term* inverse = termsimpl::BVRolSimpl()(mgr, mgr->make_bv_rotate_left_symbol(k, w), args);
 
   push_definition(defs, x, inverse);
@@ -126,7 +124,7 @@ Refusal BVXorAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, con
   }
   const Term* x = b_is_number ? a : b;
   const Term* n = b_is_number ? b : a;
-  const std::vector<const Term*> args{value, n};
+  const auto args = make_arguments<termsimpl::BVXorSimpl>(value, n);
   push_definition(defs, x, termsimpl::BVXorSimpl()(mgr, mgr->make_bv_xor_symbol(w), args));
   return {};
 }

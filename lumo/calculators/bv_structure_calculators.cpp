@@ -1,7 +1,5 @@
 // The calculators of operators that move bits: concatenation, extraction, extensions, shifts.
 
-#include <vector>
-
 #include "lumo/calculators/adhoccalculators.h"
 #include "lumo/calculators/helpers.h"
 #include "lumo/terms/termsimpl.h"
@@ -55,7 +53,7 @@ Refusal BVConcatAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, 
   if (selection.swapped) return "Cannot find a value, should be free!";
 
   const unsigned long total = hw + lw;
-  const std::vector<const Term*> args{value};
+  const auto args = make_arguments<termsimpl::BVSelectSimpl>(value);
   termsimpl::BVSelectSimpl select;
   const Term* high = select(mgr, mgr->make_bv_extract_symbol(total - 1, lw, total), args);
   const Term* low = select(mgr, mgr->make_bv_extract_symbol(lw - 1, 0, total), args);
@@ -81,12 +79,12 @@ Refusal BVSelectAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, 
   const QNumber& v = read_number(mgr, value);
   const Term* r = mgr->make_bv_number(v, cur);
   if (lsb != 0) {
-    const std::vector<const Term*> args{r, mgr->make_bv_number(0, lsb)};
+    const auto args = make_arguments<termsimpl::BVConcatSimpl>(r, mgr->make_bv_number(0, lsb));
     r = termsimpl::BVConcatSimpl()(mgr, mgr->make_bv_concat_symbol(cur, lsb), args);
     cur += lsb;
   }
   if (cur < w) {
-    const std::vector<const Term*> args{r};
+    const auto args = make_arguments<termsimpl::BVZextSimpl>(r);
     r = termsimpl::BVZextSimpl()(mgr, mgr->make_bv_zero_extend_symbol(w - cur, cur), args);
   }
 

@@ -1,7 +1,5 @@
 // The calculators of equality, with a Boolean and with a one-bit result.
 
-#include <vector>
-
 #include "lumo/calculators/adhoccalculators.h"
 #include "lumo/calculators/helpers.h"
 #include "lumo/terms/termsimpl.h"
@@ -13,7 +11,7 @@ namespace {
 /// n + 1, which differs from the numeral n at every width
 const Term* make_successor(TermManager* mgr, const Term* n, unsigned long w)
 {
-  const std::vector<const Term*> args{n, mgr->make_bv_number(1, w)};
+  const auto args = make_arguments<termsimpl::BVAddSimpl>(n, mgr->make_bv_number(1, w));
   return termsimpl::BVAddSimpl()(mgr, mgr->make_bv_add_symbol(w), args);
 }
 

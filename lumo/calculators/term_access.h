@@ -5,7 +5,10 @@
 // what every term layer has; where a layer offers a faster way to the same answer, they take it, which is decided
 // at compile time. Private to the module: every source that includes this has its own copy.
 
+#include <array>
+#include <concepts>
 #include <optional>
+#include <vector>
 
 #include "lumo/numbers/qnumber.h"
 #include "lumo/terms/term_manager.h"
@@ -61,6 +64,21 @@ template <class Manager>
     QNumber number;
     mgr->is_number(term->get_symbol(), &number);
     return number;
+  }
+}
+
+/// The argument list of a functor, for one or more of its calls: an array if the functor takes one, else a vector.
+template <class Functor, std::same_as<const Term*>... Terms>
+[[maybe_unused]] auto make_arguments(Terms... terms)
+{
+  using Array = std::array<const Term*, sizeof...(Terms)>;
+  if constexpr (requires(Functor functor, TermManager * mgr, const Symbol* s, const Array& args) {
+                  functor(mgr, s, args);
+                })
+  {
+    return Array{terms...};
+  } else {
+    return std::vector<const Term*>{terms...};
   }
 }
 

@@ -22,13 +22,15 @@ void check_kind(const Symbol* s, Kind expected)
 }
 
 /// The value of s(args), which make_term would accept; null unless all arguments are values.
-const Term* fold_values(TermManager& mgr, const OperatorSymbol& s, const std::vector<const Term*>& args)
+const Term* fold_values(TermManager& mgr, const OperatorSymbol& s, std::span<const Term* const> args)
 {
   std::array<const QNumber*, kMaxArity> numbers{};
   for (std::size_t i = 0; i < args.size(); ++i) {
     numbers[i] = find_value_number(mgr, args[i]);
     if (numbers[i] == nullptr) return nullptr;
   }
+  // The number of an extension is that of its argument, without a copy.
+  if (s.get_kind() == Kind::kBvZeroExtend) return make_value(mgr, *numbers[0], s.get_output_type());
   return make_value(mgr, fold(s, numbers.data()), s.get_output_type());
 }
 
@@ -38,10 +40,17 @@ template <Kind kKind>
 const Term* FoldingSimpl<kKind>::operator()(TermManager* mgr, const Symbol* s,
                                             const std::vector<const Term*>& args) const
 {
+  return (*this)(mgr, s, std::span<const Term* const>(args));
+}
+
+template <Kind kKind>
+const Term* FoldingSimpl<kKind>::operator()(TermManager* mgr, const Symbol* s,
+                                            std::span<const Term* const> args) const
+{
   mgr->check_application(s, args.data(), args.size());
   check_kind(s, kKind);
   const Term* value = fold_values(*mgr, as_operator(s), args);
-  return value != nullptr ? value : mgr->make_term(s, args);
+  return value != nullptr ? value : mgr->make_term(s, args.data(), args.size());
 }
 
 template class FoldingSimpl<Kind::kBvAdd>;

@@ -1,6 +1,7 @@
 #ifndef LUMO_TERMS_TERMSIMPL_H
 #define LUMO_TERMS_TERMSIMPL_H
 
+#include <span>
 #include <vector>
 
 #include "lumo/terms/term_manager.h"
@@ -25,6 +26,9 @@ class StdTermSimplifier
     /// of the functor's operator, and arguments that `TermManager::make_term` refuses, with an `Exception`.
     virtual const Term* operator()(TermManager* mgr, const Symbol* s,
                                    const std::vector<const Term*>& args) const = 0;
+    /// The same for arguments that lie anywhere, so that a caller need not allocate a vector.
+    virtual const Term* operator()(TermManager* mgr, const Symbol* s,
+                                   std::span<const Term* const> args) const = 0;
   };
 };
 
@@ -38,6 +42,7 @@ class FoldingSimpl final : public StdTermSimplifier::simpl_fun
  public:
   const Term* operator()(TermManager* mgr, const Symbol* s,
                          const std::vector<const Term*>& args) const override;
+  const Term* operator()(TermManager* mgr, const Symbol* s, std::span<const Term* const> args) const override;
 };
 
 using BVAddSimpl = FoldingSimpl<Kind::kBvAdd>;
