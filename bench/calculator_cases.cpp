@@ -48,6 +48,12 @@ const Term* numeral(TermManager& mgr, unsigned long w)
   return mgr.make_bv_number(BVNumber::bit_or(draw_pattern(w, state), QNumber(1)), w);
 }
 
+/// 2^k - 1
+const Term* ones(TermManager& mgr, unsigned long k, unsigned long w)
+{
+  return mgr.make_bv_number(BVNumber::pow2(k) - QNumber(1), w);
+}
+
 using UniformFactory = const Symbol* (TermManager::*)(unsigned long);
 
 template <UniformFactory kMake>
@@ -66,6 +72,24 @@ template <UniformFactory kMake>
 const Term* with_numeral(TermManager& mgr, unsigned long w)
 {
   return mgr.make_term((mgr.*kMake)(w), {constant(mgr, "x", w), numeral(mgr, w)});
+}
+
+template <UniformFactory kMake>
+const Term* after_numeral(TermManager& mgr, unsigned long w)
+{
+  return mgr.make_term((mgr.*kMake)(w), {numeral(mgr, w), constant(mgr, "x", w)});
+}
+
+/// Between x and the greatest number in unsigned order, or in signed order
+template <UniformFactory kMake, bool kIsSigned>
+const Term* after_greatest(TermManager& mgr, unsigned long w)
+{
+  return mgr.make_term((mgr.*kMake)(w), {ones(mgr, kIsSigned ? w - 1 : w, w), constant(mgr, "x", w)});
+}
+template <UniformFactory kMake, bool kIsSigned>
+const Term* before_greatest(TermManager& mgr, unsigned long w)
+{
+  return mgr.make_term((mgr.*kMake)(w), {constant(mgr, "x", w), ones(mgr, kIsSigned ? w - 1 : w, w)});
 }
 
 template <const Symbol* (TermManager::*kMake)()>
@@ -138,8 +162,43 @@ const CalculatorCase kCases[] = {
     {"bvcomp/free", free_pair<&TermManager::make_bv_comp_symbol>},
 };
 
+const RefusedCase kRefusedCases[] = {
+    {"bvadd_compound",
+     [](TermManager& m, unsigned long w) {
+       const Term* negated = m.make_term(m.make_bv_neg_symbol(w), {constant(m, "x", w)});
+       return m.make_term(m.make_bv_add_symbol(w), {negated, negated});
+     },
+     free_pair<&TermManager::make_bv_add_symbol>},
+    {"bvmul_even",
+     [](TermManager& m, unsigned long w) {
+       return m.make_term(m.make_bv_mul_symbol(w), {constant(m, "x", w), m.make_bv_number(6, w)});
+     },
+     with_numeral<&TermManager::make_bv_mul_symbol>},
+    {"bvult_greatest", after_greatest<&TermManager::make_bv_ult_symbol, false>,
+     after_numeral<&TermManager::make_bv_ult_symbol>},
+    {"bvule_greatest", before_greatest<&TermManager::make_bv_ule_symbol, false>,
+     with_numeral<&TermManager::make_bv_ule_symbol>},
+    {"bvslt_greatest", after_greatest<&TermManager::make_bv_slt_symbol, true>,
+     after_numeral<&TermManager::make_bv_slt_symbol>},
+    {"bvsle_greatest", before_greatest<&TermManager::make_bv_sle_symbol, true>,
+     with_numeral<&TermManager::make_bv_sle_symbol>},
+};
+
 }  // namespace
 
 std::span<const CalculatorCase> get_calculator_cases() { return kCases; }
+
+std::span<const RefusedCase> get_refused_cases() { return kRefusedCases; }
+
+const Term* apply_to_values(TermManager& mgr, const Term* t)
+{
+  const OperatorSymbol& s = as_operator(t->get_symbol());
+  std::vector<const Term*> args;
+  for (std::size_t i = 0; i < s.get_arity(); ++i) {
+    const DataType* type = s.get_argument_type(i);
+    args.push_back(type->is_bool() ? mgr.make_true() : mgr.make_bv_number(3, type->get_width()));
+  }
+  return mgr.make_term(&s, args);
+}
 
 }  // namespace lumo::bench

@@ -17,6 +17,20 @@ struct CalculatorCase
 /// At least one of each operator, in the order of `Kind`.
 [[nodiscard]] std::span<const CalculatorCase> get_calculator_cases();
 
+/// A case that a calculator refuses for some values, and one of the same operator that it solves for these.
+struct RefusedCase
+{
+  const char* name;  ///< operator_why
+  const Term* (*make)(TermManager& mgr, unsigned long w);
+  const Term* (*make_solved)(TermManager& mgr, unsigned long w);
+};
+
+/// Refusals that need more work than a look at the arguments
+[[nodiscard]] std::span<const RefusedCase> get_refused_cases();
+
+/// The application of t's operator to values alone
+[[nodiscard]] const Term* apply_to_values(TermManager& mgr, const Term* t);
+
 /// A pseudo-random pattern of a width; the state goes on to the next one.
 [[nodiscard]] QNumber draw_pattern(unsigned long w, unsigned long& state);
 /// A word of at most 63 bits in the same way

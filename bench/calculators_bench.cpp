@@ -1,8 +1,9 @@
 // Nanoseconds a call of each calculator, in a case that it solves, over those of 10,000 values (as many as there are
 // at width 8) that it solves. Names are operator/case/width. Every numeral that a call gives exists already after
-// a first round, so that what is measured is the call and not the making of numerals. Beside them, as a unit that
-// other machines have, too: the search for one of 10,000 numerals' symbols in a hash map. Then the inverse modulo
-// 2^w of an odd number, by the calculators and by GMP.
+// a first round, so that what is measured is the call and not the making of numerals. As a unit that other machines
+// have, too: the search for one of 10,000 numerals' symbols in a hash map. Then refused calls, without an exception,
+// next to calls of the same operator that are solved, and the inverse modulo 2^w of an odd number, by the calculators
+// and by GMP.
 
 #include <absl/container/flat_hash_map.h>
 #include <string>
@@ -53,27 +54,70 @@ bool call_once(adhoccalculator::AdHocCalculator& calculator, TermManager& mgr, c
   return is_solved;
 }
 
+/// The same without an exception
+bool try_once(TermManager& mgr, const Term* t, const Term* value, ModelStore::DefinitionStack& defs)
+{
+  const bool is_solved = !try_calculate(&mgr, t, value, defs);
+  while (!defs.empty())
+    defs.pop();
+  return is_solved;
+}
+
+bool is_extension(const Term* t)
+{
+  const Kind kind = t->get_symbol()->get_kind();
+  return kind == Kind::kBvZeroExtend || kind == Kind::kBvSignExtend;
+}
+
+/// The values of t for which a call ends in that way; afterwards all numerals that such a call makes exist.
+std::vector<const Term*> select_values(TermManager& mgr, const Term* t, std::vector<const Term*> values,
+                                       bool is_solved)
+{
+  ModelStore::DefinitionStack defs;
+  std::erase_if(values, [&](const Term* value) { return try_once(mgr, t, value, defs) != is_solved; });
+  return values;
+}
+
+template <class Call>
+void run_over(benchmark::State& state, const std::vector<const Term*>& values, Call call)
+{
+  std::size_t i = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(call(values[i]));
+    i = i + 1 == values.size() ? 0 : i + 1;
+  }
+}
+
 void run_calculator(benchmark::State& state, const CalculatorCase& c, unsigned long w)
 {
   TermManager mgr;
   const Term* t = c.make(mgr, w);
   const Symbol* s = t->get_symbol();
-  const bool is_extension = s->get_kind() == Kind::kBvZeroExtend || s->get_kind() == Kind::kBvSignExtend;
-  std::vector<const Term*> values = make_values(mgr, s->get_output_type(), is_extension);
+  std::vector<const Term*> values = make_values(mgr, s->get_output_type(), is_extension(t));
   adhoccalculator::AdHocCalculator& calculator = *find_calculator(mgr, s);
   ModelStore::DefinitionStack defs;
-  std::vector<const Term*> solved;
-  for (const Term* value : values) {
-    if (call_once(calculator, mgr, t, value, defs)) solved.push_back(value);
-  }
   // Where the calculator solves some, it is measured on these alone; else on its refusals.
+  std::vector<const Term*> solved = select_values(mgr, t, values, true);
   if (!solved.empty()) values.swap(solved);
+  run_over(state, values, [&](const Term* value) { return call_once(calculator, mgr, t, value, defs); });
+}
 
-  std::size_t i = 0;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(call_once(calculator, mgr, t, values[i], defs));
-    i = i + 1 == values.size() ? 0 : i + 1;
-  }
+/// Calls without exceptions, all refused or, for the same values where both can be, all solved
+void run_status(benchmark::State& state, const bench::RefusedCase& c, unsigned long w, bool is_solved)
+{
+  TermManager mgr;
+  const Term* solved = c.make_solved(mgr, w);
+  // An extension refuses values; all others refuse arguments.
+  const Term* refused = c.make != nullptr      ? c.make(mgr, w)
+                        : is_extension(solved) ? solved
+                                               : bench::apply_to_values(mgr, solved);
+  std::vector<const Term*> values =
+      make_values(mgr, solved->get_symbol()->get_output_type(), is_extension(solved) && is_solved);
+  if (refused != solved) values = select_values(mgr, refused, values, false);
+  const Term* t = is_solved ? solved : refused;
+  values = select_values(mgr, t, values, is_solved);
+  ModelStore::DefinitionStack defs;
+  run_over(state, values, [&](const Term* value) { return try_once(mgr, t, value, defs); });
 }
 
 constexpr std::size_t kNumInverses = 1024;
@@ -131,12 +175,38 @@ void run_find(benchmark::State& state)
   }
 }
 
+constexpr unsigned long kWidths[] = {8, 32, 64, 256};
+
+/// refuse_WHAT/WIDTH/lumo: refused calls; refuse_WHAT/WIDTH/solved: calls of the same operator that are solved
+void add_refusals(const bench::RefusedCase& c)
+{
+  for (const unsigned long w : kWidths) {
+    const std::string name = std::string("refuse_") + c.name + "/" + std::to_string(w) + "/";
+    benchmark::RegisterBenchmark((name + "lumo").c_str(),
+                                 [c, w](benchmark::State& state) { run_status(state, c, w, false); });
+    benchmark::RegisterBenchmark((name + "solved").c_str(),
+                                 [c, w](benchmark::State& state) { run_status(state, c, w, true); });
+  }
+}
+
+void add_all_refusals()
+{
+  for (const CalculatorCase& c : bench::get_calculator_cases()) {
+    const std::string name = c.name;
+    if (!name.ends_with("/free")) continue;
+    const std::string what = name.substr(0, name.find('/')) + "_values";
+    add_refusals({what.c_str(), nullptr, c.make});
+  }
+  for (const bench::RefusedCase& c : bench::get_refused_cases())
+    add_refusals(c);
+}
+
 }  // namespace
 
 void bench::add_all_jobs()
 {
   for (const CalculatorCase& c : bench::get_calculator_cases()) {
-    for (const unsigned long w : {8UL, 32UL, 64UL, 256UL}) {
+    for (const unsigned long w : kWidths) {
       const std::string name = std::string(c.name) + "/" + std::to_string(w);
       benchmark::RegisterBenchmark(name.c_str(),
                                    [&c, w](benchmark::State& state) { run_calculator(state, c, w); });
@@ -154,6 +224,7 @@ void bench::add_all_jobs()
     benchmark::RegisterBenchmark((name + "gmp").c_str(),
                                  [w](benchmark::State& state) { run_inverse_of_gmp(state, w); });
   }
+  add_all_refusals();
   benchmark::RegisterBenchmark("find/10000/absl", run_find);
 }
 
