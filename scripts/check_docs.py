@@ -38,8 +38,8 @@ sys.dont_write_bytecode = True
 import markdown_pages  # noqa: E402
 
 ROOT = pathlib.Path.cwd()
-# Not for users, though a header
-PRIVATE_HEADERS = ("lumo/calculators/helpers.h",)
+# Headers that are not for users
+PRIVATE_HEADERS = ("lumo/calculators/helpers.h", "lumo/calculators/term_access.h")
 STANDARD_HEADERS = ("array", "iostream", "string", "utility", "vector")
 ASSIGNMENT = re.compile(r"\w+=")
 WARNINGS = ["-Wall", "-Wextra", "-Werror", "-Wno-unused"]
