@@ -17,9 +17,9 @@ struct Refused
   bool is_missing_constant = false;
 };
 
-constexpr const char* kNormalised = "should have been handled at the normalization step";
-constexpr const char* kNoValue = "We cannot find a value for this atom!";
-constexpr const char* kNoFreeValue = "Cannot find a value, should be free!";
+constexpr const char* kUnnormalisedText = "should have been handled at the normalization step";
+constexpr const char* kUnsolvableText = "We cannot find a value for this atom!";
+constexpr const char* kUnfreeText = "Cannot find a value, should be free!";
 
 Integer power(unsigned long exponent) { return Integer::power(exponent); }
 
@@ -192,9 +192,9 @@ class Judge
   void judge_ite()
   {
     const int num_known = (is_numeral(1) ? 1 : 0) + (is_numeral(2) ? 1 : 0);
-    if (num_known > (is_truth(0) ? 0 : 1)) throw Refused{kNoValue};
+    if (num_known > (is_truth(0) ? 0 : 1)) throw Refused{kUnsolvableText};
     if (!is_truth(0)) define_truth(0, !is_numeral(1));
-    for (const std::size_t branch : {1, 2}) {
+    for (const std::size_t branch : {std::size_t{1}, std::size_t{2}}) {
       if (!is_numeral(branch)) define(branch, call_.value.text);
     }
   }
@@ -249,7 +249,7 @@ class Judge
   {
     const unsigned long w = call_.width;
     const Kind kind = call_.calculator;
-    if (count_numerals() == 2) throw Refused{kind == Kind::kBvSub ? "term was not free" : kNormalised};
+    if (count_numerals() == 2) throw Refused{kind == Kind::kBvSub ? "term was not free" : kUnnormalisedText};
     if (count_numerals() == 0) {
       const std::size_t first = select();
       const bool is_negated = kind == Kind::kBvSub && first == 1;
@@ -270,7 +270,7 @@ class Judge
       return define_applied(x, Kind::kBvAdd, {w}, {&c, &v}, {w, w}, add(c.number, number()), w);
     if (kind == Kind::kBvSub)
       return define_applied(x, Kind::kBvSub, {w}, {&c, &v}, {w, w}, subtract(c.number, number()), w);
-    if (mpz_tstbit(c.number, 0) == 0) throw Refused{kNoValue};
+    if (mpz_tstbit(c.number, 0) == 0) throw Refused{kUnsolvableText};
     Integer product;
     mpz_invert(product, c.number, power(w));
     mpz_mul(product, product, number());
@@ -280,19 +280,19 @@ class Judge
   void judge_neutral()
   {
     const Kind kind = call_.calculator;
-    if (count_numerals() == 2) throw Refused{kNormalised};
-    if (count_numerals() == 1) throw Refused{kNoFreeValue};
+    if (count_numerals() == 2) throw Refused{kUnnormalisedText};
+    if (count_numerals() == 1) throw Refused{kUnfreeText};
     const bool is_strict = kind == Kind::kBvAsr || kind == Kind::kBvUdiv;
-    if (is_strict && select() == 1) throw Refused{kind == Kind::kBvAsr ? "non-free term" : kNoFreeValue};
+    if (is_strict && select() == 1) throw Refused{kind == Kind::kBvAsr ? "non-free term" : kUnfreeText};
     const bool is_shift = kind == Kind::kBvLsl || kind == Kind::kBvLsr || kind == Kind::kBvAsr;
     define_pair(0, number(), is_shift ? 0 : 1, call_.width);
   }
 
   void judge_concat()
   {
-    if (count_numerals() == 1) throw Refused{kNoFreeValue};
-    if (count_numerals() == 2) throw Refused{kNormalised};
-    if (select() == 1) throw Refused{kNoFreeValue};
+    if (count_numerals() == 1) throw Refused{kUnfreeText};
+    if (count_numerals() == 2) throw Refused{kUnnormalisedText};
+    if (select() == 1) throw Refused{kUnfreeText};
     const auto [hw, lw, none] = call_.parameters;
     const unsigned long total = hw + lw;
     Integer high;
@@ -303,7 +303,7 @@ class Judge
 
   void judge_extract()
   {
-    if (is_numeral(0)) throw Refused{kNormalised};
+    if (is_numeral(0)) throw Refused{kUnnormalisedText};
     const auto [msb, lsb, w] = call_.parameters;
     Integer placed = reduce(number(), msb + 1 - lsb);
     mpz_mul_2exp(placed, placed, lsb);
@@ -317,7 +317,7 @@ class Judge
     const bool is_strict = kind == Kind::kBvUlt || kind == Kind::kBvSlt;
     const unsigned long w = call_.parameters[0];
     if (count_numerals() == 2)
-      throw Refused{is_signed ? kNormalised : is_strict ? "term was not free" : kNoValue};
+      throw Refused{is_signed ? kUnnormalisedText : is_strict ? "term was not free" : kUnsolvableText};
     if (count_numerals() == 0) {
       // Where the two must differ, one of them is 1: the greater one, which is 0 if one bit has a sign.
       if (is_strict != want()) return define_pair(0, 0, 0, w);
@@ -328,7 +328,7 @@ class Judge
     if (is_strict != want()) return define_number(1 - known(), c.number, w);
     // x must be strictly greater than c, or strictly less.
     const bool is_above = (known() == 0) == want();
-    if (is_extreme(c.number, w, is_signed, is_above)) throw Refused{kNoValue};
+    if (is_extreme(c.number, w, is_signed, is_above)) throw Refused{kUnsolvableText};
     define_number(1 - known(), add(c.number, is_above ? 1 : -1), w);
   }
 

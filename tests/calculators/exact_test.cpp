@@ -20,7 +20,7 @@ using adhoccalculator::AdHocCalculator;
 using adhoccalculator::DefinitionStack;
 using Sort = Operand::Sort;
 
-constexpr unsigned long kWidths[] = {5, 8, 31, 32, 33, 62, 63, 64, 65, 127, 128, 129, 1000, 4096};
+constexpr unsigned long kExactWidths[] = {5, 8, 31, 32, 33, 62, 63, 64, 65, 127, 128, 129, 1000, 4096};
 constexpr int kNumRandomCalls = 150;  // of each operator at each width: 4,800 at a width
 
 /// A term, and what the reference is told of it
@@ -154,7 +154,7 @@ std::vector<Parameters> get_corner_parameters(Kind kind, unsigned long w)
   }
 }
 
-Parameters draw_parameters(Random& random, Kind kind, unsigned long w)
+Parameters draw_exact_parameters(Random& random, Kind kind, unsigned long w)
 {
   switch (get_operator_info(kind).rule) {
     case SortRule::kConcat:
@@ -243,7 +243,7 @@ class ExactTest : public testing::TestWithParam<OperatorInfo>
 
 TEST_P(ExactTest, AgreesWithTheReferenceOnCorners)
 {
-  for (const unsigned long w : kWidths) {
+  for (const unsigned long w : kExactWidths) {
     TermManager mgr;
     for (const Parameters& p : get_corner_parameters(GetParam().kind, w)) {
       check_corners(mgr, make_operator(mgr, GetParam().kind, p));
@@ -256,11 +256,12 @@ TEST_P(ExactTest, AgreesWithTheReferenceOnRandomCalls)
 {
   Random random;
   SCOPED_TRACE(random);
-  for (const unsigned long w : kWidths) {
+  for (const unsigned long w : kExactWidths) {
     TermManager mgr;
     Pieces pieces(mgr);
     for (int i = 0; i < kNumRandomCalls; ++i) {
-      const Symbol* s = make_operator(mgr, GetParam().kind, draw_parameters(random, GetParam().kind, w));
+      const Symbol* s =
+          make_operator(mgr, GetParam().kind, draw_exact_parameters(random, GetParam().kind, w));
       std::vector<Piece> args;
       for (std::size_t j = 0; j < s->get_arity(); ++j)
         args.push_back(pieces.draw_argument(random, get_width(as_operator(s).get_argument_type(j)), j));

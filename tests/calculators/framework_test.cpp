@@ -45,10 +45,8 @@ class Counted final : public Calculator
   explicit Counted(int& num_destroyed) : num_destroyed_(num_destroyed) {}
   Counted(const Counted&) = delete;
   Counted& operator=(const Counted&) = delete;
-  ~Counted()
-  {
-    ++num_destroyed_;
-  }  // NOLINT(modernize-use-override): must compile if the base's is not virtual
+  // NOLINTNEXTLINE(modernize-use-override): must compile also if the base's is not virtual
+  ~Counted() { ++num_destroyed_; }
 
  private:
   int& num_destroyed_;

@@ -45,7 +45,11 @@ class NotationParser
 
   [[noreturn]] void fail(const std::string& what) const
   {
-    throw std::invalid_argument(what + " before \"" + std::string(rest_) + "\"");
+    std::string message = what;
+    message += " before \"";
+    message += rest_;
+    message += '"';
+    throw std::invalid_argument(message);
   }
 
   void skip_blanks()
