@@ -127,7 +127,8 @@ TEST(RefusalWithoutAnException, AllocatesNothingWhereNumbersFitAWord)
   constexpr std::size_t kMaxLength = 40;  // of an application of narrow literals
   int num_refusals = 0;
   for (const EdgeCase& row : get_edge_cases()) {
-    if (row.message.empty() || row.application.size() > kMaxLength || row.application.find("x64") != std::string::npos)
+    if (row.message.empty() || row.application.size() > kMaxLength ||
+        row.application.find("x64") != std::string::npos)
       continue;
     TermManager mgr;
     const Term* t = parse_term(mgr, row.application);
