@@ -93,7 +93,11 @@ def read_test_programs(folder):
     programs = []
     for arguments in re.findall(r"lumo_add_test\(([^)]*)\)", text):
         words = arguments.split()
-        sources = [os.path.normpath(f"tests/{folder}/{word}") for word in words if word.endswith(".cpp")]
+        sources = [f"tests/{folder}/{word}" for word in words if word.endswith(".cpp")]
+        if "WITHOUT_LUMO" in words:
+            # Such a program compiles the numbers and the calculators itself.
+            sources += sorted(f"lumo/{room}/{p.name}" for room in ("numbers", "calculators")
+                              for p in (ROOT / "lumo" / room).glob("*.cpp") if p.stem != "calculator_table")
         includes = re.search(r"INCLUDES((?:\s+[a-z]\S*)*)", arguments)
         includes = [f"tests/{folder}/{name}" for name in includes.group(1).split()] if includes else []
         programs.append(TestProgram(words[0], sources, "lumo_test_support" in words, includes,
