@@ -156,7 +156,8 @@ int main(int argc, char** argv)
   for (int i = 0; i < 2; ++i)
     std::printf(" %8s %8s %8s %8s", "lumo", "z3", "cvc5", "ratio");
   std::printf(" %8s %8s\n", "growth", "MB");
-  Bench bench(std::filesystem::path(argv[0]).parent_path());
+  const std::filesystem::path folder = std::filesystem::path(argv[0]).parent_path();
+  Bench bench(folder);
   for (const TextShape& shape : kTextShapes) {
     const bool is_chosen = std::find(chosen.begin(), chosen.end(), shape.name) != chosen.end();
     if (chosen.empty() || is_chosen) bench.run_shape(shape, n, most);

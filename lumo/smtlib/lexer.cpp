@@ -49,10 +49,13 @@ std::string describe(const Token& token)
   return "the end of the text";
 }
 
-Lexer::Lexer(std::string_view text, Place start) : text_(text), start_(start)
+Lexer::Lexer(std::string_view text, Place start)
+    : text_(text), next_(text.data()), end_(text.data() + text.size()), start_(start)
 {
   constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
-  if (text.starts_with(kByteOrderMark)) position_ = counted_ = line_start_ = first_ = kByteOrderMark.size();
+  if (!text.starts_with(kByteOrderMark)) return;
+  counted_ = line_start_ = first_ = kByteOrderMark.size();
+  set_position(first_);
 }
 
 Place Lexer::get_place(std::size_t position) const
@@ -118,7 +121,7 @@ void Lexer::fail(std::size_t position, const std::string& sentence) const
   throw InputError(get_place(position), sentence);
 }
 
-void Lexer::skip_comment() { position_ = std::min(text_.find('\n', position_), text_.size()); }
+void Lexer::skip_comment() { next_ = std::find(next_, end_, '\n'); }
 
 Token Lexer::read_other(char first)
 {
@@ -140,77 +143,80 @@ Token Lexer::read_other(char first)
 
 Token Lexer::read_quoted_symbol()
 {
-  const std::size_t start = position_++;
+  const std::size_t start = get_position();
+  ++next_;
   const std::string_view content = take_while(is_quotable_character);
   if (at_end()) fail(start, "a symbol starts here, but the text ends before its closing bar");
-  const char end = text_[position_];
-  if (end != '|') fail(position_, describe_character(end) + " cannot stand in a symbol between bars");
-  ++position_;
+  const char end = *next_;
+  if (end != '|') fail(get_position(), describe_character(end) + " cannot stand in a symbol between bars");
+  ++next_;
   return {TokenKind::kQuotedSymbol, content, start};
 }
 
 Token Lexer::read_string()
 {
-  const std::size_t start = position_++;
+  const std::size_t start = get_position();
+  ++next_;
   for (;;) {
-    const std::size_t end = text_.find('"', position_);
+    const std::size_t end = text_.find('"', get_position());
     if (end == std::string_view::npos) {
       fail(start, "a string starts here, but the text ends before it is closed");
     }
-    position_ = end + 1;
+    set_position(end + 1);
     // Two quotation marks in a string stand for one.
-    if (at_end() || text_[position_] != '"') return {TokenKind::kString, get_text(start + 1, end), start};
-    ++position_;
+    if (at_end() || *next_ != '"') return {TokenKind::kString, get_text(start + 1, end), start};
+    ++next_;
   }
 }
 
 Token Lexer::read_literal()
 {
-  const std::size_t start = position_++;
-  const char base = at_end() ? '\0' : text_[position_];
+  const std::size_t start = get_position();
+  ++next_;
+  const char base = at_end() ? '\0' : *next_;
   if (base != 'x' && base != 'b') {
     fail(start, "the character # was found, but a literal #x... or #b... was expected");
   }
-  ++position_;
+  ++next_;
   const std::string_view digits =
       base == 'x' ? take_while(is_hexadecimal_digit) : take_while(is_binary_digit);
-  if (digits.empty() || (!at_end() && is_symbol_character(text_[position_]))) {
-    fail(position_, std::string(at_end() ? "the end of the text" : describe_character(text_[position_])) +
-                        " was found, but a " + (base == 'x' ? "hexadecimal" : "binary") +
-                        " digit was expected");
+  if (digits.empty() || (!at_end() && is_symbol_character(*next_))) {
+    fail(get_position(), std::string(at_end() ? "the end of the text" : describe_character(*next_)) +
+                             " was found, but a " + (base == 'x' ? "hexadecimal" : "binary") +
+                             " digit was expected");
   }
   return {base == 'x' ? TokenKind::kHexadecimal : TokenKind::kBinary, digits, start};
 }
 
 Token Lexer::read_number()
 {
-  const std::size_t start = position_;
+  const std::size_t start = get_position();
   take_while(is_digit);
   TokenKind kind = TokenKind::kNumeral;
-  if (position_ + 1 < text_.size() && text_[position_] == '.' && is_digit(text_[position_ + 1])) {
+  if (end_ - next_ > 1 && next_[0] == '.' && is_digit(next_[1])) {
     kind = TokenKind::kDecimal;
-    ++position_;
+    ++next_;
     take_while(is_digit);
   }
-  if (!at_end() && is_symbol_character(text_[position_])) {
-    fail(position_,
-         describe_character(text_[position_]) + " was found, but the end of a number was expected");
+  if (!at_end() && is_symbol_character(*next_)) {
+    fail(get_position(), describe_character(*next_) + " was found, but the end of a number was expected");
   }
-  return {kind, get_text(start, position_), start};
+  return {kind, get_text(start, get_position()), start};
 }
 
 Token Lexer::read_keyword()
 {
-  const std::size_t start = position_++;
+  const std::size_t start = get_position();
+  ++next_;
   if (take_while(is_symbol_character).empty()) refuse_character();
-  return {TokenKind::kKeyword, get_text(start, position_), start};
+  return {TokenKind::kKeyword, get_text(start, get_position()), start};
 }
 
 /// Refuses the character that comes next, with which no token begins.
 void Lexer::refuse_character() const
 {
-  const std::string found = at_end() ? "the end of the text" : describe_character(text_[position_]);
-  fail(position_, found + " was found, but a symbol, a literal or a parenthesis was expected");
+  const std::string found = at_end() ? "the end of the text" : describe_character(*next_);
+  fail(get_position(), found + " was found, but a symbol, a literal or a parenthesis was expected");
 }
 
 }  // namespace lumo::smtlib

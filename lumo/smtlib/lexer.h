@@ -60,22 +60,23 @@ class Lexer
   Token next()
   {
     skip_blank();
-    if (position_ == text_.size()) return {TokenKind::kEnd, {}, position_};
-    const std::size_t start = position_;
-    const char c = text_[start];
+    const char* start = next_;
+    if (start == end_) return {TokenKind::kEnd, {}, get_position()};
+    const char c = *start;
     if (c == '(' || c == ')') {
-      ++position_;
-      return {c == '(' ? TokenKind::kOpen : TokenKind::kClose, text_.substr(start, 1), start};
+      ++next_;
+      return {c == '(' ? TokenKind::kOpen : TokenKind::kClose, {start, 1}, get_position() - 1};
     }
     if (is_symbol_character(c) && !is_digit(c)) {
-      return {TokenKind::kSymbol, take_while(is_symbol_character), start};
+      const std::string_view symbol = take_while(is_symbol_character);
+      return {TokenKind::kSymbol, symbol, get_position() - symbol.size()};
     }
     return read_other(c);
   }
   /// How many characters lie before the place where the next token is looked for.
-  [[nodiscard]] std::size_t get_position() const { return position_; }
+  [[nodiscard]] std::size_t get_position() const { return static_cast<std::size_t>(next_ - text_.data()); }
   /// Goes on reading at a position at which a token may begin.
-  void set_position(std::size_t position) { position_ = position; }
+  void set_position(std::size_t position) { next_ = text_.data() + position; }
   /// The line and the column of a position.
   [[nodiscard]] Place get_place(std::size_t position) const;
   [[nodiscard]] Place get_place(const Token& token) const { return get_place(token.position); }
@@ -100,31 +101,28 @@ class Lexer
   [[noreturn]] void fail(std::size_t position, const std::string& sentence) const;
 
  private:
-  [[nodiscard]] bool at_end() const { return position_ == text_.size(); }
+  [[nodiscard]] bool at_end() const { return next_ == end_; }
   void skip_blank()
   {
-    while (!at_end()) {
-      const char c = text_[position_];
-      if (is_blank(c)) {
-        ++position_;
-      } else if (c == ';') {
-        skip_comment();
-      } else {
-        return;
-      }
+    for (; next_ != end_; ++next_) {
+      if (is_blank(*next_)) continue;
+      if (*next_ != ';') return;
+      skip_comment();
+      if (next_ == end_) return;
     }
   }
+  /// Goes to the end of the line.
   void skip_comment();
   /// The longest piece from here on all of whose characters qualify.
   template <class Predicate>
   std::string_view take_while(Predicate predicate)
   {
-    const std::size_t first = position_;
-    std::size_t last = first;
-    while (last != text_.size() && predicate(text_[last]))
+    const char* first = next_;
+    const char* last = first;
+    while (last != end_ && predicate(*last))
       ++last;
-    position_ = last;
-    return get_text(first, last);
+    next_ = last;
+    return {first, static_cast<std::size_t>(last - first)};
   }
 
   /// Reads a token that is not a parenthesis or a symbol without bars, and begins with that character.
@@ -137,7 +135,8 @@ class Lexer
   [[noreturn]] void refuse_character() const;
 
   std::string_view text_;
-  std::size_t position_ = 0;
+  const char* next_;       ///< where the next token is looked for
+  const char* end_;        ///< of the text
   std::size_t first_ = 0;  ///< the position after the byte order mark
   Place start_;
   // The last position whose line was counted: nothing of the text before it needs to be looked at again.

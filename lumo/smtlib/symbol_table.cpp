@@ -26,20 +26,34 @@ constexpr Word kWords[] = {
     {"let", ReservedWord::kLet},       {"match", ReservedWord::kBinder},
 };
 
+template <class Word>
+std::uint64_t load(const char* from)
+{
+  Word word;
+  std::memcpy(&word, from, sizeof word);
+  return word;
+}
+
 /// Names are mostly short: two words, which may overlap, hold all of one.
 std::uint32_t hash_text(std::string_view text)
 {
+  const char* data = text.data();
   const std::size_t size = text.size();
-  if (size > 16) return static_cast<std::uint32_t>(std::hash<std::string_view>()(text));
   std::uint64_t first = 0;
   std::uint64_t last = 0;
-  if (size >= 8) {
-    std::memcpy(&first, text.data(), 8);
-    std::memcpy(&last, text.data() + size - 8, 8);
-  } else {
-    std::memcpy(&first, text.data(), size);
+  if (size > 16) {
+    first = std::hash<std::string_view>()(text);
+  } else if (size >= 8) {
+    first = load<std::uint64_t>(data);
+    last = load<std::uint64_t>(data + size - 8);
+  } else if (size >= 4) {
+    first = load<std::uint32_t>(data);
+    last = load<std::uint32_t>(data + size - 4);
+  } else if (size > 0) {
+    first = load<std::uint8_t>(data);
+    last = load<std::uint8_t>(data + size / 2) << 8U | load<std::uint8_t>(data + size - 1);
   }
-  return static_cast<std::uint32_t>(mix_hash(mix_hash(size, first), last));
+  return static_cast<std::uint32_t>(mix_hash((first + size) * 0x9e3779b97f4a7c15U, last));
 }
 
 }  // namespace

@@ -72,6 +72,9 @@ bool is_simple_symbol(std::string_view name)
 
 bool is_reserved_word(std::string_view word)
 {
+  // Most names are not looked up: none of the words begins like them.
+  constexpr std::string_view kFirstCharacters = "!BDHNS_acdefglmprs";
+  if (word.empty() || kFirstCharacters.find(word.front()) == std::string_view::npos) return false;
   return std::binary_search(kReservedWords.begin(), kReservedWords.end(), word);
 }
 

@@ -84,8 +84,11 @@ const Term* TermReader::take(const Token& token)
     case TokenKind::kClose:
       return close(token);
     case TokenKind::kSymbol:
-    case TokenKind::kQuotedSymbol:
-      return make_constant({token, symbols_.find(token.text)});
+    case TokenKind::kQuotedSymbol: {
+      const SymbolTable::Number symbol = symbols_.find(token.text);
+      const Term* t = symbols_.get_meaning(symbol).get_term();
+      return t != nullptr ? t : make_constant({token, symbol});
+    }
     case TokenKind::kHexadecimal:
     case TokenKind::kBinary:
       return read_literal(token);
@@ -115,7 +118,9 @@ const Term* TermReader::open(const Token& parenthesis)
   if (word != ReservedWord::kNone && token.kind == TokenKind::kSymbol) {
     return open_word(word, token, parenthesis.position);
   }
-  push_application({token, number}, parenthesis.position);
+  if (!push_plain_application(number, parenthesis.position)) {
+    push_application({token, number}, parenthesis.position);
+  }
   return nullptr;
 }
 
@@ -332,6 +337,15 @@ TermReader::Head TermReader::read_qualified_head()
   return head;
 }
 
+bool TermReader::push_plain_application(SymbolTable::Number symbol, std::size_t position)
+{
+  const Operator* op = symbols_.get_meaning(symbol).get_operator();
+  if (op == nullptr || op->num_indices != 0) return false;
+  push_frame(FrameKind::kOperator, position, arguments_.size());
+  frames_.back().op = op;
+  return true;
+}
+
 void TermReader::push_application(const Head& head, std::size_t position)
 {
   if (head.literal != nullptr) {
@@ -392,8 +406,8 @@ const Term* TermReader::make_constant(const Head& head)
     const Meaning& meaning = symbols_.get_meaning(head.number);
     t = meaning.get_term();
     if (t == nullptr && meaning.is_none()) {
-      if (head.symbol.kind == TokenKind::kSymbol && symbols_.get_reserved_word(head.number) != ReservedWord::kNone)
-      {
+      if (head.symbol.kind == TokenKind::kSymbol &&
+          symbols_.get_reserved_word(head.number) != ReservedWord::kNone) {
         lexer_->check_name(head.symbol, "a term");
       }
       refuse_unknown(head.symbol);

@@ -110,6 +110,8 @@ class TermReader
   /// Read what comes after `_` and after `as`.
   [[nodiscard]] Head read_indexed_head();
   [[nodiscard]] Head read_qualified_head();
+  /// Opens the application of a symbol without indices, the common case; false if it takes more than that.
+  bool push_plain_application(SymbolTable::Number symbol, std::size_t position);
   void push_application(const Head& head, std::size_t position);
   void push_operator(const Operator& op, const Head& head, std::size_t position);
   [[nodiscard]] Index make_index(const Operator& op, const Token& token) const;
