@@ -8,6 +8,7 @@
 #include "lumo/commands/subcommand.h"
 #include "lumo/commands/text_escapes.h"
 #include "lumo/smtlib/model_reader.h"
+#include "lumo/solvers/builtin_solver.h"
 
 namespace lumo::commands {
 
@@ -18,6 +19,10 @@ void check_options(const SolveOptions& options)
   const std::optional<double>& seconds = options.method.seconds;
   if (seconds && !(std::isfinite(*seconds) && *seconds > 0)) {
     throw SubcommandFailure("lumo: the time limit must be a number of seconds above 0");
+  }
+  if (!options.method.solver_command && !solvers::has_builtin_solver()) {
+    throw SubcommandFailure(
+        "lumo: this lumo was built without Z3, so --solver COMMAND must say which solver to start");
   }
 }
 
@@ -61,6 +66,7 @@ void print_json(std::ostream& out, const SolveOptions& options, const solvers::S
     print_model_json(out, solution.model);
     out << ", ";
   }
+  if (!solution.reason.empty()) out << "\"reason\": " << make_json_string(solution.reason) << ", ";
   out << "\"stats\": ";
   print_statistics_json(out, statistics);
   out << "}\n";
@@ -96,6 +102,9 @@ int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, 
         print_text(stream, options, solution);
       }
     });
+    if (!solution.reason.empty()) {
+      err << input->name << ": the answer is unknown, since " << solution.reason << '\n';
+    }
     if (options.wants_statistics && !options.wants_json) print_statistics(err, statistics);
     return kAnswered;
   });

@@ -22,7 +22,7 @@ struct SolveOptions
 /// Does `lumo solve` and returns its exit status: kAnswered for every answer, unknown included.
 ///
 /// The answer goes to `out` on a line of its own, then the model if it is sat and a model is wanted;
-/// statistics go to `err`. As JSON, one object with all of them goes to `out`. A model that does not pass the
+/// statistics go to `err`, and so does the reason for unknown, if it is known. As JSON, one object with all of them goes to `out`. A model that does not pass the
 /// check makes the status kCheckFailed, and nothing goes to `out`.
 int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
               Progress* progress = nullptr);

@@ -5,9 +5,9 @@
 
 #include "lumo/commands/complete_model.h"
 #include "lumo/elimination/eliminate.h"
+#include "lumo/solvers/builtin_solver.h"
 #include "lumo/solvers/solver_limits.h"
 #include "lumo/solvers/solver_process.h"
-#include "lumo/solvers/z3_solver.h"
 
 namespace lumo::commands {
 
@@ -27,14 +27,14 @@ solvers::Solution solve_rest(TermManager& mgr, const std::vector<const Term*>& r
                              const SolveMethod& method, Statistics& statistics)
 {
   const PhaseTimer timer(statistics, Phase::kSolve);
-  if (rest.empty()) return {solvers::Answer::kSat, {}};
+  if (rest.empty()) return {solvers::Answer::kSat, {}, {}};
   if (std::find(rest.begin(), rest.end(), mgr.make_false()) != rest.end())
-    return {solvers::Answer::kUnsat, {}};
+    return {solvers::Answer::kUnsat, {}, {}};
   solvers::SolverLimits limits;
   limits.seconds = method.seconds;
   limits.wants_model = true;  // for the check, whether or not somebody wants to see it
   return method.solver_command ? solvers::solve_with_process(mgr, *method.solver_command, rest, limits)
-                               : solvers::solve_with_z3(mgr, rest, limits);
+                               : solvers::solve_with_builtin(mgr, rest, limits);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ namespace lumo::commands {
 struct SolveMethod
 {
   bool eliminates = true;
-  std::optional<std::string> solver_command;  ///< else Z3 in the process
+  std::optional<std::string> solver_command;  ///< else the built-in solver
   std::optional<double> seconds;              ///< that the solver may take
 };
 

@@ -26,6 +26,8 @@ struct Solution
   Answer answer = Answer::kUnknown;
   std::vector<ModelValue>
       model;  ///< if the answer is sat and a model was asked for; constants may be missing
+  std::string
+      reason;  ///< if the answer is unknown: why, as a clause after `since`; empty if that is not known
 };
 
 /// A solver that gives no answer: it cannot be started, dies, or prints what cannot be understood. `what()` is

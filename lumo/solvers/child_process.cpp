@@ -4,20 +4,18 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
-#include <cstring>
-#include <ctime>
+#include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
 
-#include "lumo/terms/exception.h"
-
-// NOLINTNEXTLINE(readability-redundant-declaration): POSIX leaves the declaration to the program
-extern char** environ;
+#include "lumo/solvers/descriptor.h"
+#include "lumo/solvers/forked_process.h"
+#include "lumo/solvers/keeper.h"
+#include "lumo/solvers/signal_guard.h"
 
 namespace lumo::solvers {
 
@@ -25,258 +23,83 @@ namespace {
 
 constexpr std::size_t kMaxErrorText = 4096;
 
-[[noreturn]] void fail(const char* what, int code)
-{
-  throw Exception(std::string("no process can be made for the command: ") + what + ": " +
-                  std::strerror(code));
-}
-
-/// A descriptor that is closed with the object.
-class Descriptor
+/// The pipes to a child's standard streams, and what has come through them.
+class Streams
 {
  public:
-  Descriptor() = default;
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(Descriptor&& rhs) noexcept : number_(rhs.number_) { rhs.number_ = -1; }
-  Descriptor& operator=(Descriptor&& rhs) noexcept
+  /// Without input, there is no pipe to the standard input.
+  explicit Streams(std::string_view input) : input_(input)
   {
-    std::swap(number_, rhs.number_);
-    return *this;
-  }
-  ~Descriptor() { close(); }
-
-  [[nodiscard]] int get() const { return number_; }
-  [[nodiscard]] bool is_open() const { return number_ >= 0; }
-  void close()
-  {
-    if (is_open()) ::close(number_);
-    number_ = -1;
+    for (const Descriptor* end : {&in_.write_end, &out_.read_end, &err_.read_end})
+      make_nonblocking(*end);
   }
 
- private:
-  int number_ = -1;
-};
-
-struct Pipe
-{
-  Descriptor read_end;
-  Descriptor write_end;
-};
-
-/// Both ends are closed in children and lie above the standard streams, even if one of those is closed: in
-/// the child, no end may be overwritten before it has become a standard stream itself.
-Pipe make_pipe()
-{
-  int ends[2];
-  if (pipe2(ends, O_CLOEXEC) != 0) fail("no pipe", errno);
-  const Descriptor low_read(ends[0]);
-  const Descriptor low_write(ends[1]);
-  Pipe result{Descriptor(fcntl(ends[0], F_DUPFD_CLOEXEC, STDERR_FILENO + 1)),
-              Descriptor(fcntl(ends[1], F_DUPFD_CLOEXEC, STDERR_FILENO + 1))};
-  if (!result.read_end.is_open() || !result.write_end.is_open()) fail("no pipe", errno);
-  return result;
-}
-
-void make_nonblocking(const Descriptor& descriptor)
-{
-  const int flags = fcntl(descriptor.get(), F_GETFL);
-  if (flags < 0 || fcntl(descriptor.get(), F_SETFL, flags | O_NONBLOCK) != 0) fail("no pipe", errno);
-}
-
-// -----------------------------------------------------------------------------------------------------------
-// Signals
-
-constexpr std::array<int, 4> kEndingSignals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
-
-/// Holds back SIGPIPE and the signals that would end the program before it has ended its child.
-class SignalGuard
-{
- public:
-  SignalGuard()
+  /// The child's ends.
+  [[nodiscard]] std::array<int, 3> get_child_ends() const
   {
-    sigset_t blocked;
-    sigemptyset(&blocked);
-    sigaddset(&blocked, SIGPIPE);
-    for (const int signal : kEndingSignals) {
-      if (!is_ignored(signal)) sigaddset(&blocked, signal);
-    }
-    pthread_sigmask(SIG_BLOCK, &blocked, &before_);
-    had_pipe_signal_ = is_pending(SIGPIPE);
+    return {in_.read_end.get(), out_.write_end.get(), err_.write_end.get()};
   }
-  SignalGuard(const SignalGuard&) = delete;
-  SignalGuard& operator=(const SignalGuard&) = delete;
-  ~SignalGuard()
+  void close_child_ends()
   {
-    if (!had_pipe_signal_) drop_pipe_signal();
-    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    in_.read_end.close();
+    out_.write_end.close();
+    err_.write_end.close();
   }
-
-  /// The mask of the thread without the guard.
-  [[nodiscard]] const sigset_t& get_mask_before() const { return before_; }
-  /// Whether a signal waits that will end the program as soon as the guard is gone.
-  [[nodiscard]] bool is_asked_to_end() const
-  {
-    return std::any_of(kEndingSignals.begin(), kEndingSignals.end(), [this](int signal) {
-      return sigismember(&before_, signal) == 0 && !is_ignored(signal) && is_pending(signal);
-    });
-  }
-
- private:
-  static bool is_ignored(int signal)
-  {
-    struct sigaction action;
-    return sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
-  }
-  static bool is_pending(int signal)
-  {
-    sigset_t pending;
-    return sigpending(&pending) == 0 && sigismember(&pending, signal) == 1;
-  }
-  /// Takes the signal of a write of ours to a pipe that nobody reads.
-  static void drop_pipe_signal()
-  {
-    sigset_t pipe_signal;
-    sigemptyset(&pipe_signal);
-    sigaddset(&pipe_signal, SIGPIPE);
-    const timespec at_once{};
-    while (sigtimedwait(&pipe_signal, nullptr, &at_once) < 0 && errno == EINTR) {
-    }
-  }
-
-  sigset_t before_{};
-  bool had_pipe_signal_ = false;
-};
-
-// -----------------------------------------------------------------------------------------------------------
-// The child
-
-/// Starts a shell in a process group of its own; its number is that of the group.
-pid_t start_shell(const std::string& command, const std::array<int, 3>& streams, const sigset_t& mask)
-{
-  posix_spawn_file_actions_t actions;
-  posix_spawnattr_t attributes;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawnattr_init(&attributes);
-  for (int i = 0; i < 3; ++i)
-    posix_spawn_file_actions_adddup2(&actions, streams[static_cast<std::size_t>(i)], i);
-  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK);
-  posix_spawnattr_setpgroup(&attributes, 0);
-  posix_spawnattr_setsigmask(&attributes, &mask);
-
-  std::string shell = "sh";
-  std::string option = "-c";
-  std::string line = command;
-  const std::array<char*, 4> argv = {shell.data(), option.data(), line.data(), nullptr};
-  pid_t child = -1;
-  const int failure = posix_spawn(&child, "/bin/sh", &actions, &attributes, argv.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  posix_spawnattr_destroy(&attributes);
-  if (failure != 0) fail("/bin/sh", failure);
-  return child;
-}
-
-/// A running child and our ends of its standard streams.
-class Child
-{
- public:
-  Child(const std::string& command, std::string_view input, const sigset_t& mask);
-  Child(const Child&) = delete;
-  Child& operator=(const Child&) = delete;
-  /// Whatever happens, nothing of the group stays.
-  ~Child() { kill_group(); }
-
-  /// Sends and receives what can be, and waits for that no longer than some milliseconds.
-  void exchange(int milliseconds);
-  /// Whether the child has ended; it keeps its number until `finish`.
-  [[nodiscard]] bool has_ended() const;
+  /// Sends and receives what can be, and waits for that, or for the end of the child, no longer than some
+  /// milliseconds.
+  void exchange(const Descriptor& alive, int milliseconds);
   [[nodiscard]] bool is_too_verbose() const { return outcome_.out.size() > kMaxOutput; }
-  /// Kills what is left of the group, and takes what it has printed. The end is kExit for a child that has
-  /// ended before, however it did.
-  [[nodiscard]] ChildOutcome finish(ChildEnd end);
+  /// Receives what the child, which has ended, has left in the pipes.
+  [[nodiscard]] ChildOutcome finish();
 
  private:
-  void kill_group();
   void send();
   static bool receive(Descriptor& stream, std::string& text, std::size_t most);
 
   std::string_view input_;  ///< what is still to be sent
-  Descriptor in_;
-  Descriptor out_;
-  Descriptor err_;
-  pid_t pid_ = -1;
-  int status_ = 0;
+  Pipe in_ = make_pipe();
+  Pipe out_ = make_pipe();
+  Pipe err_ = make_pipe();
   ChildOutcome outcome_;
 };
 
-Child::Child(const std::string& command, std::string_view input, const sigset_t& mask) : input_(input)
+void Streams::exchange(const Descriptor& alive, int milliseconds)
 {
-  Pipe in = make_pipe();
-  Pipe out = make_pipe();
-  Pipe err = make_pipe();
-  in_ = std::move(in.write_end);
-  out_ = std::move(out.read_end);
-  err_ = std::move(err.read_end);
-  for (const Descriptor* stream : {&in_, &out_, &err_})
-    make_nonblocking(*stream);
-  pid_ = start_shell(command, {in.read_end.get(), out.write_end.get(), err.write_end.get()}, mask);
-}
-
-void Child::exchange(int milliseconds)
-{
-  if (input_.empty()) in_.close();
-  // Poll passes over closed streams, whose numbers are negative.
-  std::array<pollfd, 3> streams = {
-      {{in_.get(), POLLOUT, 0}, {out_.get(), POLLIN, 0}, {err_.get(), POLLIN, 0}}};
+  if (input_.empty()) in_.write_end.close();
+  // Poll passes over closed streams, whose numbers are negative. Events of 0 leave the end of the stream.
+  std::array<pollfd, 4> streams = {{{in_.write_end.get(), POLLOUT, 0},
+                                    {out_.read_end.get(), POLLIN, 0},
+                                    {err_.read_end.get(), POLLIN, 0},
+                                    {alive.get(), 0, 0}}};
   if (poll(streams.data(), streams.size(), milliseconds) <= 0) return;
   if (streams[0].revents != 0) send();
-  if (streams[1].revents != 0) receive(out_, outcome_.out, kMaxOutput + 1);
-  if (streams[2].revents != 0) receive(err_, outcome_.err, kMaxErrorText);
+  if (streams[1].revents != 0) receive(out_.read_end, outcome_.out, kMaxOutput + 1);
+  if (streams[2].revents != 0) receive(err_.read_end, outcome_.err, kMaxErrorText);
 }
 
-bool Child::has_ended() const
+ChildOutcome Streams::finish()
 {
-  siginfo_t info{};
-  return waitid(P_PID, static_cast<id_t>(pid_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
-         info.si_pid == pid_;
-}
-
-ChildOutcome Child::finish(ChildEnd end)
-{
-  kill_group();
-  // No more comes than lies in the pipes, unless somebody has left the group.
+  // No more comes than lies in the pipes, unless a process has escaped.
   constexpr int kMaxReads = 1024;
-  for (int i = 0; i < kMaxReads && receive(out_, outcome_.out, kMaxOutput + 1); ++i) {
+  for (int i = 0; i < kMaxReads && receive(out_.read_end, outcome_.out, kMaxOutput + 1); ++i) {
   }
-  for (int i = 0; i < kMaxReads && receive(err_, outcome_.err, kMaxErrorText); ++i) {
+  for (int i = 0; i < kMaxReads && receive(err_.read_end, outcome_.err, kMaxErrorText); ++i) {
   }
-  const bool has_exited = WIFEXITED(status_);
-  outcome_.end = end == ChildEnd::kExit && !has_exited ? ChildEnd::kSignal : end;
-  outcome_.code = has_exited ? WEXITSTATUS(status_) : WTERMSIG(status_);
   return std::move(outcome_);
 }
 
-void Child::kill_group()
+void Streams::send()
 {
-  if (pid_ < 0) return;
-  // The child is waited for after the kill: until then, its number cannot become that of another group.
-  kill(-pid_, SIGKILL);
-  while (waitpid(pid_, &status_, 0) < 0 && errno == EINTR) {
-  }
-  pid_ = -1;
-}
-
-void Child::send()
-{
-  const ssize_t num_written = write(in_.get(), input_.data(), input_.size());
+  const ssize_t num_written = write(in_.write_end.get(), input_.data(), input_.size());
   if (num_written >= 0) {
     input_.remove_prefix(static_cast<std::size_t>(num_written));
   } else if (errno != EAGAIN && errno != EINTR) {
-    input_ = {};  // The child wants no more.
+    input_ = {};  // The child has closed its end.
   }
 }
 
-/// Reads once, and drops what is beyond the limit; answers whether something came.
-bool Child::receive(Descriptor& stream, std::string& text, std::size_t most)
+/// Reads once, and drops what is beyond the limit; returns whether something came.
+bool Streams::receive(Descriptor& stream, std::string& text, std::size_t most)
 {
   std::array<char, 65536> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): read fills it
   const ssize_t num_read = read(stream.get(), buffer.data(), buffer.size());
@@ -288,21 +111,116 @@ bool Child::receive(Descriptor& stream, std::string& text, std::size_t most)
   return num_read > 0;
 }
 
+// -----------------------------------------------------------------------------------------------------------
+
+/// Waits until the child ends, or until there is a reason to end it, and returns which it is.
+ChildEnd wait_for_end(Streams& streams, const ForkedProcess& child, const SignalGuard& guard,
+                      const Deadline& deadline)
+{
+  // A signal that asks this program to end is noticed after such a pause.
+  constexpr int kLongestPause = 50;
+  for (int pause = 1;; pause = std::min(2 * pause, kLongestPause)) {
+    if (child.has_ended()) return ChildEnd::kExit;
+    if (streams.is_too_verbose()) return ChildEnd::kTooVerbose;
+    if (deadline.is_over()) return ChildEnd::kTimeOver;
+    if (guard.is_asked_to_end()) return ChildEnd::kInterrupted;
+    streams.exchange(
+        child.get_alive(),
+        deadline.is_set() ? std::min(pause, static_cast<int>(deadline.get_milliseconds_left())) : pause);
+  }
+}
+
+ChildOutcome make_outcome(Streams& streams, ChildEnd end, int status)
+{
+  ChildOutcome outcome = streams.finish();
+  const bool has_exited = WIFEXITED(status);
+  outcome.end = end == ChildEnd::kExit && !has_exited ? ChildEnd::kSignal : end;
+  outcome.code = has_exited ? WEXITSTATUS(status) : WTERMSIG(status);
+  return outcome;
+}
+
+/// Makes a keeper end all that it keeps. It has work to do, but not more than this.
+void stop_keeper(const ForkedProcess& keeper)
+{
+  constexpr int kMostMilliseconds = 2000;
+  keeper.signal(kKeeperStopSignal);
+  pollfd alive{keeper.get_alive().get(), 0, 0};
+  poll(&alive, 1, kMostMilliseconds);
+  keeper.signal(SIGKILL);
+}
+
+/// Waits for a keeper that has ended or been stopped, and returns the shell's status.
+int wait_for_keeper(ForkedProcess& keeper)
+{
+  int status = keeper.wait().value_or(SIGKILL);
+  pid_t shell = -1;
+  bool has_ended = false;
+  KeeperReport report{};
+  while (read(keeper.get_alive().get(), &report, sizeof report) == sizeof report) {
+    if (report.event == KeeperEvent::kFailed) fail_without_process("/bin/sh", report.number);
+    if (report.event == KeeperEvent::kStarted) shell = report.number;
+    if (report.event == KeeperEvent::kEnded) {
+      has_ended = true;
+      status = report.number;
+    }
+  }
+  // A keeper that something else has killed leaves its group.
+  if (!has_ended && shell > 0) kill(-shell, SIGKILL);
+  return status;
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// The copy of this process
+
+/// Makes the pipes the standard streams and closes all other descriptors but one.
+void become_streams(std::array<int, 3> ends, int alive)
+{
+  constexpr int kAlive = STDERR_FILENO + 1;
+  for (int i = 0; i < 3; ++i)
+    dup2(ends[static_cast<std::size_t>(i)], i);
+  dup2(alive, kAlive);
+  closefrom(kAlive + 1);
+}
+
+void write_all(int descriptor, std::string_view text)
+{
+  while (!text.empty()) {
+    const ssize_t num_written = write(descriptor, text.data(), text.size());
+    if (num_written < 0 && errno != EINTR) _exit(EXIT_FAILURE);
+    if (num_written > 0) text.remove_prefix(static_cast<std::size_t>(num_written));
+  }
+}
+
 }  // namespace
 
 ChildOutcome run_child(const std::string& command, std::string_view input, const Deadline& deadline)
 {
   const SignalGuard guard;
-  Child child(command, input, guard.get_mask_before());
-  // A child that keeps its streams open longer than it lives, or closes them sooner, ends unseen by poll.
-  constexpr int kLongestPause = 50;
-  for (int pause = 1;; pause = std::min(2 * pause, kLongestPause)) {
-    if (child.has_ended()) return child.finish(ChildEnd::kExit);
-    if (child.is_too_verbose()) return child.finish(ChildEnd::kTooVerbose);
-    if (deadline.is_over() || guard.is_asked_to_end()) return child.finish(ChildEnd::kStopped);
-    child.exchange(deadline.is_set() ? std::min(pause, static_cast<int>(deadline.get_milliseconds_left()))
-                                     : pause);
-  }
+  Streams streams(input);
+  const KeptShell shell{command, streams.get_child_ends(), guard.get_mask_before()};
+  ForkedProcess keeper(kKeeperStopSignal, [&](int alive) { keep_shell(shell, alive); });
+  streams.close_child_ends();
+  const ChildEnd end = wait_for_end(streams, keeper, guard, deadline);
+  if (end != ChildEnd::kExit) stop_keeper(keeper);
+  const int status = wait_for_keeper(keeper);
+  return make_outcome(streams, end, status);
+}
+
+ChildOutcome run_copy(const std::function<std::string()>& work, const Deadline& deadline)
+{
+  const SignalGuard guard;
+  Streams streams("");
+  ForkedProcess copy(SIGKILL, [&](int alive) noexcept {
+    become_streams(streams.get_child_ends(), alive);
+    reset_ending_signals();
+    pthread_sigmask(SIG_SETMASK, &guard.get_mask_before(), nullptr);
+    write_all(STDOUT_FILENO, work());
+  });
+  streams.close_child_ends();
+  const ChildEnd end = wait_for_end(streams, copy, guard, deadline);
+  if (end != ChildEnd::kExit) copy.signal(SIGKILL);
+  const int status = copy.wait().value_or(0);
+  return make_outcome(streams, end, status);
 }
 
 }  // namespace lumo::solvers

@@ -1,5 +1,6 @@
 #include "lumo/solvers/solver_process.h"
 
+#include <algorithm>
 #include <optional>
 #include <sstream>
 #include <string_view>
@@ -11,32 +12,40 @@
 #include "lumo/smtlib/script_printer.h"
 #include "lumo/solvers/child_process.h"
 #include "lumo/solvers/deadline.h"
+#include "lumo/solvers/solver_failures.h"
 #include "lumo/terms/term_walk.h"
 
 namespace lumo::solvers {
 
 namespace {
 
+constexpr std::string_view kWhiteSpace = " \t\r\n\f\v";
+
 /// Takes the first line from the front of the text, without white space around it.
 std::string_view take_line(std::string_view& text)
 {
-  constexpr std::string_view kBlanks = " \t\r";
   const std::size_t end = text.find('\n');
   std::string_view line = text.substr(0, end);
   text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-  const std::size_t first = line.find_first_not_of(kBlanks);
+  const std::size_t first = line.find_first_not_of(kWhiteSpace);
   if (first == std::string_view::npos) return {};
-  return line.substr(first, line.find_last_not_of(kBlanks) - first + 1);
+  return line.substr(first, line.find_last_not_of(kWhiteSpace) - first + 1);
 }
 
-/// The first line that says something, or an empty one.
-std::string_view find_line(std::string_view text)
+bool is_blank(std::string_view text) { return text.find_first_not_of(kWhiteSpace) == std::string_view::npos; }
+
+/// What the text begins with, an opening parenthesis, up to the one that closes it; all of it if there is none.
+std::string_view take_list(std::string_view text)
 {
-  while (!text.empty()) {
-    const std::string_view line = take_line(text);
-    if (!line.empty()) return line;
+  std::size_t depth = 0;
+  bool is_in_string = false;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == '"') is_in_string = !is_in_string;
+    if (is_in_string) continue;
+    if (text[i] == '(') ++depth;
+    if (text[i] == ')' && --depth == 0) return text.substr(0, i + 1);
   }
-  return {};
+  return text;
 }
 
 std::optional<Answer> find_answer(std::string_view line)
@@ -63,8 +72,13 @@ class SolverRun
   [[nodiscard]] std::string print() const;
   [[nodiscard]] ChildOutcome run() const;
   /// Reads past the answer in the output.
-  [[nodiscard]] Answer take_answer(std::string_view& output) const;
+  [[nodiscard]] Solution take_answer(std::string_view& output) const;
+  [[nodiscard]] std::string find_reason(std::string_view answer, std::string_view output) const;
   [[nodiscard]] std::vector<ModelValue> read(std::string_view output) const;
+  [[nodiscard]] std::string get_name() const
+  {
+    return "the solver \"" + smtlib::make_excerpt(command_) + "\"";
+  }
   [[noreturn]] void fail(const std::string& what_it_did) const;
   [[noreturn]] void fail_without_answer() const;
 
@@ -81,19 +95,19 @@ Solution SolverRun::solve()
 {
   outcome_ = run();
   switch (outcome_.end) {
-    case ChildEnd::kStopped:
-      return {};
+    case ChildEnd::kTimeOver:
+    case ChildEnd::kInterrupted:
+      return {Answer::kUnknown, {}, explain_stop(outcome_.end, limits_)};
     case ChildEnd::kSignal:
-      fail("was ended by signal " + std::to_string(outcome_.code));
+      fail(describe_end_without_answer(outcome_));
     case ChildEnd::kTooVerbose:
       fail("printed more than " + std::to_string(kMaxOutput) + " bytes");
     case ChildEnd::kExit:
       break;
   }
 
-  Solution solution;
   std::string_view output = outcome_.out;
-  solution.answer = take_answer(output);
+  Solution solution = take_answer(output);
   if (solution.answer == Answer::kSat && limits_.wants_model) solution.model = read(output);
   return solution;
 }
@@ -114,42 +128,60 @@ std::string SolverRun::print() const
   return std::move(script).str();
 }
 
-Answer SolverRun::take_answer(std::string_view& output) const
+Solution SolverRun::take_answer(std::string_view& output) const
 {
   while (!output.empty()) {
+    const std::string_view rest = output;
     const std::string_view line = take_line(output);
-    if (const std::optional<Answer> answer = find_answer(line)) return *answer;
-    // What comes behind an error does not answer the whole script.
-    if (line.starts_with("(error")) fail("printed " + smtlib::make_excerpt(line) + " instead of an answer");
+    if (const std::optional<Answer> answer = find_answer(line)) {
+      if (*answer == Answer::kUnknown) return {*answer, {}, find_reason(line, output)};
+      return {*answer, {}, {}};
+    }
+    // What comes after an error does not answer the whole script.
+    if (line.starts_with("(error")) {
+      const std::string_view error = take_list(rest.substr(rest.find('(')));
+      fail("printed " + make_one_line(error) + " instead of an answer");
+    }
   }
   fail_without_answer();
 }
 
+/// Why the answer is unknown, if the output says so; some programs print it unasked.
+std::string SolverRun::find_reason(std::string_view answer, std::string_view output) const
+{
+  if (answer == "timeout") return get_name() + " reached a time limit of its own";
+  constexpr std::string_view kKeyword = "(:reason-unknown";
+  const std::size_t place = output.find(kKeyword);
+  if (place == std::string_view::npos) return {};
+  return get_name() + " said " + make_one_line(take_list(output.substr(place)));
+}
+
 std::vector<ModelValue> SolverRun::read(std::string_view output) const
 {
-  if (find_line(output).empty()) fail("answered sat, but printed no model");
+  if (is_blank(output)) fail("answered sat, but printed no model");
   try {
     return smtlib::read_model(mgr_, constants_, output);
   } catch (const smtlib::InputError& e) {
-    fail(std::string("answered sat, but its model cannot be read: ") + e.what());
+    // The model begins on a line of its own, so columns are those of the whole output.
+    const auto model_start = outcome_.out.end() - static_cast<std::ptrdiff_t>(output.size());
+    const auto num_lines = std::count(outcome_.out.begin(), model_start, '\n');
+    const std::size_t line = e.get_place().line + static_cast<std::size_t>(num_lines);
+    fail("answered sat, but its model cannot be read at line " + std::to_string(line) + ", column " +
+         std::to_string(e.get_place().column) + " of its output: " + make_one_line(e.what()));
   }
 }
 
 void SolverRun::fail(const std::string& what_it_did) const
 {
-  throw SolverError("the solver " + smtlib::make_excerpt(command_) + " " + what_it_did);
+  throw SolverError(get_name() + " " + what_it_did);
 }
 
 /// Quotes what the solver said instead, or else what it or the shell complained about.
 void SolverRun::fail_without_answer() const
 {
-  const std::string end = "ended with status " + std::to_string(outcome_.code);
-  const std::string_view found = find_line(outcome_.out);
-  if (!found.empty()) fail(end + " and printed " + smtlib::make_excerpt(found) + " instead of an answer");
-  const std::string_view complaint = find_line(outcome_.err);
-  if (!complaint.empty())
-    fail(end + " and without an answer, and complained: " + smtlib::make_excerpt(complaint));
-  fail(end + " and without an answer");
+  if (is_blank(outcome_.out)) fail(describe_end_without_answer(outcome_));
+  fail("ended with status " + std::to_string(outcome_.code) + " and printed " + make_one_line(outcome_.out) +
+       " instead of an answer");
 }
 
 }  // namespace

@@ -14,10 +14,10 @@ namespace lumo::solvers {
 /// SMT-LIB 2 script from its standard input. `/bin/sh -c` runs the command, so that it may have arguments in
 /// quotes, be a pipeline, and so on. The model is of the constants that occur in the assertions.
 ///
-/// The answer is the first line of the output that is one, whatever comes behind `unsat` and `unknown` and
+/// The answer is the first line of the output that is one, whatever comes after `unsat` and `unknown` and
 /// whatever the exit status: solvers report an error if they are asked for a model that they do not have. If
 /// the time is over first, the program is killed with all that it has started, and the answer is unknown. A
-/// SolverError quotes what else was found.
+/// SolverError quotes what else was found, and names the line and column of a model that cannot be read.
 [[nodiscard]] Solution solve_with_process(TermManager& mgr, const std::string& command,
                                           std::span<const Term* const> assertions,
                                           const SolverLimits& limits);

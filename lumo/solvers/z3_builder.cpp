@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 #include <memory>
 #include <type_traits>
 
 #include "lumo/smtlib/input_error.h"
 #include "lumo/solvers/answer.h"
+#include "lumo/terms/term_walk.h"
 
 namespace lumo::solvers {
 
@@ -36,45 +38,69 @@ class Held
 // -----------------------------------------------------------------------------------------------------------
 // Operators
 
-using Make = Z3_ast (*)(const Z3Session& z3, const Parameters& parameters, const Z3_ast* args);
+using Arguments = std::span<const Z3_ast>;
+using Make = Z3_ast (*)(const Z3Session& z3, const Parameters& parameters, Arguments args);
 
 /// An operator without parameters of its own.
 template <auto kMake>
-Z3_ast plain(const Z3Session& z3, const Parameters& /*parameters*/, const Z3_ast* args)
+Z3_ast plain(const Z3Session& z3, const Parameters& /*parameters*/, Arguments args)
 {
   if constexpr (std::is_invocable_v<decltype(kMake), Z3_context, Z3_ast>) {
     return kMake(z3, args[0]);
   } else if constexpr (std::is_invocable_v<decltype(kMake), Z3_context, Z3_ast, Z3_ast>) {
     return kMake(z3, args[0], args[1]);
   } else if constexpr (std::is_invocable_v<decltype(kMake), Z3_context, unsigned, const Z3_ast*>) {
-    return kMake(z3, 2, args);
+    return kMake(z3, static_cast<unsigned>(args.size()), args.data());
   } else {
     return kMake(z3, args[0], args[1], args[2]);
   }
 }
 
+/// An associative operator of bit-vectors. Z3's function for it takes two arguments, but what that makes has a
+/// declaration that can be applied to more.
+template <auto kMake>
+Z3_ast chained(const Z3Session& z3, const Parameters& /*parameters*/, Arguments args)
+{
+  const Z3_ast pair = kMake(z3, args[0], args[1]);
+  if (args.size() == 2 || pair == nullptr) return pair;
+  const Held held(z3, pair);
+  const Z3_func_decl declaration = Z3_get_app_decl(z3, Z3_to_app(z3, held));
+  return Z3_mk_app(z3, declaration, static_cast<unsigned>(args.size()), args.data());
+}
+
+/// A concatenation, as a balanced tree: its declarations name the widths of two arguments, and of the nodes of
+/// such a tree, few are wide.
+Z3_ast concatenate(const Z3Session& z3, const Parameters& parameters, Arguments args)
+{
+  if (args.size() == 1) return args[0];
+  const std::size_t half = args.size() / 2;
+  const Held high(z3, concatenate(z3, parameters, args.first(half)));
+  const Held low(z3, concatenate(z3, parameters, args.subspan(half)));
+  return Z3_mk_concat(z3, high, low);
+}
+
 /// A rotation; Z3 takes amounts of 32 bits only.
 template <auto kMake>
-Z3_ast rotated(const Z3Session& z3, const Parameters& parameters, const Z3_ast* args)
+Z3_ast rotated(const Z3Session& z3, const Parameters& parameters, Arguments args)
 {
   return kMake(z3, static_cast<unsigned>(parameters[0] % parameters[1]), args[0]);
 }
 
 /// An extension; the width of its result, and so the number of its new bits, has at most 32 bits.
 template <auto kMake>
-Z3_ast extended(const Z3Session& z3, const Parameters& parameters, const Z3_ast* args)
+Z3_ast extended(const Z3Session& z3, const Parameters& parameters, Arguments args)
 {
   return kMake(z3, static_cast<unsigned>(parameters[0]), args[0]);
 }
 
-Z3_ast extract(const Z3Session& z3, const Parameters& parameters, const Z3_ast* args)
+Z3_ast extract(const Z3Session& z3, const Parameters& parameters, Arguments args)
 {
   return Z3_mk_extract(z3, static_cast<unsigned>(parameters[0]), static_cast<unsigned>(parameters[1]),
                        args[0]);
 }
 
 /// Z3's interface has no bvcomp: (bvcomp a b) -> (ite (= a b) #b1 #b0).
-Z3_ast compare(const Z3Session& z3, const Parameters& /*parameters*/, const Z3_ast* args)
+Z3_ast compare(const Z3Session& z3, const Parameters& /*parameters*/, Arguments args)
 {
   const bool zero_bit[] = {false};
   const bool one_bit[] = {true};
@@ -101,19 +127,19 @@ constexpr std::array<Row, kNumOperators> kRows = {{
     {Kind::kBvNeg, plain<Z3_mk_bvneg>},
     {Kind::kBvRotateLeft, rotated<Z3_mk_rotate_left>},
     {Kind::kBvRotateRight, rotated<Z3_mk_rotate_right>},
-    {Kind::kBvAnd, plain<Z3_mk_bvand>},
-    {Kind::kBvOr, plain<Z3_mk_bvor>},
-    {Kind::kBvXor, plain<Z3_mk_bvxor>},
-    {Kind::kBvConcat, plain<Z3_mk_concat>},
+    {Kind::kBvAnd, chained<Z3_mk_bvand>},
+    {Kind::kBvOr, chained<Z3_mk_bvor>},
+    {Kind::kBvXor, chained<Z3_mk_bvxor>},
+    {Kind::kBvConcat, concatenate},
     {Kind::kBvExtract, extract},
     {Kind::kBvZeroExtend, extended<Z3_mk_zero_ext>},
     {Kind::kBvSignExtend, extended<Z3_mk_sign_ext>},
     {Kind::kBvLsl, plain<Z3_mk_bvshl>},
     {Kind::kBvLsr, plain<Z3_mk_bvlshr>},
     {Kind::kBvAsr, plain<Z3_mk_bvashr>},
-    {Kind::kBvAdd, plain<Z3_mk_bvadd>},
+    {Kind::kBvAdd, chained<Z3_mk_bvadd>},
     {Kind::kBvSub, plain<Z3_mk_bvsub>},
-    {Kind::kBvMul, plain<Z3_mk_bvmul>},
+    {Kind::kBvMul, chained<Z3_mk_bvmul>},
     {Kind::kBvUdiv, plain<Z3_mk_bvudiv>},
     {Kind::kBvSdiv, plain<Z3_mk_bvsdiv>},
     {Kind::kBvUrem, plain<Z3_mk_bvurem>},
@@ -133,6 +159,24 @@ constexpr bool rows_are_in_order()
   return true;
 }
 static_assert(rows_are_in_order(), "kRows has one row for each operator, in the order of Kind");
+
+/// Whether nested applications may be handed over as one to all of their leaves.
+constexpr bool is_associative(Kind kind)
+{
+  switch (kind) {
+    case Kind::kAnd:
+    case Kind::kOr:
+    case Kind::kBvAnd:
+    case Kind::kBvOr:
+    case Kind::kBvXor:
+    case Kind::kBvConcat:
+    case Kind::kBvAdd:
+    case Kind::kBvMul:
+      return true;
+    default:
+      return false;
+  }
+}
 
 // -----------------------------------------------------------------------------------------------------------
 // Numerals
@@ -169,14 +213,31 @@ void check_z3(const Z3Session& z3)
 {
   const Z3_error_code code = Z3_get_error_code(z3);
   if (code == Z3_OK) return;
-  if (code == Z3_MEMOUT_FAIL) throw SolverError("Z3 failed, since memory ran out");
-  throw SolverError("Z3 failed and said: " + smtlib::make_excerpt(Z3_get_error_msg(z3, code)));
+  if (code == Z3_MEMOUT_FAIL) throw SolverError("the built-in solver ran out of memory");
+  throw SolverError("the built-in solver, Z3, failed and said: " +
+                    smtlib::make_excerpt(Z3_get_error_msg(z3, code)));
 }
 
 Z3Builder::~Z3Builder()
 {
   for (const Z3_ast expression : results_) {
     if (expression != nullptr) Z3_dec_ref(z3_, expression);
+  }
+}
+
+void Z3Builder::count_uses(std::span<const Term* const> roots)
+{
+  const std::vector<const Term*> terms = collect_terms(roots);
+  num_uses_.assign(terms.empty() ? 0 : terms.back()->get_id() + 1, 0);
+  const auto count = [this](const Term* t) {
+    std::uint8_t& uses = num_uses_[t->get_id()];
+    uses = uses == 0 ? 1 : kMany;
+  };
+  for (const Term* root : roots)
+    count(root);
+  for (const Term* t : terms) {
+    for (std::size_t i = 0; i < t->get_num_args(); ++i)
+      count(t->get_arg(i));
   }
 }
 
@@ -196,10 +257,10 @@ Z3_ast Z3Builder::build(const Term* root)
 
 void Z3Builder::visit(const Term* t, std::vector<const Term*>& stack)
 {
+  collect_leaves(t);
   const std::size_t height = stack.size();
-  for (std::size_t i = 0; i < t->get_num_args(); ++i) {
-    if (!is_built(t->get_arg(i))) stack.push_back(t->get_arg(i));
-  }
+  std::copy_if(leaves_.rbegin(), leaves_.rend(), std::back_inserter(stack),
+               [this](const Term* leaf) { return !is_built(leaf); });
   if (stack.size() != height) return;
 
   if (t->get_id() >= results_.size()) {
@@ -211,13 +272,33 @@ void Z3Builder::visit(const Term* t, std::vector<const Term*>& stack)
   results_[t->get_id()] = expression;
 }
 
+void Z3Builder::collect_leaves(const Term* t)
+{
+  leaves_.clear();
+  const Kind kind = t->get_symbol()->get_kind();
+  const bool is_chain = is_associative(kind);
+  chain_.assign(1, t);
+  while (!chain_.empty()) {
+    const Term* next = chain_.back();
+    chain_.pop_back();
+    const bool is_inner =
+        next == t || (is_chain && next->get_symbol()->get_kind() == kind && is_used_once(next));
+    if (!is_inner) {
+      leaves_.push_back(next);
+      continue;
+    }
+    for (std::size_t i = next->get_num_args(); i-- > 0;)
+      chain_.push_back(next->get_arg(i));
+  }
+}
+
 Z3_ast Z3Builder::make_application(const Term* t) const
 {
-  std::array<Z3_ast, kMaxArity> args{};
-  for (std::size_t i = 0; i < t->get_num_args(); ++i)
-    args[i] = results_[t->get_arg(i)->get_id()];
+  std::vector<Z3_ast> args(leaves_.size());
+  std::transform(leaves_.begin(), leaves_.end(), args.begin(),
+                 [this](const Term* leaf) { return results_[leaf->get_id()]; });
   const OperatorSymbol& op = as_operator(t->get_symbol());
-  return kRows[static_cast<std::size_t>(op.get_kind())].make(z3_, op.get_parameters(), args.data());
+  return kRows[static_cast<std::size_t>(op.get_kind())].make(z3_, op.get_parameters(), args);
 }
 
 Z3_ast Z3Builder::make_leaf(const Term* t)

@@ -1,6 +1,8 @@
 #ifndef LUMO_SOLVERS_Z3_BUILDER_H
 #define LUMO_SOLVERS_Z3_BUILDER_H
 
+#include <cstdint>
+#include <span>
 #include <vector>
 
 #include "lumo/solvers/z3_session.h"
@@ -24,18 +26,32 @@ class Z3Builder
   Z3Builder& operator=(const Z3Builder&) = delete;
   ~Z3Builder();
 
+  /// Counts how often each term is used in these. From now on, nested applications of an associative operator of
+  /// which all but the outermost are used once become one application to all of their leaves: Z3 takes time
+  /// quadratic in the depth of nested pairs. Terms that occur in none of the roots are taken for shared ones.
+  void count_uses(std::span<const Term* const> roots);
   /// A SolverError says why Z3 does not make the expression: memory runs out.
   [[nodiscard]] Z3_ast build(const Term* root);
   /// The declared constants in all terms so far, in the order in which they were met.
   [[nodiscard]] const std::vector<const Term*>& get_constants() const { return constants_; }
 
  private:
+  static constexpr std::uint8_t kMany = 2;
+
   [[nodiscard]] bool is_built(const Term* t) const
   {
     return t->get_id() < results_.size() && results_[t->get_id()] != nullptr;
   }
-  /// Builds a term whose arguments are built, else puts those that are not on the stack.
+  [[nodiscard]] bool is_used_once(const Term* t) const
+  {
+    return t->get_id() < num_uses_.size() && num_uses_[t->get_id()] == 1;
+  }
+  /// Builds a term whose leaves are built, else puts those that are not on the stack.
   void visit(const Term* t, std::vector<const Term*>& stack);
+  /// Fills `leaves_` with the arguments of a term, or with those of the whole chain whose outermost application
+  /// it is, from left to right.
+  void collect_leaves(const Term* t);
+  /// An application to `leaves_`.
   [[nodiscard]] Z3_ast make_application(const Term* t) const;
   [[nodiscard]] Z3_ast make_leaf(const Term* t);
   [[nodiscard]] Z3_ast make_constant(const Term* t);
@@ -46,6 +62,9 @@ class Z3Builder
   const Z3Session& z3_;
   std::vector<Z3_ast> results_;  ///< by term id
   std::vector<const Term*> constants_;
+  std::vector<std::uint8_t> num_uses_;  ///< by term id, none beyond the end; at most kMany
+  std::vector<const Term*> leaves_;
+  std::vector<const Term*> chain_;  ///< scratch of `collect_leaves`
 };
 
 }  // namespace lumo::solvers

@@ -3,10 +3,11 @@
 #include <mutex>
 #include <string>
 #include <unistd.h>
+#include <unordered_set>
 #include <vector>
 
+#include "lumo/smtlib/input_error.h"
 #include "lumo/smtlib/literals.h"
-#include "lumo/solvers/deadline.h"
 #include "lumo/solvers/z3_builder.h"
 #include "lumo/solvers/z3_session.h"
 
@@ -25,11 +26,32 @@ void limit_memory()
   Z3_global_param_set("memory_max_size", std::to_string(most).c_str());
 }
 
-/// Z3's solver of a session.
+/// What is asserted, one by one: the leaves of the conjunctions among the assertions, each once, in order.
+std::vector<const Term*> collect_conjuncts(std::span<const Term* const> assertions)
+{
+  std::vector<const Term*> conjuncts;
+  std::vector<const Term*> stack(assertions.rbegin(), assertions.rend());
+  std::unordered_set<const Term*> met;
+  while (!stack.empty()) {
+    const Term* t = stack.back();
+    stack.pop_back();
+    if (!met.insert(t).second) continue;
+    if (t->get_symbol()->get_kind() == Kind::kAnd) {
+      stack.push_back(t->get_arg(1));
+      stack.push_back(t->get_arg(0));
+    } else {
+      conjuncts.push_back(t);
+    }
+  }
+  return conjuncts;
+}
+
+/// Z3's solver of a session. It is the one that Z3's own program takes for a script of that logic.
 class Z3Solver
 {
  public:
-  explicit Z3Solver(const Z3Session& z3) : z3_(z3), solver_(Z3_mk_solver(z3))
+  explicit Z3Solver(const Z3Session& z3)
+      : z3_(z3), solver_(Z3_mk_solver_for_logic(z3, Z3_mk_string_symbol(z3, "QF_BV")))
   {
     check_z3(z3);
     Z3_solver_inc_ref(z3, solver_);
@@ -43,35 +65,33 @@ class Z3Solver
     Z3_solver_assert(z3_, solver_, expression);
     check_z3(z3_);
   }
-  [[nodiscard]] Answer check(const Deadline& deadline, bool wants_model);
+  [[nodiscard]] Answer check(bool wants_model);
+  /// Why the last answer was unknown, in Z3's words.
+  [[nodiscard]] std::string get_reason() const { return Z3_solver_get_reason_unknown(z3_, solver_); }
   /// Null if there is none.
   [[nodiscard]] Z3_model get_model() const { return Z3_solver_get_model(z3_, solver_); }
 
  private:
-  void set_parameters(const Deadline& deadline, bool wants_model);
+  void set_parameters(bool wants_model);
 
   const Z3Session& z3_;
   Z3_solver solver_;
 };
 
-void Z3Solver::set_parameters(const Deadline& deadline, bool wants_model)
+void Z3Solver::set_parameters(bool wants_model)
 {
   const Z3_params params = Z3_mk_params(z3_);
   Z3_params_inc_ref(z3_, params);
   Z3_params_set_bool(z3_, params, Z3_mk_string_symbol(z3_, "ctrl_c"), false);
   Z3_params_set_bool(z3_, params, Z3_mk_string_symbol(z3_, "model"), wants_model);
-  if (deadline.is_set()) {
-    Z3_params_set_uint(z3_, params, Z3_mk_string_symbol(z3_, "timeout"), deadline.get_milliseconds_left());
-  }
   Z3_solver_set_params(z3_, solver_, params);
   Z3_params_dec_ref(z3_, params);
   check_z3(z3_);
 }
 
-Answer Z3Solver::check(const Deadline& deadline, bool wants_model)
+Answer Z3Solver::check(bool wants_model)
 {
-  if (deadline.is_over()) return Answer::kUnknown;
-  set_parameters(deadline, wants_model);
+  set_parameters(wants_model);
   switch (Z3_solver_check(z3_, solver_)) {
     case Z3_L_TRUE:
       return Answer::kSat;
@@ -137,22 +157,31 @@ std::vector<ModelValue> read_model(TermManager& mgr, const Z3Session& z3, const 
   return values;
 }
 
+/// Z3's reason for not knowing. That memory ran out is a failure, as it is wherever else it runs out.
+std::string explain(const std::string& reason)
+{
+  if (reason.find("memory") != std::string::npos) throw SolverError("the built-in solver ran out of memory");
+  return "Z3 gave the reason \"" + smtlib::make_excerpt(reason) + "\"";
+}
+
 }  // namespace
 
-Solution solve_with_z3(TermManager& mgr, std::span<const Term* const> assertions, const SolverLimits& limits)
+Solution solve_with_z3(TermManager& mgr, std::span<const Term* const> assertions, bool wants_model)
 {
-  const Deadline deadline(limits.seconds);
   static std::once_flag memory_is_limited;
   std::call_once(memory_is_limited, limit_memory);
   const Z3Session z3;
   Z3Builder builder(mgr, z3);
   Z3Solver solver(z3);
-  for (const Term* assertion : assertions)
-    solver.assert_expression(builder.build(assertion));
+  const std::vector<const Term*> conjuncts = collect_conjuncts(assertions);
+  builder.count_uses(conjuncts);
+  for (const Term* conjunct : conjuncts)
+    solver.assert_expression(builder.build(conjunct));
 
   Solution solution;
-  solution.answer = solver.check(deadline, limits.wants_model);
-  if (solution.answer == Answer::kSat && limits.wants_model) {
+  solution.answer = solver.check(wants_model);
+  if (solution.answer == Answer::kUnknown) solution.reason = explain(solver.get_reason());
+  if (solution.answer == Answer::kSat && wants_model) {
     const Z3Model model(z3, solver.get_model());
     solution.model = read_model(mgr, z3, model, builder);
   }

@@ -67,7 +67,10 @@ TEST(Commands, AnswerWithStatusAndTexts)
           {{"solve", "-"}, 0, "sat\n", ""},
           {{"solve", "script", "--model", "--solver", "cat answer"}, 0, "sat\n" + model, ""},
           {{"solve", "script", "--solver", "echo unknown"}, 0, "unknown\n", ""},
-          {{"solve", "script", "--solver", "sleep 60", "--timeout", "0.1"}, 0, "unknown\n", ""},
+          {{"solve", "script", "--solver", "sleep 60", "--timeout", "0.1"},
+           0,
+           "unknown\n",
+           "script: the answer is unknown, since the time limit of 0.1 s was reached\n"},
           {{"solve", "script", "--model", "--solver", "echo sat; cat wrong"},
            3,
            "",
@@ -161,7 +164,7 @@ TEST(Commands, FailWithTheSolver)
     const Outcome outcome = run_lumo({"solve", "script", "--solver", solver}, folder.get_path());
     EXPECT_EQ(outcome.status, 2);
     EXPECT_EQ(outcome.out, "");
-    EXPECT_TRUE(outcome.err.starts_with("script: the solver ")) << outcome.err;
+    EXPECT_TRUE(outcome.err.starts_with("script: the solver \"")) << outcome.err;
     EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << outcome.err;
   }
 }

@@ -87,7 +87,7 @@ struct FaultySolver
   std::string command;
   int status;
   std::string out;
-  std::string err;  ///< behind the name of the script
+  std::string err;  ///< after the name of the script and the solver
 };
 
 TEST(FaultySolvers, GetOneSentenceOrNone)
@@ -99,9 +99,12 @@ TEST(FaultySolvers, GetOneSentenceOrNone)
       {"head -c 5 > /dev/null; exec <&-; sleep 0.2; echo unknown", 0, "unknown\n", ""},
       {"exec <&- >&-; exit 3", 2, "", "ended with status 3 and without an answer"},
       {"exec >&- 2>&-; cat > /dev/null; kill -BUS $$", 2, "", "was ended by signal 7"},
+      {"cat > /dev/null; printf '(error \"first\\nsecond\")\\n'", 2, "",
+       "printed (error \"first second\") instead of an answer"},
       {"head -c 5 /dev/zero", 2, "", "ended with status 0 and printed ????? instead of an answer"},
       {"echo sat; echo '((define-fun a_constant_with_a_long_name1 () Bool true))'", 2, "",
-       "answered sat, but its model cannot be read: the sort Bool was found, but (_ BitVec 2), the sort of "
+       "answered sat, but its model cannot be read at line 2, column 46 of its output: the sort Bool was "
+       "found, but (_ BitVec 2), the sort of "
        "the "
        "constant a_constant_with_a_long_name1, was expected"},
       {"yes sat", 2, "", "printed more than 1073741824 bytes"},
@@ -115,8 +118,8 @@ TEST(FaultySolvers, GetOneSentenceOrNone)
     if (row.err.empty()) {
       EXPECT_EQ(outcome.err, "");
     } else {
-      EXPECT_TRUE(outcome.err.starts_with("script: the solver ")) << outcome.err;
-      EXPECT_TRUE(outcome.err.ends_with(" " + row.err + "\n")) << outcome.err;
+      EXPECT_TRUE(outcome.err.starts_with("script: the solver \"")) << outcome.err;
+      EXPECT_TRUE(outcome.err.ends_with("\" " + row.err + "\n")) << outcome.err;
     }
   }
 }
@@ -134,17 +137,52 @@ TEST(FaultySolvers, AreStoppedWhenTheTimeIsOver)
         folder.get_path());
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.out, "unknown\n");
-    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(outcome.err, "script: the answer is unknown, since the time limit of 0.2 s was reached\n");
     EXPECT_TRUE(goes_away(folder.read("child")));
   }
+}
+
+/// Two factors of 64 bits, which take longer to find than a test does
+constexpr const char* kFactors =
+    "(declare-const x (_ BitVec 128))(declare-const y (_ BitVec 128))\n"
+    "(assert (= (bvmul x y) #x3b1a7f2e5c9d804613fa26b7c5e8d901))\n"
+    "(assert (= ((_ extract 127 64) (bvor x y)) #x0000000000000000))\n"
+    "(assert (bvult #x00000000000000000000000000000001 x))\n"
+    "(assert (bvult #x00000000000000000000000000000001 y))\n";
+
+TEST(BuiltInSolver, IsStoppedWhenTheTimeIsOver)
+{
+  const TemporaryFolder folder;
+  folder.write("script", kFactors);
+  const Outcome outcome =
+      run_program(LUMO_PROGRAM, {"solve", "script", "--timeout", "0.3"}, folder.get_path());
+  EXPECT_EQ(outcome.status, 0);
+  EXPECT_EQ(outcome.out, "unknown\n");
+  EXPECT_EQ(outcome.err, "script: the answer is unknown, since the time limit of 0.3 s was reached\n");
+}
+
+TEST(BuiltInSolver, MayDieWithoutLumo)
+{
+  const TemporaryFolder folder;
+  folder.write("script", kFactors);
+  const Process lumo(LUMO_PROGRAM, {"solve", "script"}, folder.get_path());
+  ASSERT_TRUE(wait_until([&] { return !list_children(lumo.get_id()).empty(); }));
+  kill(std::stoi(list_children(lumo.get_id())), SIGKILL);
+  const Outcome outcome = lumo.wait();
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_EQ(outcome.out, "");
+  EXPECT_EQ(outcome.err, "script: the built-in solver was ended by signal 9, perhaps since memory ran out\n");
 }
 
 // -----------------------------------------------------------------------------------------------------------
 // Signals
 
+/// Signals that lumo can await, and others that it cannot or does not
+constexpr int kAllEndings[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGKILL, SIGALRM, SIGXCPU, SIGUSR1};
+
 TEST(Signals, LeaveNoSolverBehind)
 {
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+  for (const int signal : kAllEndings) {
     SCOPED_TRACE(signal);
     const TemporaryFolder folder;
     folder.write("script", make_long_script());
@@ -161,6 +199,45 @@ TEST(Signals, LeaveNoSolverBehind)
     EXPECT_EQ(outcome.err, "");
     EXPECT_TRUE(goes_away(folder.read("child")));
     EXPECT_TRUE(goes_away(folder.read("grandchild")));
+  }
+}
+
+TEST(Signals, LeaveNothingOfAPipeline)
+{
+  for (const int signal : {SIGTERM, SIGKILL}) {
+    const TemporaryFolder folder;
+    folder.write("script", make_long_script());
+    const auto sleeper = [](const std::string& name) {
+      return "sh -c 'echo $$ > " + name + "; exec sleep 1000'";
+    };
+    const Process lumo(
+        LUMO_PROGRAM,
+        {"solve", "script", "--solver", "cat > /dev/null; " + sleeper("left") + " | " + sleeper("right")},
+        folder.get_path());
+    for (const char* name : {"left", "right"})
+      ASSERT_TRUE(wait_until([&] { return folder.read(name).ends_with('\n'); })) << signal;
+    lumo.signal(signal);
+    EXPECT_EQ(lumo.wait().status, -signal);
+    EXPECT_TRUE(goes_away(folder.read("left"))) << signal;
+    EXPECT_TRUE(goes_away(folder.read("right"))) << signal;
+  }
+}
+
+TEST(Signals, LeaveNoBuiltInSolverBehind)
+{
+  for (const int signal : kAllEndings) {
+    SCOPED_TRACE(signal);
+    const TemporaryFolder folder;
+    folder.write("script", kFactors);
+    const Process lumo(LUMO_PROGRAM, {"solve", "script"}, folder.get_path());
+    ASSERT_TRUE(wait_until([&] { return !list_children(lumo.get_id()).empty(); }));
+    const std::string solver = list_children(lumo.get_id());
+    lumo.signal(signal);
+    const Outcome outcome = lumo.wait();
+    EXPECT_EQ(outcome.status, -signal);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_TRUE(goes_away(solver));
   }
 }
 
@@ -239,7 +316,7 @@ TEST(TooLittleMemory, IsToldInOneSentenceWhereverItRunsOut)
     EXPECT_EQ(outcome.status, 2) << limit;
     EXPECT_EQ(outcome.out, "") << limit;
     EXPECT_EQ(outcome.err.find('\n'), outcome.err.size() - 1) << limit << ": " << outcome.err;
-    // Where Z3 tells of it while it works on the script, the sentence names the script.
+    // If it is the solver that has no memory, the sentence names the script.
     EXPECT_TRUE(outcome.err.starts_with("lumo: ") || outcome.err.starts_with("script: "))
         << limit << ": " << outcome.err;
     EXPECT_NE(outcome.err.find("memory"), std::string::npos) << limit << ": " << outcome.err;

@@ -61,8 +61,8 @@ TEST_F(ProgressLineTest, IsErasedBeforeMessages)
   ASSERT_TRUE(lumo.wait_for_text("solving: ")) << lumo.get_text();
   folder_.write("go", "");
   EXPECT_EQ(lumo.wait(), 2);
-  EXPECT_EQ(show_on_screen(lumo.get_text()), (Screen{"script: the solver " + std::string(kWaitingSolver) +
-                                                         "exit 3 ended with status 3 and without an answer",
+  EXPECT_EQ(show_on_screen(lumo.get_text()), (Screen{"script: the solver \"" + std::string(kWaitingSolver) +
+                                                         "exit 3\" ended with status 3 and without an answer",
                                                      ""}));
 }
 

@@ -159,7 +159,16 @@ TEST(RunSolve, IsUnknownAfterTheTimeLimit)
   SolveOptions options = make_options();
   options.method.seconds = 0.05;
   options.method.solver_command = "sleep 60";
-  EXPECT_EQ(solve(options, kSolveScript).out, "unknown\n");
+  const SubcommandRun text = solve(options, kSolveScript);
+  EXPECT_EQ(text.status, commands::kAnswered);
+  EXPECT_EQ(text.out, "unknown\n");
+  EXPECT_EQ(text.err, "<stdin>: the answer is unknown, since the time limit of 0.05 s was reached\n");
+  options.wants_json = true;
+  const SubcommandRun json = solve(options, kSolveScript);
+  EXPECT_TRUE(json.out.starts_with(
+      R"({"answer": "unknown", "reason": "the time limit of 0.05 s was reached", "stats": {)"))
+      << json.out;
+  EXPECT_EQ(json.err, text.err);
 }
 
 TEST(RunSolve, RefusesATimeLimitThatIsNone)

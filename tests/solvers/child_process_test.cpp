@@ -1,15 +1,17 @@
 #include "lumo/solvers/child_process.h"
 
+#include <algorithm>
 #include <csignal>
 #include <fcntl.h>
 #include <optional>
+#include <sstream>
 #include <string>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include "lumo/terms/exception.h"
+#include "tests/solvers/apart.h"
 #include "tests/support/temporary_folder.h"
 #include "tests/support/waiting.h"
 
@@ -91,11 +93,24 @@ TEST(ChildProcess, DoesNotWaitForWhatTheChildLeavesBehind)
   EXPECT_TRUE(goes_away(outcome.out));
 }
 
+TEST(ChildProcess, KillsWhatHasLeftTheGroup)
+{
+  for (const std::string end : {"exit 0", "sleep 1000"}) {
+    const TemporaryFolder folder;
+    const std::string file = folder.get_file("escaped");
+    const std::string escape = "setsid sh -c 'echo $$ > " + file + "; sleep 1000 & wait' & ";
+    const std::string wait = "until test -s " + file + "; do sleep 0.01; done; ";
+    static_cast<void>(solvers::run_child(escape + wait + end, "", Deadline(end == "exit 0" ? 60.0 : 1.0)));
+    ASSERT_FALSE(folder.read("escaped").empty()) << end;
+    EXPECT_TRUE(goes_away(folder.read("escaped"))) << end;
+  }
+}
+
 TEST(ChildProcess, KillsTheWholeGroupWhenTheTimeIsOver)
 {
   const ChildOutcome outcome =
       solvers::run_child("trap '' TERM; sleep 1000 & echo $!; wait", "", Deadline(1.0));
-  EXPECT_EQ(outcome.end, ChildEnd::kStopped);
+  EXPECT_EQ(outcome.end, ChildEnd::kTimeOver);
   ASSERT_FALSE(outcome.out.empty());
   EXPECT_TRUE(goes_away(outcome.out));
 }
@@ -103,17 +118,17 @@ TEST(ChildProcess, KillsTheWholeGroupWhenTheTimeIsOver)
 TEST(ChildProcess, StopsAChildThatHasClosedItsStreams)
 {
   EXPECT_EQ(solvers::run_child("exec <&- >&- 2>&-; sleep 1000", "input", Deadline(0.1)).end,
-            ChildEnd::kStopped);
+            ChildEnd::kTimeOver);
 }
 
 TEST(ChildProcess, StopsAChildThatPrintsWithoutEnd)
 {
-  EXPECT_EQ(solvers::run_child("yes", "", Deadline(0.1)).end, ChildEnd::kStopped);
+  EXPECT_EQ(solvers::run_child("yes", "", Deadline(0.1)).end, ChildEnd::kTimeOver);
 }
 
 TEST(ChildProcess, IsOverAtOnceWithoutTime)
 {
-  EXPECT_EQ(solvers::run_child("sleep 1000", "", Deadline(0.0)).end, ChildEnd::kStopped);
+  EXPECT_EQ(solvers::run_child("sleep 1000", "", Deadline(0.0)).end, ChildEnd::kTimeOver);
 }
 
 TEST(ChildProcess, RefusesACommandThatTheSystemDoesNotTake)
@@ -155,31 +170,6 @@ TEST(ChildProcess, LeavesNoDescriptorsBehind)
   EXPECT_EQ(get_next_descriptor(), before);
 }
 
-/// A process of the test's own that runs an action
-class Apart
-{
- public:
-  template <class Action>
-  explicit Apart(Action action) : process_(fork())
-  {
-    if (process_ != 0) return;
-    action();
-    _exit(7);
-  }
-
-  void signal(int signal) const { kill(process_, signal); }
-  /// The exit status, or minus the number of the signal that ended the process.
-  [[nodiscard]] int wait() const
-  {
-    int status = 0;
-    waitpid(process_, &status, 0);
-    return WIFSIGNALED(status) ? -WTERMSIG(status) : WEXITSTATUS(status);
-  }
-
- private:
-  pid_t process_;
-};
-
 TEST(ChildProcess, EndsTheChildBeforeASignalEndsTheProgram)
 {
   for (const int signal : {SIGINT, SIGTERM}) {
@@ -191,6 +181,69 @@ TEST(ChildProcess, EndsTheChildBeforeASignalEndsTheProgram)
     EXPECT_EQ(apart.wait(), -signal);
     EXPECT_TRUE(goes_away(folder.read("grandchild")));
   }
+}
+
+/// Commands that write the numbers of their processes, one a line, and how many these are
+struct Family
+{
+  std::string command;
+  std::ptrdiff_t num_processes;
+};
+
+TEST(ChildProcess, EndsAllOfTheChildWhateverEndsTheProgram)
+{
+  const std::string wait_for_end = "; sh -c 'echo $$; exec sleep 1000'";
+  const Family families[] = {
+      {"echo $$; exec sleep 1000", 1},
+      {"cat > /dev/null; (echo $$; sh -c 'echo $$ >&2; exec sleep 1000') | sh -c 'echo $$ >&2; exec sleep "
+       "1000'",
+       2},
+      {"trap '' HUP INT TERM USR1; echo $$" + wait_for_end, 2},
+      {"setsid sh -c 'echo $$; exec sleep 1000' &" + wait_for_end.substr(1), 2},
+      {"timeout 1000 sh -c 'echo $$; exec sleep 1000'", 1},
+  };
+  for (const int signal : {SIGKILL, SIGALRM, SIGXCPU, SIGUSR1, SIGTERM}) {
+    for (const Family& family : families) {
+      SCOPED_TRACE(testing::Message() << "signal " << signal << ": " << family.command);
+      const TemporaryFolder folder;
+      const std::string file = folder.get_file("processes");
+      const Apart apart(
+          [&] { static_cast<void>(run_shell("{ " + family.command + "; } >> " + file + " 2>&1")); });
+      const auto count_lines = [&] {
+        const std::string text = folder.read("processes");
+        return std::count(text.begin(), text.end(), '\n');
+      };
+      ASSERT_TRUE(wait_until([&] { return count_lines() == family.num_processes; }));
+      apart.signal(signal);
+      EXPECT_EQ(apart.wait(), -signal);
+      std::istringstream processes(folder.read("processes"));
+      for (std::string process; std::getline(processes, process);)
+        EXPECT_TRUE(goes_away(process));
+    }
+  }
+}
+
+TEST(ChildProcess, TellsThatTheProgramIsAskedToEnd)
+{
+  const TemporaryFolder folder;
+  const Apart apart([&] {
+    std::signal(SIGTERM, [](int) {});
+    const ChildOutcome outcome = run_shell("echo > " + folder.get_file("started") + "; sleep 1000");
+    _exit(outcome.end == ChildEnd::kInterrupted ? 0 : 1);
+  });
+  ASSERT_TRUE(wait_until([&] { return !folder.read("started").empty(); }));
+  apart.signal(SIGTERM);
+  EXPECT_EQ(apart.wait(), 0);
+}
+
+TEST(ChildProcess, NeedsNoNewsOfChildren)
+{
+  const Apart apart([] {
+    std::signal(SIGCHLD, SIG_IGN);
+    const ChildOutcome outcome = run_shell("cat; exit 3", "text");
+    _exit(outcome.end == ChildEnd::kExit && outcome.code == 3 && outcome.out == "text" ? 0 : 1);
+  });
+  EXPECT_EQ(apart.wait(), 0);
 }
 
 TEST(ChildProcess, PaysNoHeedToIgnoredSignals)

@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <sys/resource.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -11,6 +10,7 @@
 #include "lumo/smtlib/characters.h"
 #include "lumo/smtlib/input_error.h"
 #include "lumo/smtlib/symbol_text.h"
+#include "tests/solvers/no_more_files.h"
 #include "tests/support/temporary_folder.h"
 
 namespace lumo::test {
@@ -36,13 +36,13 @@ class CommandSolver : public testing::Test
   {
     return solve(command, limits).answer;
   }
-  /// The complaint on a solver that fails, from behind its name on.
+  /// The complaint on a solver that fails, from after its name on.
   std::string find_failure(const std::string& command)
   {
     try {
       solve(command);
     } catch (const solvers::SolverError& e) {
-      const std::string start = "the solver " + smtlib::make_excerpt(command) + " ";
+      const std::string start = "the solver \"" + smtlib::make_excerpt(command) + "\" ";
       EXPECT_EQ(std::string(e.what()).substr(0, start.size()), start);
       return std::string(e.what()).substr(start.size());
     }
@@ -108,8 +108,21 @@ TEST_F(CommandSolver, NeedsNoModelIfNoneIsWanted)
 
 TEST_F(CommandSolver, SaysUnknownWhenTheTimeIsOver)
 {
-  EXPECT_EQ(find_answer("sleep 1000 & wait", {0.2, true}), Answer::kUnknown);
+  const Solution late = solve("sleep 1000 & wait", {0.2, true});
+  EXPECT_EQ(late.answer, Answer::kUnknown);
+  EXPECT_EQ(late.reason, "the time limit of 0.2 s was reached");
   EXPECT_EQ(find_answer("sleep 1000", {0.0, true}), Answer::kUnknown);
+}
+
+TEST_F(CommandSolver, SaysWhyTheAnswerIsUnknownIfTheSolverDoes)
+{
+  EXPECT_EQ(solve("echo unknown").reason, "");
+  EXPECT_EQ(solve("echo unknown; echo '(error \"no model\")'; exit 1").reason, "");
+  EXPECT_EQ(solve("echo timeout").reason, "the solver \"echo timeout\" reached a time limit of its own");
+  const std::string command =
+      "printf 'unknown\\n(error \"x\")\\n(:reason-unknown\\n \"a (hard) one\")\\nend\\n'";
+  EXPECT_EQ(solve(command).reason, "the solver \"" + command + "\" said (:reason-unknown \"a (hard) one\")");
+  EXPECT_EQ(solve("echo unsat; echo '(:reason-unknown \"x\")'").reason, "");
 }
 
 TEST_F(CommandSolver, QuotesWhatAFailingSolverSays)
@@ -119,29 +132,35 @@ TEST_F(CommandSolver, QuotesWhatAFailingSolverSays)
     std::string command;
     std::string failure;
   };
+  const std::string no_model = "answered sat, but its model cannot be read at ";
   const Row rows[] = {
       {"echo '(error \"line 1: no such logic\")'; echo sat",
        "printed (error \"line 1: no such logic\") instead of an answer"},
-      {"echo hello; echo world; exit 3", "ended with status 3 and printed hello instead of an answer"},
+      {"printf '\\n  (error \"one (line\\n  and \"\"another\"\"\")\\nsat\\n'",
+       "printed (error \"one (line and \"\"another\"\"\") instead of an answer"},
+      {"echo '(error \"no end'; echo more", "printed (error \"no end more instead of an answer"},
+      {"echo hello; echo world; exit 3", "ended with status 3 and printed hello world instead of an answer"},
       {"echo 'sat?'", "ended with status 0 and printed sat? instead of an answer"},
       {"echo; echo no memory >&2; exit 5",
+       "ended with status 5 and without an answer, and complained: no memory"},
+      {"echo no >&2; echo '  memory' >&2; exit 5",
        "ended with status 5 and without an answer, and complained: no memory"},
       {"exit 0", "ended with status 0 and without an answer"},
       {"", "ended with status 0 and without an answer"},
       {"kill -SEGV $$", "was ended by signal 11"},
-      {"echo unsat; kill -KILL $$", "was ended by signal 9"},
+      {"echo oh >&2; kill -SEGV $$", "was ended by signal 11, and complained: oh"},
+      {"echo unsat; kill -KILL $$", "was ended by signal 9, perhaps since memory ran out"},
       {"echo sat", "answered sat, but printed no model"},
       {"echo sat; echo '(error \"no model\")'",
-       "answered sat, but its model cannot be read: the error \"no model\" was found, but a model was "
-       "expected"},
-      {"echo sat; echo '((define-fun x () (_ BitVec 8) 5))'",
-       "answered sat, but its model cannot be read: the numeral 5 was found, but a literal of the sort (_ "
-       "BitVec 8) "
-       "was expected"},
+       no_model +
+           "line 2, column 1 of its output: the error \"no model\" was found, but a model was expected"},
+      {"echo; echo ' sat'; echo; echo ' ((define-fun x () (_ BitVec 8) 5))'",
+       no_model + "line 4, column 33 of its output: the numeral 5 was found, but a literal of the sort (_ "
+                  "BitVec 8) was expected"},
       {"echo sat; echo '((define-fun x () (_ BitVec 8) #x05)'",
-       "answered sat, but its model cannot be read: the end of the text was found, but a definition or the "
-       "end of the "
-       "model was expected"},
+       no_model +
+           "line 3, column 1 of its output: the end of the text was found, but a definition or the end "
+           "of the model was expected"},
   };
   for (const Row& row : rows)
     EXPECT_EQ(find_failure(row.command), row.failure);
@@ -156,8 +175,11 @@ TEST_F(CommandSolver, QuotesTheShellOnAMissingProgram)
 
 TEST_F(CommandSolver, ShowsLongTextsCut)
 {
-  const std::string failure = find_failure("head -c 100000 /dev/zero | tr '\\0' 'n'");
-  EXPECT_LT(failure.size(), 1000U);
+  for (const std::string letter : {"n", "\\n\\n\\nx ", "longer than a word "}) {
+    const std::string failure = find_failure("yes \"$(printf '" + letter + "')\" | head -c 100000");
+    EXPECT_LT(failure.size(), 1000U) << letter;
+    EXPECT_TRUE(failure.ends_with("... instead of an answer")) << failure;
+  }
 }
 
 // -----------------------------------------------------------------------------------------------------------
@@ -243,29 +265,11 @@ TEST_P(SolverProgram, StopsWhenTheTimeIsOver)
   EXPECT_EQ(find_answer(command_, {0.3, true}), Answer::kUnknown);
 }
 
-/// Lets the process open no more files for the lifetime of the object.
-class NoMoreFiles
-{
- public:
-  NoMoreFiles()
-  {
-    if (getrlimit(RLIMIT_NOFILE, &before_) == 0) set({0, before_.rlim_max});
-  }
-  NoMoreFiles(const NoMoreFiles&) = delete;
-  NoMoreFiles& operator=(const NoMoreFiles&) = delete;
-  ~NoMoreFiles() { set(before_); }
-
- private:
-  static void set(const rlimit& limit) { EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0); }
-
-  rlimit before_{};
-};
-
 TEST_F(CommandSolver, SaysWhyItCannotBeStarted)
 {
   const NoMoreFiles guard;
   EXPECT_EQ(find_failure("echo unsat"),
-            "was not started: no process can be made for the command: no pipe: Too many open files");
+            "was not started: no process can be made: no pipe: Too many open files");
 }
 
 }  // namespace

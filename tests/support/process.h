@@ -36,6 +36,7 @@ class Process
           const std::filesystem::path& folder, std::string_view standard_input = "",
           Output output = Output::kFile);
 
+  [[nodiscard]] pid_t get_id() const { return child_; }
   void signal(int signal) const;
   /// Waits for the end, once.
   [[nodiscard]] Outcome wait() const;

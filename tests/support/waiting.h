@@ -33,6 +33,16 @@ inline bool is_gone(pid_t process)
   return file >> number >> name >> state && state == "Z";
 }
 
+/// The numbers of the children of a process, or of one of its threads, as the system lists them; what is left
+/// unwaited for is among them.
+inline std::string list_children(pid_t thread)
+{
+  std::ifstream file("/proc/" + std::to_string(thread) + "/task/" + std::to_string(thread) + "/children");
+  std::string children;
+  std::getline(file, children);
+  return children;
+}
+
 /// Waits until the process of that number, given as text, is gone.
 inline bool goes_away(const std::string& process)
 {

@@ -1,0 +1,15 @@
+// What stands for the built-in solver in a build without one.
+
+#include "lumo/solvers/builtin_solver.h"
+
+namespace lumo::solvers {
+
+bool has_builtin_solver() { return false; }
+
+Solution solve_with_builtin(TermManager& /*mgr*/, std::span<const Term* const> /*assertions*/,
+                            const SolverLimits& /*limits*/)
+{
+  throw SolverError("there is no built-in solver, since lumo was built without Z3");
+}
+
+}  // namespace lumo::solvers

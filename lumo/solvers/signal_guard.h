@@ -1,0 +1,47 @@
+#ifndef LUMO_SOLVERS_SIGNAL_GUARD_H
+#define LUMO_SOLVERS_SIGNAL_GUARD_H
+
+#include <csignal>
+
+namespace lumo::solvers {
+
+/// For its lifetime, holds back SIGPIPE and the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP,
+/// SIGQUIT) in this thread, so that it can end its child before one of them ends the process. Signals that the
+/// process ignores stay ignored.
+class SignalGuard
+{
+ public:
+  SignalGuard();
+  SignalGuard(const SignalGuard&) = delete;
+  SignalGuard& operator=(const SignalGuard&) = delete;
+  ~SignalGuard();
+
+  /// The mask of the thread without the guard.
+  [[nodiscard]] const sigset_t& get_mask_before() const { return before_; }
+  /// Whether a signal is pending that will end the program as soon as the guard is gone.
+  [[nodiscard]] bool is_asked_to_end() const;
+
+ private:
+  sigset_t before_{};
+  bool had_pipe_signal_ = false;
+};
+
+/// For its lifetime, holds back every signal in this thread, and so in a process that it makes.
+class AllSignalsGuard
+{
+ public:
+  AllSignalsGuard();
+  AllSignalsGuard(const AllSignalsGuard&) = delete;
+  AllSignalsGuard& operator=(const AllSignalsGuard&) = delete;
+  ~AllSignalsGuard();
+
+ private:
+  sigset_t before_{};
+};
+
+/// Gives the signals that ask a program to end their usual effect, except for those that are ignored.
+void reset_ending_signals();
+
+}  // namespace lumo::solvers
+
+#endif

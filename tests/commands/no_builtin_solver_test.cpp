@@ -1,0 +1,46 @@
+// What the program does if it is built without Z3: here, the file for that stands in the place of the other.
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "lumo/commands/run_solve.h"
+#include "lumo/solvers/builtin_solver.h"
+#include "tests/commands/subcommand_run.h"
+
+namespace lumo::test {
+namespace {
+
+constexpr const char* kScript = "(declare-const x (_ BitVec 8))(assert (bvult x (bvmul x x)))";
+
+TEST(NoBuiltinSolver, IsToldBeforeTheScriptIsRead)
+{
+  commands::SolveOptions options;
+  options.file = "/nowhere/no-such-file";
+  const SubcommandRun run = test::run(commands::run_solve, options);
+  EXPECT_EQ(run.status, commands::kFailed);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err,
+            "lumo: this lumo was built without Z3, so --solver COMMAND must say which solver to start\n");
+}
+
+TEST(NoBuiltinSolver, LeavesCommandsAlone)
+{
+  commands::SolveOptions options;
+  options.file = "-";
+  options.method.solver_command = "cat > /dev/null; echo unsat";
+  const SubcommandRun run = test::run(commands::run_solve, options, kScript);
+  EXPECT_EQ(run.status, commands::kAnswered);
+  EXPECT_EQ(run.out, "unsat\n");
+  EXPECT_EQ(run.err, "");
+}
+
+TEST(NoBuiltinSolver, IsAnErrorOfTheSolver)
+{
+  TermManager mgr;
+  EXPECT_FALSE(solvers::has_builtin_solver());
+  EXPECT_THROW(static_cast<void>(solvers::solve_with_builtin(mgr, {}, {})), solvers::SolverError);
+}
+
+}  // namespace
+}  // namespace lumo::test
