@@ -14,7 +14,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-readonly all_targets=(calculators model_reader numbers reader solve terms trail_reader)
+readonly all_targets=(calculators model_reader numbers reader scripts solve terms trail_reader)
 readonly build=build/fuzz
 
 fail()
@@ -81,7 +81,7 @@ run_target()
   if [ "$limit" = runs ]; then
     corpus=$scratch/$target
     case "$target" in
-      reader | solve) options+=(-seed=1 "-runs=$((amount / 10 + 1))") ;;
+      reader | scripts | solve) options+=(-seed=1 "-runs=$((amount / 10 + 1))") ;;
       *) options+=(-seed=1 "-runs=$amount") ;;
     esac
   else

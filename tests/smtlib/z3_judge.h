@@ -19,14 +19,15 @@ class Z3Judge
  public:
   explicit Z3Judge(const std::string& text);
 
-  /// Draws values for all declared constants, and expects that every assertion has the same value for both.
-  /// For an assertion `(= t u)` the values of t are compared.
-  void compare_under_random_values(Random& random);
+  /// Draws values for all declared constants, and says for which assertion the two do not have the same value; empty
+  /// if there is none. For an assertion `(= t u)` the values of t are compared.
+  [[nodiscard]] std::string find_difference(Random& random);
 
  private:
   [[nodiscard]] z3::expr make_constant(const Term* constant);
   [[nodiscard]] z3::expr make_value(const Term* value);
-  void compare(std::size_t i, const z3::expr_vector& constants, const z3::expr_vector& values);
+  [[nodiscard]] std::string compare(std::size_t i, const z3::expr_vector& constants,
+                                    const z3::expr_vector& values);
 
   TermManager mgr_;
   ModelStore model_;
