@@ -5,79 +5,68 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
+#include <utility>
 
 #include "lumo/commands/subcommand.h"
+#include "lumo/smtlib/input_error.h"
 
 namespace lumo::commands {
 
-namespace {
-
-/// The file that a name means; of a symbolic link to nothing, the link's target.
-std::filesystem::path resolve(const std::filesystem::path& file)
+OutputFile::OutputFile(const std::string& name, OutputTarget target)
+    : name_(make_input_name(name)), target_(std::move(target))
 {
-  std::error_code error;
-  std::filesystem::path resolved = file;
-  constexpr int kMostLinks = 40;
-  for (int i = 0; i < kMostLinks && std::filesystem::is_symlink(resolved, error); ++i)
-    resolved = resolved.parent_path() / std::filesystem::read_symlink(resolved, error);
-  return resolved;
-}
-
-}  // namespace
-
-OutputFile::OutputFile(const std::string& file) : name_(make_input_name(file)), target_(resolve(file))
-{
-  std::error_code error;
-  const std::filesystem::file_status status = std::filesystem::status(target_, error);
-  if (std::filesystem::is_directory(status)) fail(EISDIR);
-  if (!target_.has_filename()) fail(ENOENT);
-  const bool is_special = std::filesystem::exists(status) && !std::filesystem::is_regular_file(status);
-  if (!is_special) make_temporary_file();
-
-  errno = 0;
-  stream_.open(is_special ? target_ : temporary_, std::ios::binary);
-  if (!stream_) {
-    const int reason = errno;
-    discard();
-    fail(reason);
-  }
+  stream_.get_buffer().open(open_target());
 }
 
 OutputFile::~OutputFile() { discard(); }
 
 void OutputFile::finish()
 {
-  stream_.close();
-  if (!stream_) fail(errno);
+  stream_.get_buffer().close();
+  if (!stream_ || stream_.get_buffer().get_error() != 0) fail(stream_.get_buffer().get_error());
 }
 
 void OutputFile::commit()
 {
   if (temporary_.empty()) return;
   std::error_code error;
-  std::filesystem::rename(temporary_, target_, error);
+  std::filesystem::rename(temporary_, target_.path, error);
   if (error) fail(error.value());
   temporary_.clear();
 }
 
-void OutputFile::make_temporary_file()
+int OutputFile::open_target()
+{
+  if (target_.kind == OutputTarget::Kind::kFile) return make_temporary_file();
+  // A duplicate shares the position with all others that write to what is open; opening it by name would not.
+  const int descriptor = target_.kind == OutputTarget::Kind::kOpen
+                             ? fcntl(target_.descriptor, F_DUPFD_CLOEXEC, 0)
+                             : open(target_.path.c_str(), O_WRONLY | O_CLOEXEC);
+  if (descriptor < 0) fail(errno);
+  return descriptor;
+}
+
+int OutputFile::make_temporary_file()
 {
   const std::string start = ".lumo-" + std::to_string(getpid()) + "-";
   int descriptor = -1;
   for (int i = 0; descriptor < 0; ++i) {
-    temporary_ = target_.parent_path() / (start + std::to_string(i));
+    temporary_ = target_.path.parent_path() / (start + std::to_string(i));
     descriptor = open(temporary_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     if (descriptor < 0 && errno != EEXIST) {
       temporary_.clear();
-      fail(errno);
+      const int reason = errno;
+      throw SubcommandFailure(name_ + ": this cannot be written: no file can be made in the folder " +
+                              smtlib::make_excerpt(target_.path.parent_path().string()) + ": " +
+                              std::generic_category().message(reason));
     }
   }
   // The new file is as open to others as the old one.
   struct stat old_file
   {};
   constexpr mode_t kPermissions = 0777;
-  if (stat(target_.c_str(), &old_file) == 0) fchmod(descriptor, old_file.st_mode & kPermissions);
-  close(descriptor);
+  if (stat(target_.path.c_str(), &old_file) == 0) fchmod(descriptor, old_file.st_mode & kPermissions);
+  return descriptor;
 }
 
 void OutputFile::discard()

@@ -4,10 +4,12 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <system_error>
 #include <vector>
 
 #include "lumo/commands/output_file.h"
+#include "lumo/commands/output_target.h"
 #include "lumo/commands/subcommand.h"
 #include "lumo/elimination/eliminate.h"
 #include "lumo/smtlib/script_printer.h"
@@ -18,49 +20,56 @@ namespace lumo::commands {
 
 namespace {
 
-using Printer = std::function<void(std::ostream&)>;
-
-/// None is opened for the standard output.
-void open_output(std::optional<OutputFile>& file, const std::string& name)
+/// One of the two outputs: the standard output as a stream, or a file.
+class Output
 {
-  if (name != "-") file.emplace(name);
-}
+ public:
+  explicit Output(const std::string& name) : name_(name), target_(find_output_target(name)) {}
 
-void write_to(std::optional<OutputFile>& file, std::ostream& out, const Printer& print)
-{
-  if (!file) {
-    write_output(out, print);
-  } else {
-    print(file->get_stream());
-    file->finish();
+  [[nodiscard]] const OutputTarget& get_target() const { return target_; }
+  /// Whether it comes to the user's eyes while it is written.
+  [[nodiscard]] bool prints() const { return target_.kind == OutputTarget::Kind::kOpen; }
+  void open()
+  {
+    if (name_ != "-") file_.emplace(name_, target_);
   }
-}
+  void write(std::ostream& out, const std::function<void(std::ostream&)>& print)
+  {
+    if (!file_) {
+      write_output(out, print);
+    } else {
+      print(file_->get_stream());
+      file_->finish();
+    }
+  }
+  void commit()
+  {
+    if (file_) file_->commit();
+  }
 
-/// Whether one of the two would take the place of the other.
-bool is_one_file(const std::string& first, const std::string& second)
+ private:
+  std::string name_;
+  OutputTarget target_;
+  std::optional<OutputFile> file_;  ///< not for `-`
+};
+
+/// Refuses to overwrite the script: `extend` needs it.
+void check_is_not_the_script(const OutputTarget& target, const std::string& name, const std::string& script)
 {
-  if (first == "-" || second == "-") return first == second;
   std::error_code ignored;
-  const std::filesystem::file_status status = std::filesystem::status(first, ignored);
-  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) return false;
-  return std::filesystem::weakly_canonical(first, ignored) ==
-         std::filesystem::weakly_canonical(second, ignored);
+  if (target.kind != OutputTarget::Kind::kFile || script == "-" ||
+      std::filesystem::canonical(script, ignored) != target.path)
+    return;
+  throw SubcommandFailure("lumo: " + smtlib::make_excerpt(name) +
+                          " would be written over, but it is the script that is read");
 }
 
-/// Written over the script, neither output would be of use: `extend` needs the script, too.
-void check_is_not_the_script(const std::string& output, const SimplifyOptions& options)
+void check_outputs(const SimplifyOptions& options, const Output& rest, const std::optional<Output>& trail)
 {
-  if (output != "-" && is_one_file(output, options.file)) {
-    throw SubcommandFailure("lumo: " + smtlib::make_excerpt(output) +
-                            " would be written over, but it is the script that is read");
-  }
-}
-
-void check_options(const SimplifyOptions& options)
-{
-  check_is_not_the_script(options.rest, options);
-  if (options.trail) check_is_not_the_script(*options.trail, options);
-  if (options.trail && is_one_file(options.rest, *options.trail)) {
+  check_is_not_the_script(rest.get_target(), options.rest, options.file);
+  if (!trail) return;
+  check_is_not_the_script(trail->get_target(), *options.trail, options.file);
+  if (is_one_output(rest.get_target(), trail->get_target())) {
     throw SubcommandFailure("lumo: the rest and the trail would both go to " +
                             smtlib::make_excerpt(*options.trail) + ", but two files were expected");
   }
@@ -72,7 +81,11 @@ int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream&
                  Progress* progress)
 {
   return run_subcommand(err, [&] {
-    check_options(options);
+    Output rest_output(options.rest);
+    std::optional<Output> trail_output;
+    if (options.trail) trail_output.emplace(*options.trail);
+    check_outputs(options, rest_output, trail_output);
+
     const std::unique_ptr<Input> input = read_input(options.file, in, progress);
     enter(progress, Activity::kEliminating, input->mgr.get_num_terms());
     Elimination elimination;
@@ -80,23 +93,21 @@ int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream&
                           [&] { elimination = eliminate(input->mgr, input->script.get_asserted_terms()); });
     const std::vector<const Term*>& rest = elimination.assertions;
 
-    const bool prints = options.rest == "-" || options.trail == "-";
+    const bool prints = rest_output.prints() || (trail_output && trail_output->prints());
     enter(progress, prints ? Activity::kPrinting : Activity::kWriting);
-    std::optional<OutputFile> rest_file;
-    std::optional<OutputFile> trail_file;
-    open_output(rest_file, options.rest);
-    if (options.trail) open_output(trail_file, *options.trail);
-    if (options.trail) {
-      write_to(trail_file, out, [&](std::ostream& stream) {
+    rest_output.open();
+    if (trail_output) {
+      trail_output->open();
+      trail_output->write(out, [&](std::ostream& stream) {
         smtlib::print_trail(stream, input->script.constants, elimination.trail);
       });
     }
-    write_to(rest_file, out, [&](std::ostream& stream) {
+    rest_output.write(out, [&](std::ostream& stream) {
       smtlib::print_script(stream, collect_constants(rest), rest, true);
     });
 
-    if (trail_file) trail_file->commit();
-    if (rest_file) rest_file->commit();
+    if (trail_output) trail_output->commit();
+    rest_output.commit();
     return kAnswered;
   });
 }

@@ -297,6 +297,45 @@ TEST(UnwritableFiles, LeaveTheOldOnes)
   }
 }
 
+/// What the shell bash makes of a line in which `lumo` is the program.
+Outcome run_bash(const std::string& line, const TemporaryFolder& folder)
+{
+  return run_program("/bin/bash", {"-c", "lumo() { " LUMO_PROGRAM " \"$@\"; }; " + line}, folder.get_path());
+}
+
+TEST(OpenFiles, AreWrittenToAsTheyAre)
+{
+  const TemporaryFolder folder;
+  folder.write("script", make_long_script());
+  ASSERT_EQ(run_bash("lumo simplify script -o rest --trail trail", folder).status, 0);
+  const std::string rest = folder.read("rest");
+  const std::string trail = folder.read("trail");
+  for (const std::string line : {
+           "lumo simplify script -o /dev/stdout --trail got-trail | cat > got-rest",
+           "lumo simplify script -o /dev/fd/1 --trail got-trail | cat > got-rest",
+           "lumo simplify script -o /dev/stdout --trail got-trail > got-rest",
+           "lumo simplify script -o /dev/stderr --trail got-trail 2> got-rest",
+           "lumo simplify script -o /dev/fd/7 --trail got-trail 7> got-rest",
+           "lumo simplify script -o /proc/self/fd/7 --trail /dev/stdout 7> got-rest > got-trail",
+           "lumo simplify script -o >(cat > got-rest; : > done) --trail got-trail; "
+           "until [ -e done ]; do sleep 0.02; done",
+           "lumo simplify script -o got-rest --trail >(gzip > trail.gz; : > done); "
+           "until [ -e done ]; do sleep 0.02; done; gunzip < trail.gz > got-trail",
+       })
+  {
+    SCOPED_TRACE(line);
+    const Outcome outcome = run_bash("rm -f done got-rest got-trail; " + line, folder);
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(folder.read("got-rest"), rest);
+    EXPECT_EQ(folder.read("got-trail"), trail);
+  }
+  const Outcome appending = run_bash("(echo a; lumo simplify script -o /dev/stdout; echo b) > all", folder);
+  EXPECT_EQ(appending.status, 0);
+  EXPECT_EQ(folder.read("all"), "a\n" + rest + "b\n");
+}
+
 // -----------------------------------------------------------------------------------------------------------
 // Memory
 

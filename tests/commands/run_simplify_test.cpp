@@ -1,8 +1,10 @@
 #include "lumo/commands/run_simplify.h"
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <sys/stat.h>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -98,27 +100,79 @@ TEST(RunSimplify, LeavesTheTrailAloneIfTheRestCannotBePrinted)
   EXPECT_EQ(folder.count_files(), 0U);
 }
 
-TEST(RunSimplify, RefusesOneNameForBothFiles)
+void expect_one_output(const std::string& rest, const std::string& trail)
+{
+  const SubcommandRun run = simplify({"-", rest, trail});
+  EXPECT_EQ(run.status, commands::kFailed) << rest << ' ' << trail;
+  EXPECT_EQ(run.err,
+            "lumo: the rest and the trail would both go to " + trail + ", but two files were expected\n");
+}
+
+/// For its lifetime, relative names are those of a folder.
+class CurrentFolder
+{
+ public:
+  explicit CurrentFolder(const TemporaryFolder& folder) : before_(std::filesystem::current_path())
+  {
+    std::filesystem::current_path(folder.get_path());
+  }
+  CurrentFolder(const CurrentFolder&) = delete;
+  CurrentFolder& operator=(const CurrentFolder&) = delete;
+  ~CurrentFolder() { std::filesystem::current_path(before_); }
+
+ private:
+  std::filesystem::path before_;
+};
+
+TEST(RunSimplify, RefusesTwoNamesOfOneFile)
 {
   const TemporaryFolder folder;
-  const std::string file = folder.get_file("file");
-  const std::string same_file = folder.get_path().string() + "/./file";
-  const auto expect_refusal = [&](const SimplifyOptions& options) {
-    const SubcommandRun run = simplify(options);
-    EXPECT_EQ(run.status, commands::kFailed);
-    EXPECT_EQ(run.err,
-              "lumo: the rest and the trail would both go to " + file + ", but two files were expected\n");
+  const CurrentFolder current(folder);
+  std::filesystem::create_directory("folder");
+  std::filesystem::create_directory_symlink("folder", "other");
+  std::filesystem::create_symlink("folder/file", "link");
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"q", "q"},
+      {"q", "./q"},
+      {folder.get_file("q"), "q"},
+      {"folder/../q", folder.get_path().string() + "/./q"},
+      {"folder/file", "other/file"},
+      {"folder/file", "link"},
+      {"other/file", "link"},
   };
-  expect_refusal({"-", file, file});
-  expect_refusal({"-", same_file, file});
-  EXPECT_EQ(folder.count_files(), 0U);
-  folder.write("file", "old");
-  expect_refusal({"-", file, file});
-  expect_refusal({"-", same_file, file});
-  EXPECT_EQ(folder.read("file"), "old");
-  EXPECT_EQ(simplify({"-", "-", "-"}).err,
-            "lumo: the rest and the trail would both go to -, but two files were expected\n");
+  const std::size_t num_files = folder.count_files();
+  for (const auto& [rest, trail] : rows) {
+    expect_one_output(rest, trail);
+    expect_one_output(trail, rest);
+  }
+  EXPECT_EQ(folder.count_files(), num_files);
+  folder.write("q", "old");
+  folder.write("folder/file", "old");
+  for (const auto& [rest, trail] : rows)
+    expect_one_output(rest, trail);
+  EXPECT_EQ(folder.read("q"), "old");
+  EXPECT_EQ(folder.read("folder/file"), "old");
+}
+
+TEST(RunSimplify, RefusesOnePipeForBothFiles)
+{
+  const TemporaryFolder folder;
+  ASSERT_EQ(mkfifo(folder.get_file("pipe").c_str(), 0600), 0);
+  expect_one_output(folder.get_file("pipe"), folder.get_file("pipe"));
+  expect_one_output("-", "-");
+  expect_one_output("-", "/dev/stdout");
+  expect_one_output("/dev/fd/1", "-");
   EXPECT_EQ(simplify({"-", "/dev/null", "/dev/null"}).status, commands::kAnswered);
+}
+
+TEST(RunSimplify, ReplacesTwoNamesOfOneInodeBySeparateFiles)
+{
+  const TemporaryFolder folder;
+  folder.write("rest", "old");
+  std::filesystem::create_hard_link(folder.get_file("rest"), folder.get_file("trail"));
+  EXPECT_EQ(simplify({"-", folder.get_file("rest"), folder.get_file("trail")}).status, commands::kAnswered);
+  EXPECT_NE(folder.read("rest").find("(check-sat)"), std::string::npos);
+  EXPECT_NE(folder.read("trail").find("lumo-step"), std::string::npos);
 }
 
 TEST(RunSimplify, DoesNotWriteOverTheScript)
