@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <gmp.h>
 
 #include "lumo/cli/messages.h"
 #include "lumo/cli/options.h"
@@ -87,16 +88,39 @@ int run_guarded(int argc, char** argv)
   return kFailed;
 }
 
-bool is_done = false;
+// -----------------------------------------------------------------------------------------------------------
+// Memory that runs out where no exception can be thrown
 
-/// Called at the program's end. If `main` is not done, it was Z3's parser that called `exit`, without a word,
-/// because it got no memory.
-void explain_early_exit()
+/// Ends the program as a std::bad_alloc would.
+[[noreturn]] void end_without_memory()
 {
-  if (is_done) return;
   ProgressLine::stop_current();
   std::cerr << "lumo: there is not enough memory\n" << std::flush;
   _exit(kFailed);
+}
+
+// GMP would print a message of its own and abort.
+
+void* allocate(std::size_t size)
+{
+  void* block = std::malloc(size);
+  if (block == nullptr) end_without_memory();
+  return block;
+}
+
+void* reallocate(void* old_block, std::size_t, std::size_t size)
+{
+  void* block = std::realloc(old_block, size);
+  if (block == nullptr) end_without_memory();
+  return block;
+}
+
+bool is_done = false;
+
+/// Called at the program's end. If `main` is not done, Z3's parser has called `exit` because it got no memory.
+void explain_early_exit()
+{
+  if (!is_done) end_without_memory();
 }
 
 }  // namespace
@@ -104,6 +128,7 @@ void explain_early_exit()
 int main(int argc, char** argv)
 {
   std::ios::sync_with_stdio(false);
+  mp_set_memory_functions(allocate, reallocate, nullptr);
   if (std::atexit(explain_early_exit) != 0) return kFailed;
   const int status = run_guarded(argc, argv);
   is_done = true;

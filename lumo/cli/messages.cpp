@@ -33,6 +33,7 @@ std::string make_line(const std::string& sentence, const std::string& meant, con
 
 std::string explain_subcommand(const CLI::App& app, const std::string& word)
 {
+  if (word.empty()) return make_line("the name of the subcommand is empty", "", "");
   std::vector<std::string> names;
   for (const CLI::App* subcommand : list_subcommands(app))
     names.push_back(subcommand->get_name());

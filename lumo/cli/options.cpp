@@ -29,6 +29,32 @@ void add_script(CLI::App* subcommand, std::string& file)
       ->required();
 }
 
+std::string_view describe_value(ValueKind kind)
+{
+  switch (kind) {
+    case ValueKind::kScript:
+    case ValueKind::kFile:
+      return "the name of a file";
+    case ValueKind::kCommand:
+      return "a command";
+    case ValueKind::kNumber:
+      return "a number";
+  }
+  return {};  // GCOVR_EXCL_LINE: that was all of them
+}
+
+/// CLI11 takes an empty value as if the option were not given.
+void refuse_empty_values(const std::vector<const CLI::Option*>& options)
+{
+  for (const CLI::Option* option : options) {
+    const std::vector<std::string>& values = option->results();
+    if (!takes_value(*option) || std::find(values.begin(), values.end(), "") == values.end()) continue;
+    const std::string name = option->get_positional() ? option->get_name(true) : option->get_name();
+    throw CLI::ValidationError("the value of " + name + " is empty, but " +
+                               std::string(describe_value(get_value_kind(*option))) + " was expected");
+  }
+}
+
 std::string make_footer()
 {
   std::string footer = "Exit status:";
@@ -60,6 +86,15 @@ Options::Options()
   add_check();
   add_dot();
   add_invert();
+}
+
+void Options::parse(int argc, const char* const* argv)
+{
+  app_.parse(argc, argv);
+  for (const CLI::App* subcommand : app_.get_subcommands()) {
+    refuse_empty_values(list_arguments(*subcommand));
+    refuse_empty_values(list_options(*subcommand));
+  }
 }
 
 Subcommand Options::get_subcommand() const

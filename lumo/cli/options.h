@@ -48,8 +48,8 @@ class Options
   Options(const Options&) = delete;
   Options& operator=(const Options&) = delete;
 
-  /// Whatever CLI11 finds wrong, or is asked to print, is an exception of its own.
-  void parse(int argc, const char* const* argv) { app_.parse(argc, argv); }
+  /// Whatever CLI11 finds wrong, or is asked to print, is an exception of its own; so is an empty value.
+  void parse(int argc, const char* const* argv);
 
   [[nodiscard]] const CLI::App& get_app() const { return app_; }
   /// The subcommand that was given, after a parse that found nothing wrong.

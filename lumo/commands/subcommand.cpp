@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <istream>
+#include <new>
 #include <ostream>
 #include <system_error>
 
@@ -92,6 +93,7 @@ void write_output(std::ostream& out, const std::function<void(std::ostream&)>& p
 SubcommandFailure make_write_failure(const std::string& name, int reason)
 {
   if (reason == EPIPE) return SubcommandFailure("");
+  if (reason == ENOMEM) throw std::bad_alloc();
   return SubcommandFailure(
       name + ": this cannot be written: " + std::generic_category().message(reason != 0 ? reason : EIO));
 }

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <new>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -16,6 +17,7 @@ namespace {
 
 [[noreturn]] void refuse_unreadable(int reason)
 {
+  if (reason == ENOMEM) throw std::bad_alloc();
   throw Exception("this cannot be read: " + std::generic_category().message(reason));
 }
 

@@ -363,6 +363,67 @@ TEST(TooLittleMemory, IsToldInOneSentenceWhereverItRunsOut)
   }
   EXPECT_GT(num_failures, 3U);
 }
+
+TEST(TooLittleMemory, EndsEverySubcommandAlike)
+{
+  const TemporaryFolder folder;
+  folder.write("script", make_long_script());
+  folder.write("requests", make_long_requests());
+  ASSERT_EQ(run_shell("lumo simplify script -o rest --trail trail; lumo solve rest --model | sed 1d > model; "
+                      "lumo extend script --trail trail --model model > full",
+                      folder)
+                .status,
+            0);
+  for (const std::string command : {
+           "simplify script -o new-rest --trail new-trail",
+           "extend script --trail trail --model model",
+           "check script --model full",
+           "dot script",
+           "invert requests",
+       })
+  {
+    SCOPED_TRACE(command);
+    const std::size_t num_files = folder.count_files();
+    // With less than the smallest limit, the program does not even start.
+    std::size_t limit = 1000;  // KiB
+    constexpr std::size_t kStep = 1000;
+    while (run_shell(numbered("ulimit -v ", limit) + "; lumo --version", folder).status != 0)
+      limit += kStep;
+    std::size_t num_failures = 0;
+    for (;; limit += kStep) {
+      const Outcome outcome = run_shell(numbered("ulimit -v ", limit) + "; lumo " + command, folder);
+      if (outcome.status == 0) break;
+      ASSERT_EQ(outcome.status, 2) << limit;
+      ASSERT_EQ(outcome.err, "lumo: there is not enough memory\n") << limit;
+      EXPECT_EQ(folder.count_files(), num_files) << limit;
+      ++num_failures;
+    }
+    EXPECT_GT(num_failures, 0U);
+  }
+}
+
+/// An assertion over a bit-vector of many bits: most of its memory is GMP's.
+TEST(TooLittleMemory, ForNumbersIsToldInTheSameSentence)
+{
+  const TemporaryFolder folder;
+  const std::string script = "(declare-const x (_ BitVec 4000000))(assert (= (bvnot x) #x1" +
+                       std::string(999999, '0') + "))\n";
+  folder.write("requests", script);
+  std::size_t num_failures = 0;
+  std::size_t limit = 1000;  // KiB
+  constexpr std::size_t kStep = 700;
+  while (run_shell(numbered("ulimit -v ", limit) + "; lumo --version", folder).status != 0)
+    limit += kStep;
+  for (;; limit += kStep) {
+    const Outcome outcome =
+        run_shell(numbered("ulimit -v ", limit) + "; lumo invert requests > out", folder);
+    if (outcome.status == 0) break;
+    ASSERT_EQ(outcome.status, 2) << limit << ": " << outcome.err;
+    ASSERT_EQ(outcome.err, "lumo: there is not enough memory\n") << limit;
+    ++num_failures;
+  }
+  EXPECT_GT(num_failures, 0U);
+}
 #endif
 
 }  // namespace

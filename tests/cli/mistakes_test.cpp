@@ -41,7 +41,7 @@ TEST(Mistakes, InSubcommandsGetTheNearest)
           {{"simp"}, "lumo: simp is not a subcommand; perhaps simplify was meant" + help},
           {{"revert", "problem"}, "lumo: revert is not a subcommand; perhaps invert was meant" + help},
           {{"dance"}, "lumo: dance is not a subcommand" + help},
-          {{""}, "lumo:  is not a subcommand" + help},
+          {{""}, "lumo: the name of the subcommand is empty" + help},
           {{"a\nb"}, "lumo: a?b is not a subcommand" + help},
           {{"solv", "--modle"}, "lumo: solv is not a subcommand; perhaps solve was meant" + help},
       },
@@ -118,6 +118,29 @@ TEST(Mistakes, InValuesAreNamed)
           {{"solve", "problem", "--json=false"}, "lumo: --json takes no value" + help},
           {{"dot", "problem", "--after=2"}, "lumo: --after takes no value; see lumo dot --help"},
           {{"solve", "problem", "--model", "file"}, "lumo: file is one argument too many" + help},
+      },
+      folder);
+}
+
+TEST(Mistakes, OfEmptyValuesAreNamed)
+{
+  const TemporaryFolder folder;
+  folder.write("problem", "");
+  const std::string file = " is empty, but the name of a file was expected; see lumo ";
+  expect_messages(
+      {
+          {{"solve", ""}, "lumo: the value of FILE" + file + "solve --help"},
+          {{"solve", "problem", "--timeout", ""},
+           "lumo: the value of --timeout is empty, but a number was expected; see lumo solve --help"},
+          {{"solve", "problem", "--solver", ""},
+           "lumo: the value of --solver is empty, but a command was expected; see lumo solve --help"},
+          {{"simplify", "problem", "-o", ""}, "lumo: the value of --output" + file + "simplify --help"},
+          {{"simplify", "problem", "--trail", ""}, "lumo: the value of --trail" + file + "simplify --help"},
+          {{"extend", "problem", "--trail", "problem", "--model", ""},
+           "lumo: the value of --model" + file + "extend --help"},
+          {{"check", "problem", "--model", ""}, "lumo: the value of --model" + file + "check --help"},
+          {{"dot", ""}, "lumo: the value of FILE" + file + "dot --help"},
+          {{"invert", "problem", ""}, "lumo: the value of FILE" + file + "invert --help"},
       },
       folder);
 }
