@@ -23,7 +23,8 @@ std::streamsize DescriptorBuffer::xsputn(const char* text, std::streamsize size)
 {
   std::streamsize num_written = 0;
   while (num_written < size && error_ == 0) {
-    const ssize_t count = write(descriptor_, text + num_written, static_cast<std::size_t>(size - num_written));
+    const ssize_t count =
+        write(descriptor_, text + num_written, static_cast<std::size_t>(size - num_written));
     if (count >= 0) {
       num_written += count;
     } else if (errno != EINTR) {

@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "lumo/model/model_value.h"
 #include "lumo/smtlib/input_error.h"
-#include "lumo/solvers/answer.h"
 #include "lumo/terms/term_manager.h"
 
 namespace lumo::smtlib {

@@ -406,8 +406,8 @@ TEST(TooLittleMemory, EndsEverySubcommandAlike)
 TEST(TooLittleMemory, ForNumbersIsToldInTheSameSentence)
 {
   const TemporaryFolder folder;
-  const std::string script = "(declare-const x (_ BitVec 4000000))(assert (= (bvnot x) #x1" +
-                       std::string(999999, '0') + "))\n";
+  const std::string script =
+      "(declare-const x (_ BitVec 4000000))(assert (= (bvnot x) #x1" + std::string(999999, '0') + "))\n";
   folder.write("requests", script);
   std::size_t num_failures = 0;
   std::size_t limit = 1000;  // KiB
@@ -415,8 +415,7 @@ TEST(TooLittleMemory, ForNumbersIsToldInTheSameSentence)
   while (run_shell(numbered("ulimit -v ", limit) + "; lumo --version", folder).status != 0)
     limit += kStep;
   for (;; limit += kStep) {
-    const Outcome outcome =
-        run_shell(numbered("ulimit -v ", limit) + "; lumo invert requests > out", folder);
+    const Outcome outcome = run_shell(numbered("ulimit -v ", limit) + "; lumo invert requests > out", folder);
     if (outcome.status == 0) break;
     ASSERT_EQ(outcome.status, 2) << limit << ": " << outcome.err;
     ASSERT_EQ(outcome.err, "lumo: there is not enough memory\n") << limit;

@@ -6,7 +6,7 @@
 #include <unordered_set>
 
 #include "lumo/numbers/bvnumber.h"
-#include "lumo/smtlib/operators.h"
+#include "tests/support/derived_operators.h"
 #include "tests/support/gmp_number.h"
 #include "tests/support/make_operator.h"
 #include "tests/support/numbered.h"
@@ -202,11 +202,11 @@ class Generator
 
   const Term* make_derived(std::string_view name, unsigned long w)
   {
-    const smtlib::Operator& op = *smtlib::find_operator(name);
-    const std::size_t most = std::min(op.max_args, std::size_t{5});
+    const DerivedOperator& op = get_derived_operator(name);
+    const std::size_t most = op.takes_many ? 5 : 2;
     const std::size_t num_args = 2 + random_.index(1 + random_.index(most - 1));
     const std::vector<const Term*> args = make_arguments(std::vector<unsigned long>(num_args, w));
-    return op.build(mgr_, {}, args);
+    return op.build(mgr_, args);
   }
 
   std::vector<const Term*> make_arguments(const std::vector<unsigned long>& widths)
