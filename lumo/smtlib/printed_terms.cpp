@@ -1,11 +1,9 @@
 #include "lumo/smtlib/printed_terms.h"
 
 #include <algorithm>
-#include <string>
-#include <tuple>
+#include <cassert>
 
 #include "lumo/smtlib/input_error.h"
-#include "lumo/smtlib/symbol_text.h"
 #include "lumo/terms/exception.h"
 
 namespace lumo::smtlib {
@@ -14,102 +12,181 @@ namespace {
 
 constexpr std::uint16_t kMaxHeight = 1000;
 
+/// Whether SMT-LIB 2 applies the operator to many arguments, nested from the left.
+bool is_flat_kind(Kind kind)
+{
+  switch (kind) {
+    case Kind::kAnd:
+    case Kind::kOr:
+    case Kind::kBvAnd:
+    case Kind::kBvOr:
+    case Kind::kBvXor:
+    case Kind::kBvAdd:
+    case Kind::kBvMul:
+    case Kind::kBvConcat:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Whether a chain of applications goes on from an application to its first argument.
+bool continues_chain(const Term* t, const Term* first_arg)
+{
+  const Kind kind = t->get_symbol()->get_kind();
+  return kind == first_arg->get_symbol()->get_kind() && is_flat_kind(kind);
+}
+
+std::string get_excerpt(const Term* constant) { return make_excerpt(constant->get_symbol()->get_name()); }
+
 }  // namespace
 
-void PrintedTerms::define(const Term* constant, const Term* application)
+PrintedTerms::PrintedTerms(std::size_t num_ids, std::span<const Step> steps) : steps_(steps), codes_(num_ids)
 {
-  Node& node = make_node(constant);
-  if (node.definition != nullptr) {
-    throw Exception("two definitions of " + make_excerpt(constant->get_symbol()->get_name()) +
-                    " were found, but each constant may have one");
-  }
-  node.definition = application;
-}
-
-void PrintedTerms::add(const Term* root)
-{
-  open(root);
-  while (!visits_.empty()) {
-    Visit& visit = visits_.back();
-    if (visit.next < visit.body->get_num_args()) {
-      open(visit.body->get_arg(visit.next++));
-    } else {
-      close(visit.term);
+  assert(steps.size() < kOpen && "the number of a step fits its bits");
+  for (std::uint32_t i = 0; i < steps.size(); ++i) {
+    std::uint32_t& code = codes_[steps[i].constant->get_id()];
+    if (code != kUnknown) {
+      throw Exception("two definitions of " + get_excerpt(steps[i].constant) +
+                      " were found, but each constant may have one");
     }
+    code = kDefined | i;
   }
 }
 
-PrintedTerms::Node& PrintedTerms::make_node(const Term* t)
+/// What must be walked before an open term is closed.
+const Term* PrintedTerms::get_body(const Term* t) const
 {
-  const std::size_t id = t->get_id();
-  if (id >= nodes_.size()) nodes_.resize(std::max(id + 1, 2 * nodes_.size()));
-  return nodes_[id];
+  const std::uint32_t code = codes_[t->get_id()];
+  return (code & kDefined) == 0 ? t : steps_[code & ~(kDefined | kOpen)].application;
 }
 
-/// Begins the visit of a term, unless it is known already.
-void PrintedTerms::open(const Term* t)
+/// Whether the walk has now gone down to the term; what is known already and leaves need no walk.
+bool PrintedTerms::open_if_new(const Term* t)
 {
-  Node& node = make_node(t);
-  if (node.is_open) {
-    throw Exception("the definition of " + make_excerpt(t->get_symbol()->get_name()) +
+  std::uint32_t& code = codes_[t->get_id()];
+  if (code != kUnknown && (code & kDefined) == 0) return false;
+  if ((code & kDefined) != 0) {
+    open_definition(t, code);
+  } else if (t->get_num_args() == 0) {
+    note_leaf(t, code);
+    return false;
+  }
+  open_.push_back(t);
+  return true;
+}
+
+void PrintedTerms::open_definition(const Term* constant, std::uint32_t& code)
+{
+  if ((code & kOpen) != 0) {
+    throw Exception("the definition of " + get_excerpt(constant) +
                     " needs the constant itself, but definitions must not go round in circles");
   }
-  if (node.is_seen) return;
-  node.is_seen = true;
-  node.is_open = true;
-  const Symbol* symbol = t->get_symbol();
-  if (symbol->get_kind() == Kind::kConstant) {
-    node.is_quoted = make_symbol_text(symbol->get_name()).starts_with('|');
-    constants_.push_back(t);
-  }
-  visits_.push_back({t, node.definition == nullptr ? t : node.definition, 0});
+  code |= kOpen;
 }
 
-void PrintedTerms::close(const Term* t)
+void PrintedTerms::note_leaf(const Term* t, std::uint32_t& code)
 {
-  (*this)[t].is_open = false;
-  order_.push_back(t);
-  visits_.pop_back();
+  code = kLeaf;
+  const Symbol* symbol = t->get_symbol();
+  if (symbol->get_kind() != Kind::kConstant) return;
+  if (names_.note(symbol)) code = kQuotedLeaf;
+  constants_.push_back(t);
+}
+
+/// Goes down to the first argument that is not closed, if there is one.
+bool PrintedTerms::open_argument(const Term* body)
+{
+  for (std::size_t i = 0; i < body->get_num_args(); ++i) {
+    if (open_if_new(body->get_arg(i))) return true;
+  }
+  return false;
+}
+
+PrintedTerms::Slot PrintedTerms::close(const Term* t)
+{
+  std::uint32_t& code = codes_[t->get_id()];
+  Node node{};
+  if ((code & kDefined) != 0) {
+    node.is_step = true;
+    node.number = code & ~(kDefined | kOpen);
+    node.is_quoted = names_.note(t->get_symbol());
+  }
+  const auto slot = static_cast<Slot>(nodes_.size());
+  assert(slot < kDefined - kFirstSlot && "slots fit their bits");
+  code = slot + kFirstSlot;
+  terms_.push_back(t);
+  nodes_.push_back(node);
+  open_.pop_back();
+  return slot;
+}
+
+bool PrintedTerms::is_defined(const Term* constant) const
+{
+  const std::uint32_t code = codes_[constant->get_id()];
+  return (code & kDefined) != 0 || (code >= kFirstSlot && nodes_[code - kFirstSlot].is_step);
+}
+
+bool PrintedTerms::is_quoted(const Term* constant) const
+{
+  const std::uint32_t code = codes_[constant->get_id()];
+  return code >= kFirstSlot ? nodes_[code - kFirstSlot].is_quoted : code == kQuotedLeaf;
 }
 
 void PrintedTerms::choose_bindings()
 {
-  for (const Term* t : order_) {
-    Node& node = (*this)[t];
-    const Term* body = node.definition == nullptr ? t : node.definition;
-    for (std::size_t i = 0; i < body->get_num_args(); ++i) {
-      const Term* arg = body->get_arg(i);
-      const Node& used = (*this)[arg];
-      // Leaves, and among them constants that are defined, are printed as they are.
-      if (arg->get_num_args() == 0 || used.has_own_piece) continue;
-      if (used.height == kMaxHeight) bind(arg);
-      node.level = std::max(node.level, used.is_bound ? used.level + 1 : used.level);
-      if (!used.is_bound) node.height = std::max(node.height, used.height);
-    }
-    ++node.height;
-    if (t->get_num_args() != 0 && node.num_uses > 1 && !node.has_own_piece) bind(t);
-  }
-  std::stable_sort(bound_.begin(), bound_.end(), [this](const Term* lhs, const Term* rhs) {
-    const Node& a = (*this)[lhs];
-    const Node& b = (*this)[rhs];
-    return std::tie(a.piece, a.level) < std::tie(b.piece, b.level);
-  });
+  for (Slot slot = 0; slot < nodes_.size(); ++slot)
+    place(slot);
+  if (!std::is_sorted(bindings_.begin(), bindings_.end())) std::sort(bindings_.begin(), bindings_.end());
 }
 
-void PrintedTerms::bind(const Term* t)
+/// Decides how the arguments of a slot's body are printed, and whether the slot must be bound itself. What it needs
+/// was placed before.
+void PrintedTerms::place(Slot slot)
 {
-  Node& node = (*this)[t];
+  Node& node = nodes_[slot];
+  const Term* body = get_slot_body(slot);
+  std::uint32_t level = 0;
+  std::uint16_t height = 0;
+  for (std::size_t i = 0; i < body->get_num_args(); ++i) {
+    // Leaves, and among them constants that are defined, are printed as they are.
+    const Term* arg = body->get_arg(i);
+    if (arg->get_num_args() == 0) continue;
+    const Slot arg_slot = get_slot(arg);
+    Node& used = nodes_[arg_slot];
+    if (used.has_own_piece) continue;
+    // A step names the free arguments of its application, so that one keeps its form.
+    const bool is_inner = i == 0 && !node.is_step && continues_chain(body, arg) && used.num_uses == 1;
+    if (used.height == kMaxHeight && !is_inner) bind(arg_slot);
+    level = std::max(level, used.is_bound ? used.number + 1 : used.number);
+    if (is_inner) {
+      height = std::max<std::uint16_t>(height, used.height - 1);
+      used.is_inner = true;
+      used.number = slot;
+    } else if (!used.is_bound) {
+      height = std::max(height, used.height);
+    }
+  }
+  node.height = height + 1;
+  if (node.is_step) return;
+  node.number = level;
+  if (node.num_uses > 1 && !node.has_own_piece) bind(slot);
+}
+
+void PrintedTerms::bind(Slot slot)
+{
+  Node& node = nodes_[slot];
   if (node.is_bound) return;
   node.is_bound = true;
-  bound_.push_back(t);
+  bindings_.push_back({node.piece, node.number, slot});
 }
 
-std::span<const Term* const> PrintedTerms::take_bound(std::size_t piece)
+std::span<const PrintedTerms::Binding> PrintedTerms::take_bound(std::uint32_t piece)
 {
   const std::size_t first = num_taken_;
-  while (num_taken_ < bound_.size() && (*this)[bound_[num_taken_]].piece == piece)
+  while (num_taken_ < bindings_.size() && bindings_[num_taken_].piece == piece)
     ++num_taken_;
-  return std::span(bound_).subspan(first, num_taken_ - first);
+  return std::span(bindings_).subspan(first, num_taken_ - first);
 }
 
 }  // namespace lumo::smtlib

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "lumo/smtlib/conjuncts.h"
 #include "lumo/smtlib/printed_terms.h"
 #include "lumo/smtlib/term_printer.h"
 #include "lumo/smtlib/text_buffer.h"
@@ -14,105 +15,140 @@ namespace lumo::smtlib {
 namespace {
 
 using Terms = std::span<const Term* const>;
+using Slot = PrintedTerms::Slot;
 
-/// Sets of assertions that share something; a set's name is its first member.
+/// Sets of assertions that share an application; a set's name is its first member.
 class AssertionSets
 {
  public:
-  explicit AssertionSets(std::size_t num_assertions) : parents_(num_assertions)
-  {
-    std::iota(parents_.begin(), parents_.end(), std::size_t{0});
-  }
+  using Index = std::uint32_t;
 
-  [[nodiscard]] std::size_t find(std::size_t i)
+  explicit AssertionSets(std::size_t num_assertions) : num_assertions_(num_assertions) {}
+
+  /// Whether each assertion is a set of its own; most texts need no room for the sets.
+  [[nodiscard]] bool are_singletons() const { return parents_.empty(); }
+
+  [[nodiscard]] Index find(Index i)
   {
+    if (are_singletons()) return i;
     while (parents_[i] != i) {
       parents_[i] = parents_[parents_[i]];
       i = parents_[i];
     }
     return i;
   }
-  void unite(std::size_t i, std::size_t j)
+  void unite(Index i, Index j)
   {
+    if (are_singletons()) {
+      parents_.resize(num_assertions_);
+      std::iota(parents_.begin(), parents_.end(), Index{0});
+    }
     const auto [first, second] = std::minmax({find(i), find(j)});
     parents_[second] = first;
   }
+  /// For each assertion the next one of its set, or 0 for the last.
+  [[nodiscard]] std::vector<Index> make_links()
+  {
+    std::vector<Index> next(num_assertions_);
+    for (auto i = static_cast<Index>(num_assertions_); i-- > 0;) {
+      const Index first = find(i);
+      if (first == i) continue;
+      next[i] = next[first];
+      next[first] = i;
+    }
+    return next;
+  }
 
  private:
-  std::vector<std::size_t> parents_;
+  std::size_t num_assertions_;
+  std::vector<Index> parents_;
 };
 
-/// Counts one more use of a term, in the piece of one of the assertions.
-void note_use(PrintedTerms& terms, const Term* t, std::size_t piece, AssertionSets& sets)
+/// Counts one more use of a term in an assertion.
+void note_use(PrintedTerms& terms, const Term* t, std::uint32_t assertion, AssertionSets& sets)
 {
   if (t->get_num_args() == 0) return;
-  PrintedTerms::Node& node = terms[t];
-  if (node.num_uses == 0) {
-    node.piece = piece;
-  } else if (node.piece != piece) {
-    sets.unite(node.piece, piece);
-  }
+  PrintedTerms::Node& node = terms.get_node(terms.get_slot(t));
+  if (node.piece != assertion) sets.unite(node.piece, assertion);
   node.num_uses = node.num_uses == 0 ? 1 : 2;
 }
 
-/// Gives each application its piece, which is the set of the assertions that use it.
-AssertionSets choose_pieces(PrintedTerms& terms, Terms assertions)
+/// Takes the assertions; the piece of each application becomes the set of the assertions that use it.
+AssertionSets add_assertions(PrintedTerms& terms, Terms assertions)
 {
   AssertionSets sets(assertions.size());
-  for (std::size_t i = 0; i < assertions.size(); ++i)
+  for (std::uint32_t i = 0; i < assertions.size(); ++i) {
+    terms.add(assertions[i], [&](Slot slot) {
+      terms.get_node(slot).piece = i;
+      const Term* t = terms.get_term(slot);
+      for (std::size_t j = 0; j < t->get_num_args(); ++j)
+        note_use(terms, t->get_arg(j), i, sets);
+    });
     note_use(terms, assertions[i], i, sets);
-  const Terms order = terms.get_order();
-  for (std::size_t i = order.size(); i-- > 0;) {
-    for (std::size_t j = 0; j < order[i]->get_num_args(); ++j)
-      note_use(terms, order[i]->get_arg(j), terms[order[i]].piece, sets);
   }
-  for (const Term* t : order) {
-    PrintedTerms::Node& node = terms[t];
-    if (t->get_num_args() != 0) node.piece = sets.find(node.piece);
-  }
+  terms.finish_adding();
+  for (Slot slot = 0; !sets.are_singletons() && slot < terms.get_num_slots(); ++slot)
+    terms.get_node(slot).piece = sets.find(terms.get_node(slot).piece);
   return sets;
 }
 
-/// Prints one set of assertions, given by the places of its members.
-void print_set(TextBuffer& out, TermPrinter& writer, Terms assertions, std::span<const std::size_t> members)
+/// Constants that occur without being given, in the order of their making.
+void sort_constants(std::span<const Term*> constants)
+{
+  const auto is_older = [](const Term* lhs, const Term* rhs) { return lhs->get_id() < rhs->get_id(); };
+  if (!std::is_sorted(constants.begin(), constants.end(), is_older))
+    std::sort(constants.begin(), constants.end(), is_older);
+}
+
+/// Prints one set of assertions, of which the first is given.
+void print_set(TextBuffer& out, TermPrinter& writer, Terms assertions, std::uint32_t first,
+               const std::vector<std::uint32_t>& next)
 {
   out << "(assert";
-  const std::size_t num_layers = writer.open_lets(members.front());
-  if (members.size() > 1) out << "(and";
-  for (const std::size_t i : members) {
-    if (members.size() > 1) out << "\n  ";
+  const std::size_t num_layers = writer.open_lets(first);
+  const bool is_singleton = next.empty() || next[first] == 0;
+  if (!is_singleton) out << "(and";
+  std::uint32_t i = first;
+  do {
+    if (!is_singleton) out << "\n  ";
     writer.write(assertions[i]);
-  }
-  if (members.size() > 1) out << ')';
+    i = is_singleton ? 0 : next[i];
+  } while (i != 0);
+  if (!is_singleton) out << ')';
   out << std::string(num_layers, ')') << ")\n";
 }
 
 void print_assertions(TextBuffer& out, TermPrinter& writer, Terms assertions, AssertionSets& sets)
 {
-  std::vector<std::size_t> places(assertions.size());
-  std::iota(places.begin(), places.end(), std::size_t{0});
-  std::stable_sort(places.begin(), places.end(),
-                   [&sets](std::size_t i, std::size_t j) { return sets.find(i) < sets.find(j); });
-  for (std::size_t first = 0; first < places.size();) {
-    std::size_t last = first + 1;
-    while (last < places.size() && sets.find(places[last]) == places[first])
-      ++last;
-    print_set(out, writer, assertions, std::span(places).subspan(first, last - first));
-    first = last;
+  const std::vector<std::uint32_t> next =
+      sets.are_singletons() ? std::vector<std::uint32_t>() : sets.make_links();
+  for (std::uint32_t i = 0; i < assertions.size(); ++i) {
+    if (sets.find(i) == i) print_set(out, writer, assertions, i, next);
   }
+}
+
+std::size_t count_ids(Terms constants, Terms assertions)
+{
+  std::size_t num_ids = 0;
+  for (const Terms terms : {constants, assertions}) {
+    for (const Term* t : terms)
+      num_ids = std::max(num_ids, t->get_id() + 1);
+  }
+  return num_ids;
 }
 
 }  // namespace
 
 void print_script(std::ostream& out, Terms constants, Terms assertions, bool wants_model)
 {
-  PrintedTerms terms;
+  const std::vector<const Term*> conjuncts = list_conjuncts(assertions);
+  PrintedTerms terms(count_ids(constants, assertions));
   for (const Term* constant : constants)
-    terms.add(constant);
-  for (const Term* assertion : assertions)
-    terms.add(assertion);
-  AssertionSets sets = choose_pieces(terms, assertions);
+    terms.add(constant, [](Slot) {});
+  const std::size_t num_given = terms.get_constants().size();
+  AssertionSets sets = add_assertions(terms, conjuncts);
   terms.choose_bindings();
+  sort_constants(std::span(terms.get_constants()).subspan(num_given));
 
   TextBuffer buffer(out);
   TermPrinter writer(buffer, terms);
@@ -120,7 +156,7 @@ void print_script(std::ostream& out, Terms constants, Terms assertions, bool wan
   buffer << "(set-logic QF_BV)\n";
   for (const Term* constant : terms.get_constants())
     writer.write_declaration(constant);
-  print_assertions(buffer, writer, assertions, sets);
+  print_assertions(buffer, writer, conjuncts, sets);
   buffer << "(check-sat)\n";
   if (wants_model) buffer << "(get-model)\n";
   buffer.flush();

@@ -78,15 +78,17 @@ bool is_reserved_word(std::string_view word)
   return std::binary_search(kReservedWords.begin(), kReservedWords.end(), word);
 }
 
+bool needs_bars(std::string_view name)
+{
+  if (is_simple_symbol(name)) return false;
+  if (std::all_of(name.begin(), name.end(), is_quotable_character)) return true;
+  throw Exception("the name " + make_excerpt(name) +
+                  " contains a bar, a backslash or a control character, but SMT-LIB 2 has no symbol with one");
+}
+
 std::string make_symbol_text(std::string_view name)
 {
-  if (is_simple_symbol(name)) return std::string(name);
-  if (!std::all_of(name.begin(), name.end(), is_quotable_character)) {
-    throw Exception(
-        "the name " + make_excerpt(name) +
-        " contains a bar, a backslash or a control character, but SMT-LIB 2 has no symbol with one");
-  }
-  return "|" + std::string(name) + "|";
+  return needs_bars(name) ? "|" + std::string(name) + "|" : std::string(name);
 }
 
 }  // namespace lumo::smtlib

@@ -1,73 +1,62 @@
 #include "lumo/smtlib/term_printer.h"
 
-#include <algorithm>
-#include <span>
-#include <string_view>
+#include "lumo/smtlib/name_printer.h"
 
 namespace lumo::smtlib {
 
-namespace {
-
-/// An `s` and more exclamation marks than any of the names has behind an `s` at its front
-std::string make_prefix(std::span<const Term* const> constants)
-{
-  std::size_t most = 0;
-  for (const Term* constant : constants) {
-    const std::string_view name = constant->get_symbol()->get_name();
-    if (!name.starts_with('s')) continue;
-    const std::size_t last = std::min(name.find_first_not_of('!', 1), name.size());
-    most = std::max(most, last - 1);
-  }
-  std::string prefix = "s";
-  prefix.append(most + 1, '!');
-  return prefix;
-}
-
-}  // namespace
+using Slot = PrintedTerms::Slot;
 
 TermPrinter::TermPrinter(TextBuffer& out, PrintedTerms& terms)
-    : out_(out), terms_(terms), prefix_(make_prefix(terms.get_constants()))
+    : out_(out), terms_(terms), prefix_(terms.make_free_prefix())
 {}
 
 void TermPrinter::write_constant(const Term* constant)
 {
-  const std::string_view name = constant->get_symbol()->get_name();
-  if (terms_[constant].is_quoted) {
-    out_ << '|' << name << '|';
-  } else {
-    out_ << name;
+  const bool is_quoted = terms_.is_quoted(constant);
+  if (is_quoted) out_ << '|';
+  write_name(out_, constant->get_symbol());
+  if (is_quoted) out_ << '|';
+}
+
+void TermPrinter::write_sort(const DataType* sort)
+{
+  if (sort != last_sort_) {
+    last_sort_text_ = sort->to_string();
+    last_sort_ = sort;
   }
+  out_ << last_sort_text_;
 }
 
 void TermPrinter::write_declaration(const Term* constant)
 {
   out_ << "(declare-fun ";
   write_constant(constant);
-  out_ << " () " << constant->get_symbol()->get_output_type()->to_string() << ")\n";
+  out_ << " () ";
+  write_sort(constant->get_symbol()->get_output_type());
+  out_ << ")\n";
 }
 
-void TermPrinter::write_new_name(const Term* application)
+void TermPrinter::write_new_name(Slot application)
 {
-  PrintedTerms::Node& node = terms_[application];
-  node.name = ++num_names_;
-  write_name(node.name);
+  PrintedTerms::Node& node = terms_.get_node(application);
+  node.number = ++num_names_;
+  out_ << prefix_ << node.number;
 }
 
-std::size_t TermPrinter::open_lets(std::size_t piece)
+std::size_t TermPrinter::open_lets(std::uint32_t piece)
 {
   std::size_t num_layers = 0;
-  for (const Term* bound : terms_.take_bound(piece)) {
-    // Within a layer, no binding needs another one.
-    const bool is_new_layer = num_layers <= terms_[bound].level;
+  for (const PrintedTerms::Binding& binding : terms_.take_bound(piece)) {
+    const bool is_new_layer = num_layers <= binding.layer;
     if (!is_new_layer) {
       out_ << "\n      (";
     } else {
       out_ << (num_layers == 0 ? "\n(let ((" : ")\n(let ((");
       ++num_layers;
     }
-    write_new_name(bound);
+    write_new_name(binding.slot);
     out_ << ' ';
-    write_application(bound);
+    write_slot(binding.slot);
     out_ << ')';
   }
   out_ << (num_layers == 0 ? " " : ")\n");
@@ -77,26 +66,40 @@ std::size_t TermPrinter::open_lets(std::size_t piece)
 void TermPrinter::write(const Term* t)
 {
   write_leaf_or_open(t);
-  while (!visits_.empty()) {
-    Visit& visit = visits_.back();
-    if (visit.next == visit.application->get_num_args()) {
-      out_ << ')';
-      visits_.pop_back();
-    } else {
-      out_ << ' ';
-      write_leaf_or_open(visit.application->get_arg(visit.next++));
-    }
-  }
+  finish_open();
 }
 
 void TermPrinter::write_application(const Term* application)
 {
-  out_ << '(' << application->get_symbol()->get_name();
+  write_operator(application->get_symbol());
   for (std::size_t i = 0; i < application->get_num_args(); ++i) {
     out_ << ' ';
     write(application->get_arg(i));
   }
   out_ << ')';
+}
+
+void TermPrinter::write_slot(Slot slot)
+{
+  open(terms_.get_term(slot), slot);
+  finish_open();
+}
+
+void TermPrinter::finish_open()
+{
+  while (!visits_.empty()) {
+    Visit& visit = visits_.back();
+    if (visit.next < visit.application->get_num_args()) {
+      out_ << ' ';
+      write_leaf_or_open(visit.application->get_arg(visit.next++));
+    } else if (const PrintedTerms::Node& node = terms_.get_node(visit.slot); node.is_inner) {
+      // All of the next member's first argument is written.
+      visit = {terms_.get_term(node.number), node.number, 1};
+    } else {
+      out_ << ')';
+      visits_.pop_back();
+    }
+  }
 }
 
 void TermPrinter::write_leaf_or_open(const Term* t)
@@ -105,13 +108,31 @@ void TermPrinter::write_leaf_or_open(const Term* t)
   if (symbol->get_kind() == Kind::kConstant) {
     write_constant(t);
   } else if (t->get_num_args() == 0) {
-    out_ << symbol->get_name();
-  } else if (const std::uint32_t number = terms_[t].name; number != 0) {
-    write_name(number);
+    write_name(out_, symbol);
   } else {
-    out_ << '(' << symbol->get_name();
-    visits_.push_back({t, 0});
+    const Slot slot = terms_.get_slot(t);
+    const PrintedTerms::Node& node = terms_.get_node(slot);
+    if (node.is_bound || node.has_own_piece) {
+      out_ << prefix_ << node.number;
+    } else {
+      open(t, slot);
+    }
   }
+}
+
+/// Begins an application, or the chain of which it is the last member.
+void TermPrinter::open(const Term* t, Slot slot)
+{
+  write_operator(t->get_symbol());
+  for (;;) {
+    const Term* first = t->get_arg(0);
+    if (first->get_num_args() == 0) break;
+    const Slot first_slot = terms_.get_slot(first);
+    if (!terms_.get_node(first_slot).is_inner) break;
+    t = first;
+    slot = first_slot;
+  }
+  visits_.push_back({t, slot, 0});
 }
 
 }  // namespace lumo::smtlib

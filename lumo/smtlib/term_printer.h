@@ -19,31 +19,39 @@ class TermPrinter
   TermPrinter(TextBuffer& out, PrintedTerms& terms);
 
   void write_constant(const Term* constant);
+  void write_sort(const DataType* sort);
   void write_declaration(const Term* constant);
   /// Makes a name stand for an application from now on, and writes the name.
-  void write_new_name(const Term* application);
-  /// Writes the space before a piece and the `let`s at its front; answers how many parentheses must be closed
-  /// behind it. Pieces come in their order.
-  std::size_t open_lets(std::size_t piece);
+  void write_new_name(PrintedTerms::Slot application);
+  /// Writes the space before a piece and the `let`s at its front; returns how many parentheses must be closed
+  /// after it. Pieces come in their order.
+  std::size_t open_lets(std::uint32_t piece);
   /// Writes a term, by its name if it has one.
   void write(const Term* t);
   /// Writes an application as it is, its arguments by their names if they have some.
   void write_application(const Term* application);
+  /// Writes the application of a slot and not its name.
+  void write_slot(PrintedTerms::Slot slot);
 
  private:
   struct Visit
   {
     const Term* application;
-    std::size_t next;  ///< argument
+    PrintedTerms::Slot slot;
+    std::uint32_t next;  ///< argument
   };
 
-  void write_name(std::uint32_t number) { out_ << prefix_ << number; }
+  void write_operator(const Symbol* symbol) { out_ << '(' << *symbol->find_name(); }
   void write_leaf_or_open(const Term* t);
+  void open(const Term* t, PrintedTerms::Slot slot);
+  void finish_open();
 
   TextBuffer& out_;
   PrintedTerms& terms_;
   std::string prefix_;  ///< of the names that are made
   std::uint32_t num_names_ = 0;
+  const DataType* last_sort_ = nullptr;
+  std::string last_sort_text_;
   std::vector<Visit> visits_;
 };
 

@@ -5,8 +5,9 @@
 #include <charconv>
 #include <concepts>
 #include <cstddef>
+#include <cstring>
+#include <memory>
 #include <ostream>
-#include <string>
 #include <string_view>
 
 namespace lumo::smtlib {
@@ -16,17 +17,30 @@ namespace lumo::smtlib {
 class TextBuffer
 {
  public:
-  explicit TextBuffer(std::ostream& out) : out_(out) { text_.reserve(kFull); }
+  explicit TextBuffer(std::ostream& out) : out_(out), text_(std::make_unique_for_overwrite<char[]>(kSize)) {}
   TextBuffer(const TextBuffer&) = delete;
   TextBuffer& operator=(const TextBuffer&) = delete;
 
   TextBuffer& operator<<(std::string_view piece)
   {
-    if (text_.size() + piece.size() > kFull) flush();
-    text_ += piece;
+    if (piece.size() > kSize - size_) [[unlikely]] {
+      flush();
+      if (piece.size() > kSize) {
+        out_.write(piece.data(), static_cast<std::streamsize>(piece.size()));
+        return *this;
+      }
+    }
+    std::memcpy(text_.get() + size_, piece.data(), piece.size());
+    size_ += piece.size();
     return *this;
   }
-  TextBuffer& operator<<(char c) { return *this << std::string_view(&c, 1); }
+  TextBuffer& operator<<(char c)
+  {
+    if (size_ == kSize) [[unlikely]]
+      flush();
+    text_[size_++] = c;
+    return *this;
+  }
   template <std::unsigned_integral T>
   TextBuffer& operator<<(T number)
   {
@@ -37,15 +51,16 @@ class TextBuffer
 
   void flush()
   {
-    out_ << text_;
-    text_.clear();
+    out_.write(text_.get(), static_cast<std::streamsize>(size_));
+    size_ = 0;
   }
 
  private:
-  static constexpr std::size_t kFull = std::size_t{1} << 16U;
+  static constexpr std::size_t kSize = std::size_t{1} << 16U;
 
   std::ostream& out_;
-  std::string text_;
+  std::unique_ptr<char[]> text_;
+  std::size_t size_ = 0;
 };
 
 }  // namespace lumo::smtlib

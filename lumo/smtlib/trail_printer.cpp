@@ -2,6 +2,7 @@
 
 #include "lumo/smtlib/trail_printer.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,7 @@ namespace lumo::smtlib {
 namespace {
 
 using Terms = std::span<const Term* const>;
+using Slot = PrintedTerms::Slot;
 
 constexpr std::string_view kHeader =
     "; What lumo has eliminated from a script, in the order of elimination.\n"
@@ -30,31 +32,43 @@ constexpr std::string_view kHeader =
 
 std::string get_excerpt(const Term* constant) { return make_excerpt(constant->get_symbol()->get_name()); }
 
+std::size_t count_ids(Terms constants, const Trail& trail)
+{
+  std::size_t num_ids = 0;
+  const auto count = [&num_ids](const Term* t) { num_ids = std::max(num_ids, t->get_id() + 1); };
+  std::for_each(constants.begin(), constants.end(), count);
+  std::for_each(trail.facts.begin(), trail.facts.end(), count);
+  for (const Step& step : trail.steps) {
+    count(step.constant);
+    count(step.application);
+  }
+  return num_ids;
+}
+
 /// Takes the trail's terms, the declared constants first; definitions come before what needs them.
 void add_terms(PrintedTerms& terms, Terms constants, const Trail& trail)
 {
-  for (const Step& step : trail.steps)
-    terms.define(step.constant, step.application);
+  const auto ignore = [](Slot) {};
   for (const Term* constant : constants) {
-    terms.add(constant);
-    if (terms[constant].definition != nullptr) {
+    if (terms.is_defined(constant)) {
       throw Exception("the constant " + get_excerpt(constant) +
                       " is the fresh constant of a step, but the script declares it");
     }
+    terms.add(constant, ignore);
   }
   const std::size_t num_declared = terms.get_constants().size();
   for (const Step& step : trail.steps)
-    terms.add(step.constant);
+    terms.add(step.constant, ignore);
   for (const Term* fact : trail.facts)
-    terms.add(fact);
-  for (const Term* constant : terms.get_constants().subspan(num_declared)) {
-    if (terms[constant].definition != nullptr) continue;
-    throw Exception("the trail contains the constant " + get_excerpt(constant) +
+    terms.add(fact, ignore);
+  if (terms.get_constants().size() != num_declared) {
+    throw Exception("the trail contains the constant " + get_excerpt(terms.get_constants()[num_declared]) +
                     ", but the script does not declare it, and no step introduces it");
   }
+  terms.finish_adding();
 }
 
-void note_use(PrintedTerms::Node& node, std::size_t piece)
+void note_use(PrintedTerms::Node& node, std::uint32_t piece)
 {
   if (node.num_uses == 0) {
     node.piece = piece;
@@ -64,73 +78,79 @@ void note_use(PrintedTerms::Node& node, std::size_t piece)
   node.num_uses = node.num_uses == 0 ? 1 : 2;
 }
 
-/// Gives each application its piece. A piece is a definition; its name is the place in their order of what
-/// it defines: a fresh constant, or an application that stands in several pieces.
+/// Gives each slot its piece. A piece is a definition; its name is the slot of what it defines: a fresh constant, or
+/// an application that stands in several pieces.
 void choose_pieces(PrintedTerms& terms)
 {
-  const Terms order = terms.get_order();
-  for (std::size_t place = order.size(); place-- > 0;) {
-    const Term* t = order[place];
-    PrintedTerms::Node& node = terms[t];
-    if (node.definition != nullptr || node.has_own_piece) node.piece = place;
-    const Term* body = node.definition == nullptr ? t : node.definition;
+  for (auto slot = static_cast<Slot>(terms.get_num_slots()); slot-- > 0;) {
+    PrintedTerms::Node& node = terms.get_node(slot);
+    if (node.is_step || node.has_own_piece) node.piece = slot;
+    const Term* body = terms.get_slot_body(slot);
     for (std::size_t i = 0; i < body->get_num_args(); ++i) {
       const Term* arg = body->get_arg(i);
-      if (arg->get_num_args() != 0) note_use(terms[arg], node.piece);
+      if (arg->get_num_args() != 0) note_use(terms.get_node(terms.get_slot(arg)), node.piece);
     }
   }
 }
 
 /// Prints the definition of a fresh constant or of an application that several definitions contain.
-void print_piece(TextBuffer& out, TermPrinter& writer, const Term* t, const PrintedTerms::Node& node)
+void print_piece(TextBuffer& out, TermPrinter& writer, PrintedTerms& terms, Slot slot)
 {
-  const bool is_step = node.definition != nullptr;
+  const PrintedTerms::Node& node = terms.get_node(slot);
+  const Term* t = terms.get_term(slot);
   out << "(define-fun ";
-  if (is_step) {
+  if (node.is_step) {
     writer.write_constant(t);
   } else {
-    writer.write_new_name(t);
+    writer.write_new_name(slot);
   }
-  out << " () " << t->get_symbol()->get_output_type()->to_string();
-  const std::size_t num_layers = writer.open_lets(node.piece);
-  writer.write_application(is_step ? node.definition : t);
+  out << " () ";
+  writer.write_sort(t->get_symbol()->get_output_type());
+  const std::size_t num_layers = writer.open_lets(slot);
+  if (node.is_step) {
+    writer.write_application(terms.get_slot_body(slot));
+  } else {
+    writer.write_slot(slot);
+  }
   out << std::string(num_layers, ')') << ")\n";
 }
 
-/// Appends a symbol to the content of a string, in which a quotation mark is written twice.
-void append_symbol(std::string& content, const Term* constant, bool is_quoted)
+/// Writes a symbol within a string, where a quotation mark is written twice.
+void write_in_string(TextBuffer& out, TermPrinter& writer, const Term* constant)
 {
-  if (is_quoted) content += '|';
-  for (const char c : constant->get_symbol()->get_name())
-    content.append(c == '"' ? 2 : 1, c);
-  if (is_quoted) content += '|';
+  const std::string* name = constant->get_symbol()->find_name();
+  if (name == nullptr || name->find('"') == std::string::npos) {
+    writer.write_constant(constant);
+    return;
+  }
+  out << '|';
+  for (const char c : *name)
+    out << (c == '"' ? "\"\"" : std::string_view(&c, 1));
+  out << '|';
 }
 
-void print_step(TextBuffer& out, PrintedTerms& terms, const Step& step)
+void print_step(TextBuffer& out, TermPrinter& writer, const Step& step)
 {
-  std::string content;
-  append_symbol(content, step.constant, terms[step.constant].is_quoted);
+  out << "(set-info :lumo-step \"";
+  write_in_string(out, writer, step.constant);
   for (std::size_t i = 0; i < step.application->get_num_args(); ++i) {
     if (!step.free[i]) continue;
-    const Term* arg = step.application->get_arg(i);
-    content += ' ';
-    append_symbol(content, arg, terms[arg].is_quoted);
+    out << ' ';
+    write_in_string(out, writer, step.application->get_arg(i));
   }
-  out << "(set-info :lumo-step \"" << content << "\")\n";
+  out << "\")\n";
 }
 
 void print_steps(TextBuffer& out, TermPrinter& writer, PrintedTerms& terms, const Trail& trail)
 {
-  const Terms order = terms.get_order();
-  std::size_t place = 0;
+  Slot slot = 0;
   for (const Step& step : trail.steps) {
-    // What stands before the step's constant in the order and was not printed yet is what the step needs.
-    for (; !terms[step.constant].is_printed; ++place) {
-      PrintedTerms::Node& node = terms[order[place]];
-      node.is_printed = true;
-      if (node.definition != nullptr || node.has_own_piece) print_piece(out, writer, order[place], node);
+    // What has a smaller slot than the step's constant and is not printed yet is what the step needs.
+    for (; slot <= terms.get_slot(step.constant); ++slot) {
+      const PrintedTerms::Node& node = terms.get_node(slot);
+      if (node.is_step || node.has_own_piece) print_piece(out, writer, terms, slot);
     }
-    print_step(out, terms, step);
+    print_step(out, writer, step);
   }
 }
 
@@ -138,7 +158,7 @@ void print_steps(TextBuffer& out, TermPrinter& writer, PrintedTerms& terms, cons
 
 void print_trail(std::ostream& out, Terms constants, const Trail& trail)
 {
-  PrintedTerms terms;
+  PrintedTerms terms(count_ids(constants, trail), trail.steps);
   add_terms(terms, constants, trail);
   choose_pieces(terms);
   terms.choose_bindings();
@@ -146,9 +166,8 @@ void print_trail(std::ostream& out, Terms constants, const Trail& trail)
   TextBuffer buffer(out);
   TermPrinter writer(buffer, terms);
   buffer << kHeader << "(set-logic QF_BV)\n";
-  for (const Term* constant : terms.get_constants()) {
-    if (terms[constant].definition == nullptr) writer.write_declaration(constant);
-  }
+  for (const Term* constant : terms.get_constants())
+    writer.write_declaration(constant);
   print_steps(buffer, writer, terms, trail);
   for (const Term* fact : trail.facts) {
     buffer << "(assert ";

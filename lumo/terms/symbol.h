@@ -33,6 +33,11 @@ class Symbol
       name_ = make_name();
     return *name_;
   }
+  /// The name if it was given or is made already. Null for a numeral and for a fresh constant whose names nobody has
+  /// asked for, so that a text of many names can be written without keeping them.
+  [[nodiscard]] const std::string* find_name() const { return name_.get(); }
+  /// A copy of the name; the name of a numeral is not kept.
+  [[nodiscard]] std::string copy_name() const { return name_ != nullptr ? *name_ : *make_name(); }
   /// The sort of the symbol's applications.
   [[nodiscard]] const DataType* get_output_type() const { return output_type_; }
   [[nodiscard]] Kind get_kind() const { return kind_; }
@@ -66,6 +71,8 @@ class FreshSymbol : public Symbol
       : Symbol(Kind::kConstant, output_type, nullptr), prefix_(prefix), number_(number)
   {}
   [[nodiscard]] std::string make_name() const { return *prefix_ + "!" + std::to_string(number_); }
+  [[nodiscard]] const std::string& get_prefix() const { return *prefix_; }
+  [[nodiscard]] std::size_t get_number() const { return number_; }
 
  private:
   const std::string* prefix_;

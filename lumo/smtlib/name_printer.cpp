@@ -1,0 +1,71 @@
+#include "lumo/smtlib/name_printer.h"
+
+#include <algorithm>
+#include <array>
+
+#include "lumo/smtlib/symbol_text.h"
+
+namespace lumo::smtlib {
+
+namespace {
+
+/// The literal of a number below 2^64, with all digits that its width has.
+void write_digits(TextBuffer& out, unsigned long number, unsigned long width)
+{
+  const unsigned num_bits = width % 4 == 0 ? 4 : 1;  // of a digit
+  const unsigned long num_digits = width / num_bits;
+  std::array<char, 64> digits;
+  for (unsigned long i = num_digits; i-- > 0; number >>= num_bits)
+    digits[i] = "0123456789abcdef"[number & ((1U << num_bits) - 1)];
+  out << (num_bits == 4 ? "#x" : "#b") << std::string_view(digits.data(), num_digits);
+}
+
+void write_numeral(TextBuffer& out, const Symbol* symbol)
+{
+  const DataType* sort = symbol->get_output_type();
+  long number = 0;
+  constexpr unsigned long kWordWidth = 64;
+  if (sort->get_width() <= kWordWidth && sort->get_manager()->find_number(symbol)->get_word(number)) {
+    write_digits(out, static_cast<unsigned long>(number), sort->get_width());
+  } else {
+    out << symbol->copy_name();
+  }
+}
+
+}  // namespace
+
+void write_name(TextBuffer& out, const Symbol* symbol)
+{
+  if (const std::string* name = symbol->find_name(); name != nullptr) {
+    out << *name;
+  } else if (symbol->get_kind() == Kind::kNumeral) {
+    write_numeral(out, symbol);
+  } else {
+    // Only fresh constants are constants without a name.
+    const FreshSymbol& fresh = *static_cast<const FreshSymbol*>(symbol);
+    out << fresh.get_prefix() << '!' << fresh.get_number();
+  }
+}
+
+bool ConstantNames::note(const Symbol* constant)
+{
+  if (const std::string* name = constant->find_name(); name != nullptr) return note(*name);
+  const std::string& prefix = static_cast<const FreshSymbol*>(constant)->get_prefix();
+  if (&prefix != prefix_) {
+    // Which digits end a name changes nothing.
+    prefix_needs_bars_ = note(prefix + "!0");
+    prefix_ = &prefix;
+  }
+  return prefix_needs_bars_;
+}
+
+bool ConstantNames::note(std::string_view name)
+{
+  if (name.starts_with('s')) {
+    const std::size_t last = std::min(name.find_first_not_of('!', 1), name.size());
+    most_marks_ = std::max(most_marks_, last - 1);
+  }
+  return needs_bars(name);
+}
+
+}  // namespace lumo::smtlib

@@ -1,0 +1,36 @@
+#ifndef LUMO_SMTLIB_NAME_PRINTER_H
+#define LUMO_SMTLIB_NAME_PRINTER_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "lumo/smtlib/text_buffer.h"
+#include "lumo/terms/term_manager.h"
+
+namespace lumo::smtlib {
+
+/// Writes `get_name()` of a symbol without making the symbol keep it, which takes more time and memory than all the
+/// rest of a numeral or of a fresh constant.
+void write_name(TextBuffer& out, const Symbol* symbol);
+
+/// What the names of a text's constants are like.
+class ConstantNames
+{
+ public:
+  /// Takes one more name; whether it needs bars around it. A name that SMT-LIB 2 cannot spell is an `Exception`.
+  bool note(const Symbol* constant);
+  /// An `s` and more exclamation marks than any of the names has after an `s` at its front.
+  [[nodiscard]] std::string make_free_prefix() const { return 's' + std::string(most_marks_ + 1, '!'); }
+
+ private:
+  bool note(std::string_view name);
+
+  std::size_t most_marks_ = 0;
+  const std::string* prefix_ = nullptr;  ///< of the last fresh constant; most have the same
+  bool prefix_needs_bars_ = false;
+};
+
+}  // namespace lumo::smtlib
+
+#endif
