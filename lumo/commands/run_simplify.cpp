@@ -14,7 +14,6 @@
 #include "lumo/elimination/eliminate.h"
 #include "lumo/smtlib/script_printer.h"
 #include "lumo/smtlib/trail_printer.h"
-#include "lumo/terms/term_walk.h"
 
 namespace lumo::commands {
 
@@ -102,9 +101,7 @@ int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream&
         smtlib::print_trail(stream, input->script.constants, elimination.trail);
       });
     }
-    rest_output.write(out, [&](std::ostream& stream) {
-      smtlib::print_script(stream, collect_constants(rest), rest, true);
-    });
+    rest_output.write(out, [&](std::ostream& stream) { smtlib::print_script(stream, {}, rest, true); });
 
     if (trail_output) trail_output->commit();
     rest_output.commit();

@@ -32,6 +32,20 @@ void write_numeral(TextBuffer& out, const Symbol* symbol)
   }
 }
 
+/// Whether a name consists of letters, digits and a few signs, has a digit and does not begin with one: most names are
+/// like this, and no such name needs bars or is a reserved word.
+bool is_plain(std::string_view name)
+{
+  bool has_digit = false;
+  for (const char c : name) {
+    const bool is_digit = c >= '0' && c <= '9';
+    const bool is_letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    if (!is_digit && !is_letter && c != '_' && c != '!' && c != '.') return false;
+    has_digit = has_digit || is_digit;
+  }
+  return has_digit && (name.front() < '0' || name.front() > '9');
+}
+
 }  // namespace
 
 void write_name(TextBuffer& out, const Symbol* symbol)
@@ -65,7 +79,7 @@ bool ConstantNames::note(std::string_view name)
     const std::size_t last = std::min(name.find_first_not_of('!', 1), name.size());
     most_marks_ = std::max(most_marks_, last - 1);
   }
-  return needs_bars(name);
+  return !is_plain(name) && needs_bars(name);
 }
 
 }  // namespace lumo::smtlib
