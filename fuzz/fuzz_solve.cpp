@@ -43,7 +43,8 @@ class Run
     commands::SolveMethod method;
     method.seconds = kMilliseconds / 1000.0;
     commands::Statistics statistics;
-    const solvers::Solution solution = commands::solve_script(mgr_, script, method, statistics);
+    commands::PhaseClock clock;
+    const solvers::Solution solution = commands::solve_script(mgr_, script, method, statistics, clock);
     if (solution.answer == solvers::Answer::kSat) check_model(solution.model);
     if (solution.answer == solvers::Answer::kUnsat) check_unsat();
   }

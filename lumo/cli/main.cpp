@@ -1,12 +1,10 @@
 // The lumo program: options in, exit status out. What it does is in the library.
 
-#include <cerrno>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <string>
-#include <system_error>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -16,6 +14,7 @@
 #include "lumo/cli/options.h"
 #include "lumo/cli/progress_line.h"
 #include "lumo/commands/run_invert.h"
+#include "lumo/commands/subcommand.h"
 
 namespace {
 
@@ -27,16 +26,13 @@ using lumo::commands::kFailed;
 /// Prints a text that was asked for.
 int print(const std::string& text)
 {
-  errno = 0;
-  std::cout << text << std::flush;
-  if (std::cout) return 0;
-  if (errno != EPIPE) {
-    std::cerr << "<stdout>: this cannot be written: " << std::generic_category().message(errno) << '\n';
-  }
-  return kFailed;
+  return lumo::commands::run_subcommand(std::cerr, [&] {
+    lumo::commands::write_output(std::cout, [&](std::ostream& out) { out << text; });
+    return lumo::commands::kAnswered;
+  });
 }
 
-/// Runs the command that was given and returns its exit status.
+/// Runs the subcommand that was given and returns its exit status.
 int run_subcommand(const Options& options)
 {
   const lumo::cli::Values& values = options.get_values();

@@ -16,7 +16,7 @@ namespace lumo::cli {
 
 namespace {
 
-using commands::Activity;
+using commands::Phase;
 
 constexpr std::chrono::seconds kFirstPause(1);
 constexpr std::chrono::milliseconds kPause(200);
@@ -146,12 +146,12 @@ ProgressLine::ProgressLine()
 
 ProgressLine::~ProgressLine() { stop(); }
 
-void ProgressLine::enter(Activity activity, std::size_t num_terms)
+void ProgressLine::enter(Phase phase, std::size_t num_terms)
 {
   const std::lock_guard lock(mutex_);
-  if (activity != activity_) activity_start_ = Clock::now();
-  if (activity_ == Activity::kWaiting) start_ = activity_start_;
-  activity_ = activity;
+  if (phase != phase_) phase_start_ = Clock::now();
+  if (phase_ == Phase::kWait) start_ = phase_start_;
+  phase_ = phase;
   num_terms_ = num_terms;
   if (!is_visible()) erase();
 }
@@ -206,14 +206,14 @@ void ProgressLine::erase()
 
 bool ProgressLine::is_visible() const
 {
-  return activity_ != Activity::kWaiting && (activity_ != Activity::kPrinting || prints_to_file());
+  return phase_ != Phase::kWait && (phase_ != Phase::kPrint || prints_to_file());
 }
 
 std::string ProgressLine::make_text() const
 {
-  const std::chrono::duration<double> seconds = Clock::now() - activity_start_;
+  const std::chrono::duration<double> seconds = Clock::now() - phase_start_;
   // In the last column, a terminal may go on to the next line.
-  return make_progress_text(activity_, num_terms_, seconds.count()).substr(0, get_num_columns() - 1);
+  return make_progress_text(phase_, num_terms_, seconds.count()).substr(0, get_num_columns() - 1);
 }
 
 // -----------------------------------------------------------------------------------------------------------

@@ -18,8 +18,8 @@ namespace lumo::cli {
 /// for a moment; a thread of its own writes it anew a few times a second. If standard error is no terminal, or one
 /// that cannot erase, there is neither line nor thread.
 ///
-/// While it may be on the screen, nobody else writes there: the line goes away, for good, with `stop`, with the
-/// object, and with a signal that ends the program; and for as long as the command waits for standard input, or
+/// While it may be on the screen, nothing else writes there: the line goes away, for good, with `stop`, with the
+/// object, and with a signal that ends the program; and for as long as the subcommand waits for standard input, or
 /// prints to where somebody may see it come.
 ///
 /// There is one at a time, used by the main thread.
@@ -29,7 +29,7 @@ class ProgressLine : public commands::Progress
   ProgressLine();
   ~ProgressLine() override;
 
-  void enter(commands::Activity activity, std::size_t num_terms) override;
+  void enter(commands::Phase phase, std::size_t num_terms) override;
   /// Ends the line and the thread.
   void stop();
   /// The same for the line that there is, if any, where the object cannot be reached.
@@ -44,13 +44,13 @@ class ProgressLine : public commands::Progress
   [[nodiscard]] bool is_visible() const;
   [[nodiscard]] std::string make_text() const;
 
-  std::mutex mutex_;  ///< for what follows, save the thread
+  std::mutex mutex_;  ///< for what follows, except the thread
   std::condition_variable wake_;
   bool is_stopped_ = false;
-  commands::Activity activity_ = commands::Activity::kWaiting;
+  commands::Phase phase_ = commands::Phase::kWait;
   std::size_t num_terms_ = 0;
-  Clock::time_point start_ = Clock::now();           ///< of the work since the program waited last
-  Clock::time_point activity_start_ = Clock::now();  ///< of the activity
+  Clock::time_point start_ = Clock::now();        ///< of the work since the program waited last
+  Clock::time_point phase_start_ = Clock::now();  ///< of the phase
   std::thread thread_;
 };
 

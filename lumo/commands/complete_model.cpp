@@ -1,5 +1,6 @@
 #include "lumo/commands/complete_model.h"
 
+#include "lumo/commands/subcommand.h"
 #include "lumo/elimination/extend.h"
 
 namespace lumo::commands {
@@ -35,23 +36,29 @@ void check_model(TermManager& mgr, const smtlib::Script& script, const Eliminati
 
 std::vector<ModelValue> complete_model(TermManager& mgr, const smtlib::Script& script,
                                        const Elimination& elimination, std::span<const ModelValue> values,
-                                       Statistics& statistics, Progress* progress)
+                                       PhaseClock& clock)
 {
-  enter(progress, Activity::kExtending, mgr.get_num_terms());
+  clock.enter(Phase::kExtend, mgr.get_num_terms());
   ModelStore model(&mgr);
-  {
-    const PhaseTimer timer(statistics, Phase::kExtend);
-    define_values(model, values);
-    extend_model(mgr, elimination.trail, model);
-  }
-  enter(progress, Activity::kChecking, mgr.get_num_terms());
-  const PhaseTimer timer(statistics, Phase::kCheck);
+  define_values(model, values);
+  extend_model(mgr, elimination.trail, model);
+
+  clock.enter(Phase::kCheck, mgr.get_num_terms());
   check_model(mgr, script, elimination, model);
   std::vector<ModelValue> completed;
   completed.reserve(script.constants.size());
   for (const Term* constant : script.constants)
     completed.push_back({constant, model.get_value(constant)});
+  clock.leave();
   return completed;
+}
+
+void throw_check_failure(const std::string& name, const CheckFailure& failure, const std::string& consequence)
+{
+  const std::string sentence = make_sentence(failure) + consequence;
+  const std::optional<smtlib::Place> place = failure.get_place();
+  throw SubcommandFailure(
+      place ? smtlib::make_located_message(name, *place, sentence) : name + ": " + sentence, kCheckFailed);
 }
 
 }  // namespace lumo::commands

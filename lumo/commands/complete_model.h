@@ -6,12 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "lumo/commands/progress.h"
-#include "lumo/commands/statistics.h"
+#include "lumo/commands/phase_clock.h"
 #include "lumo/elimination/eliminate.h"
 #include "lumo/model/model_value.h"
 #include "lumo/smtlib/script_reader.h"
-#include "lumo/solvers/answer.h"
 #include "lumo/terms/term_manager.h"
 
 namespace lumo::commands {
@@ -34,12 +32,15 @@ class CheckFailure : public Exception
 /// Makes a model of a script from values of the constants that an elimination has left: extends it and checks it.
 ///
 /// The result has a value for each constant of the script, in the order of their declaration, and every assertion
-/// is true under them; else it is a CheckFailure, which also tells whether what is left was true. The statistics
-/// get the times that it took.
+/// is true under them; else it is a CheckFailure, which also tells whether what is left was true.
 [[nodiscard]] std::vector<ModelValue> complete_model(TermManager& mgr, const smtlib::Script& script,
                                                      const Elimination& elimination,
-                                                     std::span<const ModelValue> values,
-                                                     Statistics& statistics, Progress* progress = nullptr);
+                                                     std::span<const ModelValue> values, PhaseClock& clock);
+
+/// Ends a subcommand since a model of the script of that name failed, with the status kCheckFailed. The consequence
+/// ends the sentence.
+[[noreturn]] void throw_check_failure(const std::string& name, const CheckFailure& failure,
+                                      const std::string& consequence);
 
 }  // namespace lumo::commands
 

@@ -6,12 +6,10 @@
 namespace lumo::commands {
 
 std::vector<ModelValue> read_model_file(TermManager& mgr, std::span<const Term* const> constants,
-                                        const std::string& file, std::istream& in, Progress* progress)
+                                        const std::string& file, std::istream& in, PhaseClock& clock)
 {
-  const std::string text = read_input_text(file, in, progress);
-  std::vector<ModelValue> model;
-  with_located_failures(make_input_name(file), [&] { model = smtlib::read_model(mgr, constants, text); });
-  return model;
+  return read_located(file, in, clock,
+                      [&](const std::string& text) { return smtlib::read_model(mgr, constants, text); });
 }
 
 }  // namespace lumo::commands

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "lumo/commands/progress.h"
-#include "lumo/solvers/answer.h"
+#include "lumo/commands/phase_clock.h"
+#include "lumo/model/model_value.h"
 #include "lumo/terms/term_manager.h"
 
 namespace lumo::commands {
@@ -17,7 +17,7 @@ namespace lumo::commands {
 [[nodiscard]] std::vector<ModelValue> read_model_file(TermManager& mgr,
                                                       std::span<const Term* const> constants,
                                                       const std::string& file, std::istream& in,
-                                                      Progress* progress = nullptr);
+                                                      PhaseClock& clock);
 
 }  // namespace lumo::commands
 

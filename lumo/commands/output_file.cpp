@@ -75,6 +75,6 @@ void OutputFile::discard()
   if (!temporary_.empty()) std::filesystem::remove(temporary_, ignored);
 }
 
-void OutputFile::fail(int reason) const { throw make_write_failure(name_, reason); }
+void OutputFile::fail(int reason) const { throw_write_failure(name_, reason); }
 
 }  // namespace lumo::commands

@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 
 [[noreturn]] void fail(const std::string& name, int reason)
 {
-  throw make_write_failure(make_input_name(name), reason);
+  throw_write_failure(make_input_name(name), reason);
 }
 
 /// The number of the descriptor that a path stands for, if it is in the system's folder of this process's descriptors.

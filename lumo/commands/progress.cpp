@@ -9,7 +9,8 @@ namespace lumo::commands {
 
 namespace {
 
-constexpr std::array<std::string_view, 8> kActivityNames = {
+/// By phase
+constexpr std::array<std::string_view, kNumPhases> kWords = {
     "waiting", "reading", "eliminating", "solving", "extending", "checking", "printing", "writing"};
 
 /// In groups of three digits
@@ -25,10 +26,10 @@ std::string make_count_text(std::size_t count)
 
 }  // namespace
 
-std::string make_progress_text(Activity activity, std::size_t num_terms, double seconds)
+std::string make_progress_text(Phase phase, std::size_t num_terms, double seconds)
 {
   std::ostringstream text;
-  text << kActivityNames[static_cast<std::size_t>(activity)] << ": ";
+  text << kWords[static_cast<std::size_t>(phase)] << ": ";
   if (num_terms != 0) text << make_count_text(num_terms) << (num_terms == 1 ? " term, " : " terms, ");
   text << std::fixed << std::setprecision(1) << seconds << " s";
   return std::move(text).str();

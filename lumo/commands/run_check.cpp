@@ -44,24 +44,26 @@ void print_values(std::ostream& err, const Term* assertion, ModelStore& model,
 int run_check(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
               Progress* progress)
 {
+  PhaseClock clock(progress);
   return run_subcommand(err, [&] {
     check_one_standard_input({options.file, options.model});
-    const std::unique_ptr<Input> input = read_input(options.file, in, progress);
+    const std::unique_ptr<Input> input = read_input(options.file, in, clock);
     const std::vector<ModelValue> values =
-        read_model_file(input->mgr, input->script.constants, options.model, in, progress);
+        read_model_file(input->mgr, input->script.constants, options.model, in, clock);
 
-    enter(progress, Activity::kChecking, input->mgr.get_num_terms());
+    clock.enter(Phase::kCheck, input->mgr.get_num_terms());
     ModelStore model(&input->mgr);
     define_values(model, values);
     const std::vector<smtlib::Assertion>& assertions = input->script.assertions;
     const std::size_t violated = find_violated(input->mgr, input->script.get_asserted_terms(), model);
     const bool is_valid = violated == assertions.size();
-    enter(progress, Activity::kPrinting);
+    clock.enter(Phase::kPrint);
     write_output(out, [&](std::ostream& stream) { stream << (is_valid ? "valid\n" : "invalid\n"); });
     if (is_valid) return kAnswered;
 
-    err << make_message(input->name, assertions[violated].place,
-                        "this assertion is false under the model; the values of its constants are")
+    err << smtlib::make_located_message(
+               input->name, assertions[violated].place,
+               "this assertion is false under the model; the values of its constants are")
         << '\n';
     print_values(err, assertions[violated].term, model, values);
     return kRefused;

@@ -30,26 +30,13 @@ std::vector<const Term*> list_constants(const smtlib::Script& script, const Trai
   return constants;
 }
 
-Trail read_trail_of(Input& input, const std::string& file, std::istream& in, Progress* progress)
-{
-  const std::string text = read_input_text(file, in, progress);
-  Trail trail;
-  with_located_failures(make_input_name(file),
-                        [&] { trail = smtlib::read_trail(input.mgr, input.script.constants, text); });
-  return trail;
-}
-
 std::vector<ModelValue> complete_model_of(Input& input, const Elimination& elimination,
-                                          const std::vector<ModelValue>& values, Progress* progress)
+                                          const std::vector<ModelValue>& values, PhaseClock& clock)
 {
-  Statistics statistics;
   try {
-    return complete_model(input.mgr, input.script, elimination, values, statistics, progress);
+    return complete_model(input.mgr, input.script, elimination, values, clock);
   } catch (const CheckFailure& e) {
-    const std::string sentence = make_sentence(e) + "; the model or the trail may belong to another script";
-    throw SubcommandFailure(
-        e.get_place() ? make_message(input.name, *e.get_place(), sentence) : input.name + ": " + sentence,
-        kCheckFailed);
+    throw_check_failure(input.name, e, "; the model or the trail may belong to another script");
   }
 }
 
@@ -58,14 +45,17 @@ std::vector<ModelValue> complete_model_of(Input& input, const Elimination& elimi
 int run_extend(const ExtendOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
                Progress* progress)
 {
+  PhaseClock clock(progress);
   return run_subcommand(err, [&] {
     check_one_standard_input({options.file, options.trail, options.model});
-    const std::unique_ptr<Input> input = read_input(options.file, in, progress);
-    const Trail trail = read_trail_of(*input, options.trail, in, progress);
+    const std::unique_ptr<Input> input = read_input(options.file, in, clock);
+    const Trail trail = read_located(options.trail, in, clock, [&](const std::string& text) {
+      return smtlib::read_trail(input->mgr, input->script.constants, text);
+    });
     const std::vector<ModelValue> values =
-        read_model_file(input->mgr, list_constants(input->script, trail), options.model, in, progress);
-    const std::vector<ModelValue> model = complete_model_of(*input, {{}, trail}, values, progress);
-    enter(progress, Activity::kPrinting);
+        read_model_file(input->mgr, list_constants(input->script, trail), options.model, in, clock);
+    const std::vector<ModelValue> model = complete_model_of(*input, {{}, trail}, values, clock);
+    clock.enter(Phase::kPrint);
     write_output(out, [&](std::ostream& stream) { smtlib::print_model(stream, model); });
     return kAnswered;
   });

@@ -58,20 +58,21 @@ bool solve_inputs(std::vector<std::unique_ptr<Input>>& inputs, std::ostream& out
 int run_invert(const std::vector<std::string>& files, std::istream& in, std::ostream& out, std::ostream& err,
                Progress* progress)
 {
+  PhaseClock clock(progress);
   std::vector<std::unique_ptr<Input>> inputs;
   int status = kAllSolved;
   for (const std::string& file : files) {
     status = std::max(status, run_subcommand(err, [&] {
-                        inputs.push_back(read_input(file, in, progress));
+                        inputs.push_back(read_input(file, in, clock));
                         return kAllSolved;
                       }));
   }
   if (status != kAllSolved) return status;
 
   return run_subcommand(err, [&] {
-    bool is_solved = true;
-    enter(progress, Activity::kPrinting);
-    write_output(out, [&](std::ostream& stream) { is_solved = solve_inputs(inputs, stream, err); });
+    clock.enter(Phase::kPrint);
+    const bool is_solved =
+        write_output(out, [&](std::ostream& stream) { return solve_inputs(inputs, stream, err); });
     return is_solved ? kAllSolved : kSomeRefused;
   });
 }

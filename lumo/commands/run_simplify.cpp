@@ -79,21 +79,21 @@ void check_outputs(const SimplifyOptions& options, const Output& rest, const std
 int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
                  Progress* progress)
 {
+  PhaseClock clock(progress);
   return run_subcommand(err, [&] {
     Output rest_output(options.rest);
     std::optional<Output> trail_output;
     if (options.trail) trail_output.emplace(*options.trail);
     check_outputs(options, rest_output, trail_output);
 
-    const std::unique_ptr<Input> input = read_input(options.file, in, progress);
-    enter(progress, Activity::kEliminating, input->mgr.get_num_terms());
-    Elimination elimination;
-    with_located_failures(input->name,
-                          [&] { elimination = eliminate(input->mgr, input->script.get_asserted_terms()); });
+    const std::unique_ptr<Input> input = read_input(options.file, in, clock);
+    clock.enter(Phase::kEliminate, input->mgr.get_num_terms());
+    const Elimination elimination = with_located_failures(
+        input->name, [&] { return eliminate(input->mgr, input->script.get_asserted_terms()); });
     const std::vector<const Term*>& rest = elimination.assertions;
 
     const bool prints = rest_output.prints() || (trail_output && trail_output->prints());
-    enter(progress, prints ? Activity::kPrinting : Activity::kWriting);
+    clock.enter(prints ? Phase::kPrint : Phase::kWrite);
     rest_output.open();
     if (trail_output) {
       trail_output->open();

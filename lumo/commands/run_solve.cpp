@@ -27,20 +27,15 @@ void check_options(const SolveOptions& options)
 }
 
 solvers::Solution solve_input(Input& input, const SolveMethod& method, Statistics& statistics,
-                              Progress* progress)
+                              PhaseClock& clock)
 {
-  solvers::Solution solution;
-  with_located_failures(input.name, [&] {
+  return with_located_failures(input.name, [&] {
     try {
-      solution = solve_script(input.mgr, input.script, method, statistics, progress);
+      return solve_script(input.mgr, input.script, method, statistics, clock);
     } catch (const CheckFailure& e) {
-      const std::string sentence = make_sentence(e) + ", so there is no answer";
-      throw SubcommandFailure(
-          e.get_place() ? make_message(input.name, *e.get_place(), sentence) : input.name + ": " + sentence,
-          kCheckFailed);
+      throw_check_failure(input.name, e, ", so there is no answer");
     }
   });
-  return solution;
 }
 
 void print_model_json(std::ostream& out, const std::vector<ModelValue>& model)
@@ -58,7 +53,7 @@ void print_model_json(std::ostream& out, const std::vector<ModelValue>& model)
 }
 
 void print_json(std::ostream& out, const SolveOptions& options, const solvers::Solution& solution,
-                const Statistics& statistics)
+                const Statistics& statistics, const PhaseSeconds& seconds)
 {
   out << "{\"answer\": \"" << to_string(solution.answer) << "\", ";
   if (options.wants_model && solution.answer == solvers::Answer::kSat) {
@@ -68,7 +63,7 @@ void print_json(std::ostream& out, const SolveOptions& options, const solvers::S
   }
   if (!solution.reason.empty()) out << "\"reason\": " << make_json_string(solution.reason) << ", ";
   out << "\"stats\": ";
-  print_statistics_json(out, statistics);
+  print_statistics_json(out, statistics, seconds);
   out << "}\n";
 }
 
@@ -84,20 +79,17 @@ void print_text(std::ostream& out, const SolveOptions& options, const solvers::S
 int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
               Progress* progress)
 {
+  PhaseClock clock(progress);
   return run_subcommand(err, [&] {
     check_options(options);
     Statistics statistics;
-    std::unique_ptr<Input> input;
-    {
-      const PhaseTimer timer(statistics, Phase::kRead);
-      input = read_input(options.file, in, progress);
-    }
-    const solvers::Solution solution = solve_input(*input, options.method, statistics, progress);
+    const std::unique_ptr<Input> input = read_input(options.file, in, clock);
+    const solvers::Solution solution = solve_input(*input, options.method, statistics, clock);
 
-    enter(progress, Activity::kPrinting);
+    clock.enter(Phase::kPrint);
     write_output(out, [&](std::ostream& stream) {
       if (options.wants_json) {
-        print_json(stream, options, solution, statistics);
+        print_json(stream, options, solution, statistics, clock.get_seconds());
       } else {
         print_text(stream, options, solution);
       }
@@ -105,7 +97,8 @@ int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, 
     if (!solution.reason.empty()) {
       err << input->name << ": the answer is unknown, since " << solution.reason << '\n';
     }
-    if (options.wants_statistics && !options.wants_json) print_statistics(err, statistics);
+    if (options.wants_statistics && !options.wants_json)
+      print_statistics(err, statistics, clock.get_seconds());
     return kAnswered;
   });
 }

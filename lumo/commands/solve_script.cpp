@@ -13,10 +13,8 @@ namespace lumo::commands {
 
 namespace {
 
-Elimination eliminate_if_wanted(TermManager& mgr, const smtlib::Script& script, const SolveMethod& method,
-                                Statistics& statistics)
+Elimination eliminate_if_wanted(TermManager& mgr, const smtlib::Script& script, const SolveMethod& method)
 {
-  const PhaseTimer timer(statistics, Phase::kEliminate);
   const std::vector<const Term*> assertions = script.get_asserted_terms();
   Elimination elimination = method.eliminates ? eliminate(mgr, assertions) : Elimination{assertions, {}};
   std::erase(elimination.assertions, mgr.make_true());
@@ -24,9 +22,8 @@ Elimination eliminate_if_wanted(TermManager& mgr, const smtlib::Script& script, 
 }
 
 solvers::Solution solve_rest(TermManager& mgr, const std::vector<const Term*>& rest,
-                             const SolveMethod& method, Statistics& statistics)
+                             const SolveMethod& method)
 {
-  const PhaseTimer timer(statistics, Phase::kSolve);
   if (rest.empty()) return {solvers::Answer::kSat, {}, {}};
   if (std::find(rest.begin(), rest.end(), mgr.make_false()) != rest.end())
     return {solvers::Answer::kUnsat, {}, {}};
@@ -40,18 +37,20 @@ solvers::Solution solve_rest(TermManager& mgr, const std::vector<const Term*>& r
 }  // namespace
 
 solvers::Solution solve_script(TermManager& mgr, const smtlib::Script& script, const SolveMethod& method,
-                               Statistics& statistics, Progress* progress)
+                               Statistics& statistics, PhaseClock& clock)
 {
-  enter(progress, Activity::kEliminating, mgr.get_num_terms());
-  const Elimination elimination = eliminate_if_wanted(mgr, script, method, statistics);
+  clock.enter(Phase::kEliminate, mgr.get_num_terms());
+  const Elimination elimination = eliminate_if_wanted(mgr, script, method);
+  clock.leave();
   statistics.before = measure_graph(script.get_asserted_terms());
   statistics.after = measure_graph(elimination.assertions);
   statistics.count_steps(elimination.trail);
 
-  enter(progress, Activity::kSolving, statistics.after.terms);
-  solvers::Solution solution = solve_rest(mgr, elimination.assertions, method, statistics);
+  clock.enter(Phase::kSolve, statistics.after.terms);
+  solvers::Solution solution = solve_rest(mgr, elimination.assertions, method);
+  clock.leave();
   if (solution.answer == solvers::Answer::kSat) {
-    solution.model = complete_model(mgr, script, elimination, solution.model, statistics, progress);
+    solution.model = complete_model(mgr, script, elimination, solution.model, clock);
   }
   return solution;
 }

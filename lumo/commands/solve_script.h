@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "lumo/commands/progress.h"
+#include "lumo/commands/phase_clock.h"
 #include "lumo/commands/statistics.h"
 #include "lumo/smtlib/script_reader.h"
 #include "lumo/solvers/answer.h"
@@ -24,11 +24,10 @@ struct SolveMethod
 /// for each constant of the script, in the order of their declaration, and every assertion is true under them.
 /// No solver is started if nothing is left to ask or if one of the assertions that are left is false.
 ///
-/// A model that does not pass the check is a CheckFailure, a solver that fails a SolverError. The statistics
-/// get everything but the time that it took to read.
+/// A model that does not pass the check is a CheckFailure, a solver that fails a SolverError.
 [[nodiscard]] solvers::Solution solve_script(TermManager& mgr, const smtlib::Script& script,
                                              const SolveMethod& method, Statistics& statistics,
-                                             Progress* progress = nullptr);
+                                             PhaseClock& clock);
 
 }  // namespace lumo::commands
 

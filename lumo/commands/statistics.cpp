@@ -1,10 +1,12 @@
 #include "lumo/commands/statistics.h"
 
+#include <array>
 #include <iomanip>
 #include <numeric>
 #include <ostream>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -25,6 +27,20 @@ constexpr std::array<SizeRow, 4> kSizeRows = {{
     {"terms", &GraphSize::terms},
     {"applications", &GraphSize::applications},
     {"constants", &GraphSize::constants},
+}};
+
+struct TimeRow
+{
+  std::string_view name;
+  Phase phase;
+};
+
+constexpr std::array<TimeRow, 5> kTimeRows = {{
+    {"read", Phase::kRead},
+    {"eliminate", Phase::kEliminate},
+    {"solve", Phase::kSolve},
+    {"extend", Phase::kExtend},
+    {"check", Phase::kCheck},
 }};
 
 constexpr int kNameWidth = 16;
@@ -86,7 +102,7 @@ std::size_t Statistics::get_num_eliminated() const
   return std::accumulate(eliminated.begin(), eliminated.end(), std::size_t{0});
 }
 
-void print_statistics(std::ostream& out, const Statistics& statistics)
+void print_statistics(std::ostream& out, const Statistics& statistics, const PhaseSeconds& seconds)
 {
   print_row(out, "size", "before");
   out << std::setw(kNumberWidth) << "after" << '\n';
@@ -102,13 +118,14 @@ void print_statistics(std::ostream& out, const Statistics& statistics)
   }
   print_row(out, "steps", statistics.steps);
   out << "\nseconds\n";
-  for (std::size_t i = 0; i < kPhaseNames.size(); ++i) {
-    print_row(out, "  " + std::string(kPhaseNames[i]), make_seconds_text(statistics.seconds[i]));
+  for (const TimeRow& row : kTimeRows) {
+    print_row(out, "  " + std::string(row.name),
+              make_seconds_text(seconds[static_cast<std::size_t>(row.phase)]));
     out << '\n';
   }
 }
 
-void print_statistics_json(std::ostream& out, const Statistics& statistics)
+void print_statistics_json(std::ostream& out, const Statistics& statistics, const PhaseSeconds& seconds)
 {
   out << "{\"before\": ";
   print_size_json(out, statistics.before);
@@ -122,8 +139,9 @@ void print_statistics_json(std::ostream& out, const Statistics& statistics)
   }
   out << "}, \"seconds\": {";
   separator = "";
-  for (std::size_t i = 0; i < kPhaseNames.size(); ++i) {
-    out << separator << '"' << kPhaseNames[i] << "\": " << make_seconds_text(statistics.seconds[i]);
+  for (const TimeRow& row : kTimeRows) {
+    out << separator << '"' << row.name
+        << "\": " << make_seconds_text(seconds[static_cast<std::size_t>(row.phase)]);
     separator = ", ";
   }
   out << "}}";

@@ -11,10 +11,10 @@
 
 namespace lumo::commands {
 
-int run_subcommand(std::ostream& err, const std::function<int()>& command)
+int run_subcommand(std::ostream& err, const std::function<int()>& subcommand)
 {
   try {
-    return command();
+    return subcommand();
   } catch (const SubcommandFailure& e) {
     const std::string message = e.what();
     if (!message.empty()) err << message << '\n';
@@ -33,19 +33,14 @@ std::string make_sentence(const Exception& e)
   return sentence;
 }
 
-std::string make_message(std::string_view file_name, smtlib::Place place, const std::string& sentence)
-{
-  return smtlib::make_located_message(file_name, smtlib::InputError(place, sentence));
-}
-
-void with_located_failures(const std::string& name, const std::function<void()>& action)
+void rethrow_located(const std::string& name)
 {
   try {
-    action();
+    throw;
   } catch (const SubcommandFailure&) {
     throw;
   } catch (const smtlib::InputError& e) {
-    throw SubcommandFailure(smtlib::make_located_message(name, e));
+    throw SubcommandFailure(smtlib::make_located_message(name, e.get_place(), e.what()));
   } catch (const Exception& e) {
     throw SubcommandFailure(name + ": " + make_sentence(e));
   }
@@ -56,22 +51,21 @@ std::string make_input_name(const std::string& file)
   return file == "-" ? "<stdin>" : smtlib::make_excerpt(file);
 }
 
-std::string read_input_text(const std::string& file, std::istream& in, Progress* progress)
+std::string read_input_text(const std::string& file, std::istream& in, PhaseClock& clock)
 {
-  enter(progress, file == "-" ? Activity::kWaiting : Activity::kReading);
-  std::string text;
-  with_located_failures(make_input_name(file),
-                        [&] { text = file == "-" ? read_stream(in) : read_file(file); });
-  enter(progress, Activity::kReading);
+  clock.enter(file == "-" ? Phase::kWait : Phase::kRead);
+  std::string text = with_located_failures(make_input_name(file),
+                                           [&] { return file == "-" ? read_stream(in) : read_file(file); });
+  if (file == "-") clock.enter(Phase::kRead);
   return text;
 }
 
-std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, Progress* progress)
+std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, PhaseClock& clock)
 {
   auto input = std::make_unique<Input>();
   input->name = make_input_name(file);
-  const std::string text = read_input_text(file, in, progress);
-  with_located_failures(input->name, [&] { input->script = smtlib::read_script(input->mgr, text); });
+  input->script = read_located(
+      file, in, clock, [&](const std::string& text) { return smtlib::read_script(input->mgr, text); });
   return input;
 }
 
@@ -82,19 +76,19 @@ void check_one_standard_input(std::initializer_list<std::string> files)
   }
 }
 
-void write_output(std::ostream& out, const std::function<void(std::ostream&)>& print)
+void begin_output() { errno = 0; }
+
+void finish_output(std::ostream& out)
 {
-  errno = 0;
-  print(out);
   out.flush();
-  if (!out) throw make_write_failure("<stdout>", errno);
+  if (!out) throw_write_failure("<stdout>", errno);
 }
 
-SubcommandFailure make_write_failure(const std::string& name, int reason)
+void throw_write_failure(const std::string& name, int reason)
 {
-  if (reason == EPIPE) return SubcommandFailure("");
+  if (reason == EPIPE) throw SubcommandFailure("");
   if (reason == ENOMEM) throw std::bad_alloc();
-  return SubcommandFailure(
+  throw SubcommandFailure(
       name + ": this cannot be written: " + std::generic_category().message(reason != 0 ? reason : EIO));
 }
 

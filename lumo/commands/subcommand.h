@@ -6,20 +6,20 @@
 #include <iosfwd>
 #include <memory>
 #include <string>
-#include <string_view>
+#include <type_traits>
 
 #include "lumo/commands/exit_status.h"
-#include "lumo/commands/progress.h"
+#include "lumo/commands/phase_clock.h"
 #include "lumo/smtlib/input_error.h"
 #include "lumo/smtlib/script_reader.h"
 #include "lumo/terms/term_manager.h"
 
 namespace lumo::commands {
 
-// What the commands of the program share: how they read, how they fail, and how they print.
+// What the subcommands share: how they read, how they fail, and how they print.
 
-/// Ends a command. `what()` is the whole message for the standard error, without the end of the line; if it is
-/// empty, nobody is left who would read one.
+/// Ends a subcommand. `what()` is the whole message for the standard error, without the end of the line; empty after
+/// EPIPE: print nothing.
 class SubcommandFailure : public Exception
 {
  public:
@@ -33,24 +33,39 @@ class SubcommandFailure : public Exception
   int status_;
 };
 
-/// Runs a command and returns its exit status; if it fails, err gets the message.
-[[nodiscard]] int run_subcommand(std::ostream& err, const std::function<int()>& command);
+/// Runs a subcommand and returns its exit status; if it fails, err gets the message.
+[[nodiscard]] int run_subcommand(std::ostream& err, const std::function<int()>& subcommand);
 
 /// A message of the library as the end of a line.
 [[nodiscard]] std::string make_sentence(const Exception& e);
-/// The form of a message on a place of a file: `file:line:column: sentence`.
-[[nodiscard]] std::string make_message(std::string_view file_name, smtlib::Place place,
-                                       const std::string& sentence);
 
-/// Runs an action on a text of that name; whatever it throws becomes a SubcommandFailure that names the text and,
-/// if it is known, the place.
-void with_located_failures(const std::string& name, const std::function<void()>& action);
+/// To be called while an exception is handled: throws it again, as a SubcommandFailure that names the text it is about
+/// and, if it is known, the place. What is no Exception stays as it is.
+[[noreturn]] void rethrow_located(const std::string& name);
+
+/// Runs an action on a text of that name and returns what it returns; an Exception that it throws becomes a
+/// SubcommandFailure as above.
+template <class Action>
+auto with_located_failures(const std::string& name, const Action& action)
+{
+  try {
+    return action();
+  } catch (...) {
+    rethrow_located(name);
+  }
+}
 
 /// A file as messages show it.
 [[nodiscard]] std::string make_input_name(const std::string& file);
 /// The text of a file, or of `in` if the file is `-`; one that cannot be read is a SubcommandFailure.
-[[nodiscard]] std::string read_input_text(const std::string& file, std::istream& in,
-                                          Progress* progress = nullptr);
+[[nodiscard]] std::string read_input_text(const std::string& file, std::istream& in, PhaseClock& clock);
+/// What `read` makes of the text of a file, or of `in` if the file is `-`; what cannot be read is a SubcommandFailure.
+template <class Read>
+auto read_located(const std::string& file, std::istream& in, PhaseClock& clock, const Read& read)
+{
+  const std::string text = read_input_text(file, in, clock);
+  return with_located_failures(make_input_name(file), [&] { return read(text); });
+}
 
 /// One script: its terms and what it asserts over them.
 struct Input
@@ -61,17 +76,32 @@ struct Input
 };
 
 /// Reads a script; one that cannot be read is a SubcommandFailure.
-[[nodiscard]] std::unique_ptr<Input> read_input(const std::string& file, std::istream& in,
-                                                Progress* progress = nullptr);
+[[nodiscard]] std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, PhaseClock& clock);
 
-/// Refuses a command that is to read the standard input, `-`, twice.
+/// Refuses a subcommand that is to read the standard input, `-`, twice.
 void check_one_standard_input(std::initializer_list<std::string> files);
 
-/// Lets `print` write to the standard output and makes sure that all of it arrives, else it is a SubcommandFailure.
-void write_output(std::ostream& out, const std::function<void(std::ostream&)>& print);
-/// The failure of writing to something of that name, for a reason that errno gave. Whoever closed the other
-/// end of a pipe has seen enough and wants no message.
-[[nodiscard]] SubcommandFailure make_write_failure(const std::string& name, int reason);
+/// To be called before something is printed to the standard output, and after it. Not all of it arriving is a
+/// SubcommandFailure.
+void begin_output();
+void finish_output(std::ostream& out);
+/// Lets `print` write to the standard output in between, and returns what it returns.
+template <class Print>
+auto write_output(std::ostream& out, const Print& print)
+{
+  begin_output();
+  if constexpr (std::is_void_v<decltype(print(out))>) {
+    print(out);
+    finish_output(out);
+  } else {
+    const auto result = print(out);
+    finish_output(out);
+    return result;
+  }
+}
+/// The failure of writing to something of that name, for a reason that errno gave. A reader that has closed the other
+/// end of a pipe gets no message.
+[[noreturn]] void throw_write_failure(const std::string& name, int reason);
 
 }  // namespace lumo::commands
 

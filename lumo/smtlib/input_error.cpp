@@ -15,11 +15,15 @@ std::string make_excerpt(std::string_view text)
   return excerpt;
 }
 
+std::string make_located_message(std::string_view file, Place place, std::string_view sentence)
+{
+  return make_excerpt(file) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ": " +
+         std::string(sentence);
+}
+
 std::string make_located_message(std::string_view file, const InputError& error)
 {
-  const Place place = error.get_place();
-  return make_excerpt(file) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) + ": " +
-         error.what();
+  return make_located_message(file, error.get_place(), error.what());
 }
 
 }  // namespace lumo::smtlib

@@ -34,7 +34,8 @@ class InputError : public Exception
 /// A piece of input as a message shows it: on one line, and cut if it is long.
 [[nodiscard]] std::string make_excerpt(std::string_view text);
 
-/// The one form of a message on a text: `file:line:column: sentence`.
+/// The one form of a message on a place of a text: `file:line:column: sentence`.
+[[nodiscard]] std::string make_located_message(std::string_view file, Place place, std::string_view sentence);
 [[nodiscard]] std::string make_located_message(std::string_view file, const InputError& error);
 
 }  // namespace lumo::smtlib

@@ -4,8 +4,6 @@
 
 namespace lumo::smtlib {
 
-using Slot = PrintedTerms::Slot;
-
 TermPrinter::TermPrinter(TextBuffer& out, PrintedTerms& terms)
     : out_(out), terms_(terms), prefix_(terms.make_free_prefix())
 {}
@@ -36,7 +34,7 @@ void TermPrinter::write_declaration(const Term* constant)
   out_ << ")\n";
 }
 
-void TermPrinter::write_new_name(Slot application)
+void TermPrinter::write_new_name(PrintedTerms::Slot application)
 {
   PrintedTerms::Node& node = terms_.get_node(application);
   node.number = ++num_names_;
@@ -79,7 +77,7 @@ void TermPrinter::write_application(const Term* application)
   out_ << ')';
 }
 
-void TermPrinter::write_slot(Slot slot)
+void TermPrinter::write_slot(PrintedTerms::Slot slot)
 {
   open(terms_.get_term(slot), slot);
   finish_open();
@@ -110,7 +108,7 @@ void TermPrinter::write_leaf_or_open(const Term* t)
   } else if (t->get_num_args() == 0) {
     write_name(out_, symbol);
   } else {
-    const Slot slot = terms_.get_slot(t);
+    const PrintedTerms::Slot slot = terms_.get_slot(t);
     const PrintedTerms::Node& node = terms_.get_node(slot);
     if (node.is_bound || node.has_own_piece) {
       out_ << prefix_ << node.number;
@@ -121,13 +119,13 @@ void TermPrinter::write_leaf_or_open(const Term* t)
 }
 
 /// Begins an application, or the chain of which it is the last member.
-void TermPrinter::open(const Term* t, Slot slot)
+void TermPrinter::open(const Term* t, PrintedTerms::Slot slot)
 {
   write_operator(t->get_symbol());
   for (;;) {
     const Term* first = t->get_arg(0);
     if (first->get_num_args() == 0) break;
-    const Slot first_slot = terms_.get_slot(first);
+    const PrintedTerms::Slot first_slot = terms_.get_slot(first);
     if (!terms_.get_node(first_slot).is_inner) break;
     t = first;
     slot = first_slot;

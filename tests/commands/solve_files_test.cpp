@@ -49,7 +49,8 @@ Answer solve(const std::string& text, const commands::SolveMethod& method)
   TermManager mgr;
   const smtlib::Script script = smtlib::read_script(mgr, text);
   commands::Statistics statistics;
-  const solvers::Solution solution = commands::solve_script(mgr, script, method, statistics);
+  commands::PhaseClock clock;
+  const solvers::Solution solution = commands::solve_script(mgr, script, method, statistics, clock);
   if (solution.answer == Answer::kUnknown) return solution.answer;
 
   const std::string stated = get_stated_status(text);
