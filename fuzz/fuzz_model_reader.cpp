@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "fuzz/target.h"
+#include "lumo/smtlib/model_printer.h"
 #include "lumo/smtlib/model_reader.h"
 #include "lumo/terms/exception.h"
 

@@ -333,7 +333,7 @@ def attach_texts(blocks):
         is_near = len([line for line in block.before.splitlines() if line.strip()]) <= 1
         is_heading = block.before.startswith("#")
         if block.language == "text" and maker.language in ("cpp", "sh") and is_near and not is_heading \
-                and not block.hidden:
+                and not block.hidden.keys() & {"shows", "not run"}:
             maker.printed = block
             block.is_output = True
 

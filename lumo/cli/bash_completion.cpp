@@ -39,7 +39,7 @@ _lumo_scripts()
 _lumo()
 {
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
-  local command='' takes_options=yes i
+  local subcommand='' takes_options=yes i
   COMPREPLY=()
   # For readline, the equals sign of --option=value is a word.
   if [[ $word == = ]]; then
@@ -51,7 +51,7 @@ _lumo()
     case ${COMP_WORDS[i]} in
       --) takes_options='' ;;
       -?*) ;;
-      *) if [[ -z $command ]]; then command=${COMP_WORDS[i]}; fi ;;
+      *) if [[ -z $subcommand ]]; then subcommand=${COMP_WORDS[i]}; fi ;;
     esac
   done
 )";
@@ -98,7 +98,7 @@ std::string join_subcommand_names(const CLI::App& app)
 /// Behind an option that takes a value comes a value.
 void print_values(std::ostream& out, const CLI::App& app)
 {
-  out << "  if [[ -n $takes_options ]]; then\n    case \"$command $before\" in\n";
+  out << "  if [[ -n $takes_options ]]; then\n    case \"$subcommand $before\" in\n";
   for (const CLI::App* subcommand : list_subcommands(app)) {
     for (const CLI::Option* option : list_options(*subcommand)) {
       if (!takes_value(*option)) continue;
@@ -116,7 +116,7 @@ void print_values(std::ostream& out, const CLI::App& app)
 
 void print_options(std::ostream& out, const CLI::App& app)
 {
-  out << "  if [[ -n $takes_options && $word == -* ]]; then\n    case $command in\n      '') _lumo_words '"
+  out << "  if [[ -n $takes_options && $word == -* ]]; then\n    case $subcommand in\n      '') _lumo_words '"
       << join_option_names(app) << "' \"$word\" ;;\n";
   for (const CLI::App* subcommand : list_subcommands(app)) {
     out << "      " << subcommand->get_name() << ") _lumo_words '" << join_option_names(*subcommand)
@@ -127,7 +127,7 @@ void print_options(std::ostream& out, const CLI::App& app)
 
 void print_arguments(std::ostream& out, const CLI::App& app)
 {
-  out << "  case $command in\n    '') _lumo_words '" << join_subcommand_names(app) << "' \"$word\" ;;\n";
+  out << "  case $subcommand in\n    '') _lumo_words '" << join_subcommand_names(app) << "' \"$word\" ;;\n";
   for (const CLI::App* subcommand : list_subcommands(app)) {
     for (const CLI::Option* argument : list_arguments(*subcommand))
       out << "    " << subcommand->get_name() << ") " << get_action(get_value_kind(*argument)) << " ;;\n";

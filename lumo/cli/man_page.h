@@ -8,7 +8,7 @@
 
 namespace lumo::cli {
 
-/// Prints the manual page lumo(1), with all commands and options of the table. The date is that of the page.
+/// Prints the manual page lumo(1), with all subcommands and options of the table. The date is that of the page.
 void print_man_page(std::ostream& out, const CLI::App& app, std::string_view date);
 
 }  // namespace lumo::cli

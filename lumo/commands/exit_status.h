@@ -3,7 +3,7 @@
 
 namespace lumo::commands {
 
-// What the commands of the program end with.
+// What the subcommands of the program end with.
 
 inline constexpr int kAnswered = 0;
 inline constexpr int kRefused = 1;      ///< some request has no answer, or a model is not valid

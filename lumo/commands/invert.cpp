@@ -46,7 +46,7 @@ Request make_request(TermManager& mgr, const Term* assertion)
   return {assertion, mgr.make_true()};
 }
 
-std::vector<Inverter::Definition> Inverter::solve(const Request& request, std::size_t number)
+std::vector<ModelValue> Inverter::solve(const Request& request, std::size_t number)
 {
   const Pushed pushed = calculate(request);
   try {
@@ -125,9 +125,9 @@ const Term* Inverter::find_selected_branch(const Term* t)
   return t->get_arg(model_.get_value(t->get_arg(0)) == mgr_.make_true() ? 1 : 2);
 }
 
-std::vector<Inverter::Definition> Inverter::take_new(const Pushed& pushed, std::size_t number)
+std::vector<ModelValue> Inverter::take_new(const Pushed& pushed, std::size_t number)
 {
-  std::vector<Definition> fresh;
+  std::vector<ModelValue> fresh;
   for (const ModelStore::ModelDefinition& definition : pushed) {
     const Term* constant = definition.term;
     if (!mgr_.is_constant(constant->get_symbol())) continue;
@@ -141,8 +141,8 @@ std::vector<Inverter::Definition> Inverter::take_new(const Pushed& pushed, std::
                       describe(known->second.value));
     }
   }
-  std::vector<Definition> result;
-  for (const Definition& definition : fresh) {
+  std::vector<ModelValue> result;
+  for (const ModelValue& definition : fresh) {
     if (known_.try_emplace(definition.constant, Known{definition.value, number}).second)
       result.push_back(definition);
   }

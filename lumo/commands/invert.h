@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "lumo/model/model_store.h"
+#include "lumo/model/model_value.h"
 #include "lumo/terms/exception.h"
 #include "lumo/terms/term_manager.h"
 
@@ -27,12 +28,6 @@ struct Request
 class Inverter
 {
  public:
-  struct Definition
-  {
-    const Term* constant;
-    const Term* value;
-  };
-
   explicit Inverter(TermManager& mgr) : mgr_(mgr), model_(&mgr) {}
 
   /// Runs the calculator of the request's operator and returns the definitions of constants that no earlier
@@ -41,7 +36,7 @@ class Inverter
   /// An `Exception` says why there is no answer: no calculator, the calculator's own refusal, a value for a
   /// compound argument, an application that the definitions do not give its value, or a constant that has
   /// another value already. The request then leaves no trace.
-  std::vector<Definition> solve(const Request& request, std::size_t number);
+  std::vector<ModelValue> solve(const Request& request, std::size_t number);
 
  private:
   struct Known
@@ -55,7 +50,7 @@ class Inverter
   void withdraw(const std::vector<ModelStore::ModelDefinition>& pushed);
   void check_compound(const Term* t, const std::vector<ModelStore::ModelDefinition>& pushed);
   void check_value(const Request& request);
-  [[nodiscard]] std::vector<Definition> take_new(const std::vector<ModelStore::ModelDefinition>& pushed,
+  [[nodiscard]] std::vector<ModelValue> take_new(const std::vector<ModelStore::ModelDefinition>& pushed,
                                                  std::size_t number);
   [[nodiscard]] const Term* find_selected_branch(const Term* t);
 

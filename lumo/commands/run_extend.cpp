@@ -8,7 +8,7 @@
 #include "lumo/commands/complete_model.h"
 #include "lumo/commands/model_file.h"
 #include "lumo/commands/subcommand.h"
-#include "lumo/smtlib/model_reader.h"
+#include "lumo/smtlib/model_printer.h"
 #include "lumo/smtlib/trail_reader.h"
 
 namespace lumo::commands {

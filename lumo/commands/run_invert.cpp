@@ -6,7 +6,7 @@
 
 #include "lumo/commands/invert.h"
 #include "lumo/commands/subcommand.h"
-#include "lumo/smtlib/definition_printer.h"
+#include "lumo/smtlib/model_printer.h"
 
 namespace lumo::commands {
 
@@ -16,8 +16,8 @@ void solve_assertion(Input& input, Inverter& inverter, std::size_t number, std::
 {
   const Request request = make_request(input.mgr, input.script.assertions[number - 1].term);
   try {
-    for (const Inverter::Definition& definition : inverter.solve(request, number))
-      smtlib::print_definition(out, definition.constant, definition.value);
+    for (const ModelValue& definition : inverter.solve(request, number))
+      smtlib::print_definition(out, definition);
   } catch (const Exception& e) {
     const std::string_view name = get_operator_info(request.term->get_symbol()->get_kind()).smtlib_name;
     throw Exception(std::string(name) + ": " + e.what());

@@ -7,7 +7,7 @@
 #include "lumo/commands/complete_model.h"
 #include "lumo/commands/subcommand.h"
 #include "lumo/commands/text_escapes.h"
-#include "lumo/smtlib/model_reader.h"
+#include "lumo/smtlib/model_printer.h"
 #include "lumo/solvers/builtin_solver.h"
 
 namespace lumo::commands {

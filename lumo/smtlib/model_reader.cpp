@@ -1,15 +1,12 @@
 #include "lumo/smtlib/model_reader.h"
 
 #include <algorithm>
-#include <ostream>
 #include <string>
 #include <unordered_map>
 
-#include "lumo/smtlib/definition_printer.h"
 #include "lumo/smtlib/lexer.h"
 #include "lumo/smtlib/literals.h"
 #include "lumo/smtlib/sort_reader.h"
-#include "lumo/smtlib/symbol_text.h"
 
 namespace lumo::smtlib {
 
@@ -226,19 +223,6 @@ std::vector<ModelValue> read_model(TermManager& mgr, std::span<const Term* const
                                    std::string_view text)
 {
   return ModelReader(mgr, constants, text).read();
-}
-
-void print_model(std::ostream& out, std::span<const ModelValue> model)
-{
-  for (const ModelValue& definition : model)
-    static_cast<void>(make_symbol_text(definition.constant->get_symbol()->get_name()));
-
-  out << "(\n";
-  for (const ModelValue& definition : model) {
-    out << "  ";
-    print_definition(out, definition.constant, definition.value);
-  }
-  out << ")\n";
 }
 
 }  // namespace lumo::smtlib

@@ -1,7 +1,6 @@
 #ifndef LUMO_SMTLIB_MODEL_READER_H
 #define LUMO_SMTLIB_MODEL_READER_H
 
-#include <iosfwd>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -21,10 +20,6 @@ namespace lumo::smtlib {
 /// error that the solver reports, a second definition of a constant, a value of another sort.
 [[nodiscard]] std::vector<ModelValue> read_model(TermManager& mgr, std::span<const Term* const> constants,
                                                  std::string_view text);
-
-/// Prints a model in the form of SMT-LIB 2.6, one line for each value in the given order. A name that SMT-LIB 2
-/// cannot spell is an `Exception`, and nothing is printed.
-void print_model(std::ostream& out, std::span<const ModelValue> model);
 
 }  // namespace lumo::smtlib
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "lumo/smtlib/input_error.h"
 #include "lumo/smtlib/symbol_text.h"
 
 namespace lumo::smtlib {
@@ -59,6 +60,11 @@ void write_name(TextBuffer& out, const Symbol* symbol)
     const FreshSymbol& fresh = *static_cast<const FreshSymbol*>(symbol);
     out << fresh.get_prefix() << '!' << fresh.get_number();
   }
+}
+
+std::string make_name_excerpt(const Term* constant)
+{
+  return make_excerpt(constant->get_symbol()->copy_name());
 }
 
 bool ConstantNames::note(const Symbol* constant)

@@ -14,6 +14,9 @@ namespace lumo::smtlib {
 /// rest of a numeral or of a fresh constant.
 void write_name(TextBuffer& out, const Symbol* symbol);
 
+/// A constant's name as a message shows it: on one line, and cut if it is long.
+[[nodiscard]] std::string make_name_excerpt(const Term* constant);
+
 /// What the names of a text's constants are like.
 class ConstantNames
 {

@@ -37,8 +37,6 @@ bool continues_chain(const Term* t, const Term* first_arg)
   return kind == first_arg->get_symbol()->get_kind() && is_flat_kind(kind);
 }
 
-std::string get_excerpt(const Term* constant) { return make_excerpt(constant->get_symbol()->get_name()); }
-
 }  // namespace
 
 PrintedTerms::PrintedTerms(std::size_t num_ids, std::span<const Step> steps) : steps_(steps), codes_(num_ids)
@@ -47,7 +45,7 @@ PrintedTerms::PrintedTerms(std::size_t num_ids, std::span<const Step> steps) : s
   for (std::uint32_t i = 0; i < steps.size(); ++i) {
     std::uint32_t& code = codes_[steps[i].constant->get_id()];
     if (code != kUnknown) {
-      throw Exception("two definitions of " + get_excerpt(steps[i].constant) +
+      throw Exception("two definitions of " + make_name_excerpt(steps[i].constant) +
                       " were found, but each constant may have one");
     }
     code = kDefined | i;
@@ -79,7 +77,7 @@ bool PrintedTerms::open_if_new(const Term* t)
 void PrintedTerms::open_definition(const Term* constant, std::uint32_t& code)
 {
   if ((code & kOpen) != 0) {
-    throw Exception("the definition of " + get_excerpt(constant) +
+    throw Exception("the definition of " + make_name_excerpt(constant) +
                     " needs the constant itself, but definitions must not go round in circles");
   }
   code |= kOpen;

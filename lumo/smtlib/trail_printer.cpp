@@ -30,8 +30,6 @@ constexpr std::string_view kHeader =
     "was\n"
     "; left of an assertion, so it is true.\n";
 
-std::string get_excerpt(const Term* constant) { return make_excerpt(constant->get_symbol()->get_name()); }
-
 std::size_t count_ids(Terms constants, const Trail& trail)
 {
   std::size_t num_ids = 0;
@@ -51,7 +49,7 @@ void add_terms(PrintedTerms& terms, Terms constants, const Trail& trail)
   const auto ignore = [](Slot) {};
   for (const Term* constant : constants) {
     if (terms.is_defined(constant)) {
-      throw Exception("the constant " + get_excerpt(constant) +
+      throw Exception("the constant " + make_name_excerpt(constant) +
                       " is the fresh constant of a step, but the script declares it");
     }
     terms.add(constant, ignore);
@@ -62,7 +60,7 @@ void add_terms(PrintedTerms& terms, Terms constants, const Trail& trail)
   for (const Term* fact : trail.facts)
     terms.add(fact, ignore);
   if (terms.get_constants().size() != num_declared) {
-    throw Exception("the trail contains the constant " + get_excerpt(terms.get_constants()[num_declared]) +
+    throw Exception("the trail contains the constant " + make_name_excerpt(terms.get_constants()[num_declared]) +
                     ", but the script does not declare it, and no step introduces it");
   }
   terms.finish_adding();

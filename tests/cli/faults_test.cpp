@@ -24,7 +24,7 @@ Outcome run_shell(const std::string& line, const TemporaryFolder& folder)
   return run_program("/bin/sh", {"-c", "lumo() { " LUMO_PROGRAM " \"$@\"; }; " + line}, folder.get_path());
 }
 
-/// A script of which each command prints more than a pipe holds; half of it goes, and what stays is easy.
+/// A script of which each subcommand prints more than a pipe holds; half of it goes, and what stays is easy.
 std::string make_long_script()
 {
   constexpr std::size_t kNumAssertions = 3000;
@@ -46,14 +46,14 @@ std::string make_long_requests()
   return requests;
 }
 
-TEST(ReaderThatGoes, EndsEachCommandQuietly)
+TEST(ReaderThatGoes, EndsEachSubcommandQuietly)
 {
   const TemporaryFolder folder;
   folder.write("script", make_long_script());
   folder.write("requests", make_long_requests());
   folder.write("model", "()");
   ASSERT_EQ(run_shell("lumo simplify script --trail trail -o rest", folder).status, 0);
-  for (const std::string command : {
+  for (const std::string subcommand : {
            "solve script --model",
            "solve script --model --json",
            "simplify script",
@@ -64,9 +64,9 @@ TEST(ReaderThatGoes, EndsEachCommandQuietly)
            "invert requests",
        })
   {
-    SCOPED_TRACE(command);
+    SCOPED_TRACE(subcommand);
     const std::string status_file = folder.get_file("status");
-    const std::string run = "(lumo " + command + "; echo $? > status)";
+    const std::string run = "(lumo " + subcommand + "; echo $? > status)";
     const Outcome outcome = run_shell(run + " | head -c 1", folder);
     EXPECT_EQ(outcome.out.size(), 1U);
     EXPECT_EQ(outcome.err, "");
@@ -374,7 +374,7 @@ TEST(TooLittleMemory, EndsEverySubcommandAlike)
                       folder)
                 .status,
             0);
-  for (const std::string command : {
+  for (const std::string subcommand : {
            "simplify script -o new-rest --trail new-trail",
            "extend script --trail trail --model model",
            "check script --model full",
@@ -382,7 +382,7 @@ TEST(TooLittleMemory, EndsEverySubcommandAlike)
            "invert requests",
        })
   {
-    SCOPED_TRACE(command);
+    SCOPED_TRACE(subcommand);
     const std::size_t num_files = folder.count_files();
     // With less than the smallest limit, the program does not even start.
     std::size_t limit = 1000;  // KiB
@@ -391,7 +391,7 @@ TEST(TooLittleMemory, EndsEverySubcommandAlike)
       limit += kStep;
     std::size_t num_failures = 0;
     for (;; limit += kStep) {
-      const Outcome outcome = run_shell(numbered("ulimit -v ", limit) + "; lumo " + command, folder);
+      const Outcome outcome = run_shell(numbered("ulimit -v ", limit) + "; lumo " + subcommand, folder);
       if (outcome.status == 0) break;
       ASSERT_EQ(outcome.status, 2) << limit;
       ASSERT_EQ(outcome.err, "lumo: there is not enough memory\n") << limit;

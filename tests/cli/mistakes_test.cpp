@@ -1,4 +1,4 @@
-// What the program says of commands, options and files that were typed wrong.
+// What the program says of subcommands, options and files that were typed wrong.
 
 #include <filesystem>
 #include <string>
@@ -63,7 +63,7 @@ TEST(Mistakes, ThatLeaveTheSubcommandOutGetSolve)
       folder);
 }
 
-TEST(Mistakes, InOptionsGetTheNearestOfTheCommand)
+TEST(Mistakes, InOptionsGetTheNearestOfTheSubcommand)
 {
   const TemporaryFolder folder;
   folder.write("problem", "");

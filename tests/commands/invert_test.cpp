@@ -28,7 +28,7 @@ smtlib::Script read_assertions(TermManager& mgr, const std::vector<std::string_v
 std::string solve(TermManager& mgr, Inverter& inverter, const Term* assertion, std::size_t number)
 {
   std::string text;
-  for (const Inverter::Definition& definition : inverter.solve(make_request(mgr, assertion), number)) {
+  for (const ModelValue& definition : inverter.solve(make_request(mgr, assertion), number)) {
     text += (text.empty() ? "" : " ") + definition.constant->get_symbol()->get_name() + "=" +
             definition.value->get_symbol()->get_name();
   }

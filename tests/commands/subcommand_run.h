@@ -6,7 +6,7 @@
 
 namespace lumo::test {
 
-/// How a command ended, and what it printed.
+/// How a subcommand ended, and what it printed.
 struct SubcommandRun
 {
   int status = -1;
@@ -14,15 +14,15 @@ struct SubcommandRun
   std::string err;
 };
 
-/// Runs a command, one of the functions `run_...` that take options and streams.
-template <class Command, class Options>
-[[nodiscard]] SubcommandRun run(Command command, const Options& options,
+/// Runs a subcommand, one of the functions `run_...` that take options and streams.
+template <class Subcommand, class Options>
+[[nodiscard]] SubcommandRun run(Subcommand subcommand, const Options& options,
                                 const std::string& standard_input = "")
 {
   std::istringstream in(standard_input);
   std::ostringstream out;
   std::ostringstream err;
-  const int status = command(options, in, out, err, nullptr);
+  const int status = subcommand(options, in, out, err, nullptr);
   return {status, out.str(), err.str()};
 }
 

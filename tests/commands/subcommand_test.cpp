@@ -12,16 +12,16 @@ namespace {
 
 using commands::SubcommandFailure;
 
-struct CommandRow
+struct SubcommandRow
 {
-  std::function<int()> command;
+  std::function<int()> subcommand;
   int status;
   std::string err;
 };
 
-TEST(RunCommand, GivesTheStatusAndTheMessage)
+TEST(RunSubcommand, GivesTheStatusAndTheMessage)
 {
-  const std::vector<CommandRow> rows = {
+  const std::vector<SubcommandRow> rows = {
       {[] { return 0; }, 0, ""},
       {[] { return 1; }, 1, ""},
       {[]() -> int { throw SubcommandFailure("f: this is wrong"); }, 2, "f: this is wrong\n"},
@@ -29,9 +29,9 @@ TEST(RunCommand, GivesTheStatusAndTheMessage)
       {[]() -> int { throw SubcommandFailure(""); }, 2, ""},
       {[]() -> int { throw Exception("this is wrong"); }, 2, "lumo: this is wrong\n"},
   };
-  for (const CommandRow& row : rows) {
+  for (const SubcommandRow& row : rows) {
     std::ostringstream err;
-    EXPECT_EQ(commands::run_subcommand(err, row.command), row.status) << row.err;
+    EXPECT_EQ(commands::run_subcommand(err, row.subcommand), row.status) << row.err;
     EXPECT_EQ(err.str(), row.err);
   }
 }

@@ -1,6 +1,7 @@
 """What the scripts that check pages complain about: pages with one fault each, and what is said of it."""
 
 import pathlib
+import re
 import sys
 import tempfile
 import unittest
@@ -12,6 +13,7 @@ sys.dont_write_bytecode = True
 import check_docs
 import check_links
 import markdown_pages
+import page_block
 
 SCRIPT = "(set-logic QF_BV)\n(declare-const p Bool)\n(assert p)\n"
 
@@ -140,6 +142,23 @@ class Links(unittest.TestCase):
             page = pathlib.Path(folder, "page.html")
             page.write_text("<p>[a](b.md)</p><code>[a](c.md)</code>", encoding="utf-8")
             self.assertEqual(check_links.read_page(page)[0], [(1, "b.md (a link that stayed text)")])
+
+
+class Marks(unittest.TestCase):
+    def test_a_block_is_found_by_its_mark(self):
+        page = (block("text", "one\n") + block("text", "two\n", "<!-- not run: a reason -->\n<!-- printed by: a step -->")
+                + block("cpp", "three\n", "<!-- built by: a step -->"))
+        self.assertEqual([found.text for found in page_block.find_blocks(page, "printed by: a step")], ["two\n"])
+        self.assertEqual([found.text for found in page_block.find_blocks(page, "built by: a step")], ["three\n"])
+        self.assertEqual(page_block.find_blocks(page, "printed by: a"), [])
+
+    def test_the_readme_has_those_that_the_full_check_looks_for(self):
+        marks = re.findall(r'readme_block "([^"$]+)"', pathlib.Path(".ci/run").read_text(encoding="utf-8"))
+        self.assertEqual(len(marks), 4)
+        readme = pathlib.Path("README.md").read_text(encoding="utf-8")
+        for mark in marks:
+            with self.subTest(mark):
+                self.assertEqual(len(page_block.find_blocks(readme, mark)), 1)
 
 
 if __name__ == "__main__":

@@ -1,4 +1,4 @@
-#include "lumo/smtlib/definition_printer.h"
+#include "lumo/smtlib/model_printer.h"
 
 #include <sstream>
 #include <string>
@@ -13,11 +13,11 @@ namespace {
 std::string print(const Term* constant, const Term* value)
 {
   std::ostringstream out;
-  print_definition(out, constant, value);
+  print_definition(out, {constant, value});
   return out.str();
 }
 
-TEST(Printer, WritesDefinitions)
+TEST(DefinitionPrinter, WritesDefinitions)
 {
   TermManager mgr;
   const Term* p = mgr.make_constant("p", mgr.make_bool_type());
@@ -29,16 +29,16 @@ TEST(Printer, WritesDefinitions)
   EXPECT_EQ(print(y, mgr.make_bv_number(5, 3)), "(define-fun |let| () (_ BitVec 3) #b101)\n");
 }
 
-TEST(Printer, PrintsNothingIfANameHasNoSpelling)
+TEST(DefinitionPrinter, PrintsNothingIfANameHasNoSpelling)
 {
   TermManager mgr;
   std::ostringstream out;
   const Term* x = mgr.make_constant("a|b", mgr.make_bool_type());
-  EXPECT_THROW(print_definition(out, x, mgr.make_true()), Exception);
+  EXPECT_THROW(print_definition(out, {x, mgr.make_true()}), Exception);
   EXPECT_EQ(out.str(), "");
 }
 
-TEST(Printer, WritesAMillionBits)
+TEST(DefinitionPrinter, WritesAMillionBits)
 {
   TermManager mgr;
   const Term* x = mgr.make_constant("x", mgr.make_bv_type(1'000'000));
