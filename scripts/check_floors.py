@@ -46,16 +46,11 @@ def split_name(name):
     return (parts[0], parts[1]) if len(parts) > 2 and parts[0] in ("lumo", "tests") else (None, None)
 
 
-def reads_with_z3(path):
-    """Whether it is one of the files of smtlib/ that read with Z3's parser."""
-    return path.parent.name == "smtlib" and path.name.startswith("z3_")
-
-
-def check_library(path, room, name):
+def check_library(room, name):
     """What is wrong with the include of a header of another library, or None."""
     is_z3 = name == "z3.h" or name == "z3++.h" or name.startswith("z3_")
     is_cli11 = name.startswith("CLI/")
-    if is_z3 and room != "solvers" and not reads_with_z3(path):
+    if is_z3 and room != "solvers":
         return "only lumo/solvers/ includes Z3's headers"
     if is_cli11 and room != "cli":
         return "only lumo/cli/ includes CLI11's headers"
@@ -73,12 +68,12 @@ def check_product(root):
             continue
         for line, name in find_includes(path):
             top, other = split_name(name)
-            fault = check_library(path, room, name)
+            fault = check_library(room, name)
             if top == "tests":
                 fault = "lumo/ includes nothing of tests/"
             elif top == "lumo" and get_floor(other) is None:
                 fault = f"the folder lumo/{other}/ has no floor"
-            elif top == "lumo" and get_floor(other) > floor and not reads_with_z3(path):
+            elif top == "lumo" and get_floor(other) > floor:
                 fault = f"lumo/{room}/ is on floor {floor}, but lumo/{other}/ is on floor {get_floor(other)}"
             if fault:
                 faults.append(f"{where}:{line}: {name}: {fault}")

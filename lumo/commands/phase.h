@@ -16,7 +16,7 @@ enum class Phase : std::uint8_t
   kSolve,
   kExtend,
   kCheck,
-  kPrint,  ///< to what is open already, the standard output for one
+  kPrint,  ///< to the standard output and what else is open already
   kWrite,  ///< to files that have names
 };
 

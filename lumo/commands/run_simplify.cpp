@@ -26,7 +26,7 @@ class Output
   explicit Output(const std::string& name) : name_(name), target_(find_output_target(name)) {}
 
   [[nodiscard]] const OutputTarget& get_target() const { return target_; }
-  /// Whether it comes to the user's eyes while it is written.
+  /// Whether it may come to a terminal while it is written.
   [[nodiscard]] bool prints() const { return target_.kind == OutputTarget::Kind::kOpen; }
   void open()
   {

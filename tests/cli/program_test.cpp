@@ -50,13 +50,12 @@ TEST(Program, AnswersWithStatusAndTexts)
       {{"invert", "good.smt2", "syntax.smt2", "sort.smt2"},
        2,
        "",
-       "syntax.smt2:2:14: unknown constant q\n"
+       "syntax.smt2:2:14: the symbol q is not declared\n"
        "sort.smt2:1:18: the symbol Int was found, but the sort Bool or (_ BitVec w) was expected\n"},
       {{"invert", "two.smt2"},
        2,
        "",
-       "two.smt2:2:3: the command push was found, but only declarations, definitions, assertions and one "
-       "check-sat were expected\n"},
+       "two.smt2:2:3: a push was found, but only one level around one check-sat was expected\n"},
       {{"invert", "none.smt2"}, 2, "", "none.smt2: this cannot be read: No such file or directory\n"},
       {{"invert", "."}, 2, "", ".: this cannot be read: Is a directory\n"},
       {{}, 2, "", "lumo: a subcommand is required; see lumo --help\n"},

@@ -107,7 +107,7 @@ TEST(RunInvert, NamesEveryFileThatItCannotReadAndPrintsNothing)
   EXPECT_EQ(answer.status, kFailed);
   EXPECT_EQ(answer.out, "");
   EXPECT_EQ(answer.err,
-            bad.get_name() + ":2:9: unknown constant y\n" + missing +
+            bad.get_name() + ":2:9: the symbol y is not declared\n" + missing +
                 ": this cannot be read: No such file or directory\n" + foreign.get_name() +
                 ":1:18: the symbol Real was found, but the sort Bool or (_ BitVec w) was expected\n" +
                 testing::TempDir() + ": this cannot be read: Is a directory\n" +
