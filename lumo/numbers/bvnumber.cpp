@@ -5,12 +5,17 @@
 #include <cassert>
 #include <climits>
 
+#include "lumo/numbers/scratch.h"
+
 namespace lumo {
+
+// In each function t0 to t3 are the scratch integers; no two functions that use the same one are active at once.
 
 namespace {
 
-// The scratch integers of the number type; no two helpers that use them are active at once.
-mpz_ptr scratch(int i) { return QNumber::gmp_tmp[i]; }
+mp_limb_t one_limb = 1;
+/// The denominator of an integer; nothing writes to it.
+const mpz_t kOne = MPZ_ROINIT_N(&one_limb, 1);
 
 constexpr unsigned long kLimbBits = 64;
 static_assert(sizeof(unsigned long) * CHAR_BIT == kLimbBits, "a word holds a limb");
@@ -31,8 +36,7 @@ unsigned long low_bits(unsigned long n, unsigned long w) { return w < kLimbBits 
 void double_precision(mpz_ptr x, mpz_srcptr a, unsigned long known, unsigned long w)
 {
   // a * x = 1 + 2^known * e modulo 2^w, and so the missing bits of x are those of -x * e.
-  mpz_ptr e = scratch(2);
-  mpz_ptr top = scratch(3);
+  auto& [t0, t1, e, top] = get_scratch();
   mpz_tdiv_r_2exp(e, a, w);
   mpz_mul(e, e, x);
   mpz_tdiv_r_2exp(e, e, w);
@@ -51,37 +55,38 @@ void double_precision(mpz_ptr x, mpz_srcptr a, unsigned long known, unsigned lon
 
 QNumber BVNumber::pow2_slow(unsigned long w)
 {
-  mpz_set_ui(scratch(0), 1);
-  mpz_mul_2exp(scratch(0), scratch(0), w);
-  mpz_set_ui(scratch(1), 1);
-  return {scratch(0), scratch(1)};
+  mpz_ptr t0 = get_scratch()[0];
+  mpz_set_ui(t0, 1);
+  mpz_mul_2exp(t0, t0, w);
+  return {t0, kOne};
 }
 
 QNumber BVNumber::from_integer(mpz_srcptr z)
 {
   if (mpz_fits_slong_p(z) != 0) return {mpz_get_si(z)};
-  mpz_ptr one = scratch(z == scratch(3) ? 2 : 3);  // z may be scratch itself
-  mpz_set_ui(one, 1);
-  return {z, one};
+  return {z, kOne};
 }
 
 QNumber BVNumber::reduce_slow(const QNumber& q, unsigned long w)
 {
-  mpz_fdiv_r_2exp(scratch(0), q.view_numerator(scratch(0)), w);
-  return from_integer(scratch(0));
+  mpz_ptr t0 = get_scratch()[0];
+  mpz_fdiv_r_2exp(t0, q.view_numerator(t0), w);
+  return from_integer(t0);
 }
 
 bool BVNumber::is_pattern_slow(const QNumber& q, unsigned long w)
 {
-  mpz_srcptr z = q.view_numerator(scratch(0));
+  mpz_ptr t0 = get_scratch()[0];
+  mpz_srcptr z = q.view_numerator(t0);
   return mpz_sgn(z) >= 0 && mpz_sizeinbase(z, 2) <= w;
 }
 
 QNumber BVNumber::complement_slow(const QNumber& q, unsigned long w)
 {
-  mpz_com(scratch(0), q.view_numerator(scratch(0)));
-  mpz_fdiv_r_2exp(scratch(0), scratch(0), w);
-  return from_integer(scratch(0));
+  mpz_ptr t0 = get_scratch()[0];
+  mpz_com(t0, q.view_numerator(t0));
+  mpz_fdiv_r_2exp(t0, t0, w);
+  return from_integer(t0);
 }
 
 QNumber BVNumber::concatenate(const QNumber& high, const QNumber& low, unsigned long w)
@@ -93,9 +98,10 @@ QNumber BVNumber::concatenate(const QNumber& high, const QNumber& low, unsigned 
     // Unlike the high part, a low one that narrow is always a word.
     if (low.get_word(lower)) return {upper << w | lower};  // GCOVR_EXCL_BR_LINE
   }
-  mpz_mul_2exp(scratch(0), high.view_numerator(scratch(0)), w);
-  mpz_add(scratch(0), scratch(0), low.view_numerator(scratch(1)));
-  return from_integer(scratch(0));
+  auto& [t0, t1, t2, t3] = get_scratch();
+  mpz_mul_2exp(t0, high.view_numerator(t0), w);
+  mpz_add(t0, t0, low.view_numerator(t1));
+  return from_integer(t0);
 }
 
 QNumber BVNumber::extract(const QNumber& q, unsigned long lsb, unsigned long w)
@@ -106,9 +112,10 @@ QNumber BVNumber::extract(const QNumber& q, unsigned long lsb, unsigned long w)
     const long shifted = lsb <= kWordWidth ? word >> lsb : 0;
     return {w <= kWordWidth ? shifted & ((1L << w) - 1) : shifted};
   }
-  mpz_tdiv_q_2exp(scratch(0), q.view_numerator(scratch(0)), lsb);
-  mpz_tdiv_r_2exp(scratch(0), scratch(0), w);
-  return from_integer(scratch(0));
+  mpz_ptr t0 = get_scratch()[0];
+  mpz_tdiv_q_2exp(t0, q.view_numerator(t0), lsb);
+  mpz_tdiv_r_2exp(t0, t0, w);
+  return from_integer(t0);
 }
 
 QNumber BVNumber::rotate_left(const QNumber& q, unsigned long k, unsigned long w)
@@ -118,12 +125,13 @@ QNumber BVNumber::rotate_left(const QNumber& q, unsigned long k, unsigned long w
   // GCOVR_EXCL_BR_START: a pattern that narrow is a word
   if (w <= kWordWidth && q.get_word(word)) return {(word << k & ((1L << w) - 1)) | word >> (w - k)};
   // GCOVR_EXCL_BR_STOP
-  mpz_srcptr z = q.view_numerator(scratch(0));
-  mpz_tdiv_q_2exp(scratch(1), z, w - k);
-  mpz_tdiv_r_2exp(scratch(0), z, w - k);
-  mpz_mul_2exp(scratch(0), scratch(0), k);
-  mpz_add(scratch(0), scratch(0), scratch(1));
-  return from_integer(scratch(0));
+  auto& [t0, t1, t2, t3] = get_scratch();
+  mpz_srcptr z = q.view_numerator(t0);
+  mpz_tdiv_q_2exp(t1, z, w - k);
+  mpz_tdiv_r_2exp(t0, z, w - k);
+  mpz_mul_2exp(t0, t0, k);
+  mpz_add(t0, t0, t1);
+  return from_integer(t0);
 }
 
 QNumber BVNumber::shift_left(const QNumber& q, unsigned long k)
@@ -131,8 +139,9 @@ QNumber BVNumber::shift_left(const QNumber& q, unsigned long k)
   assert(q.sign() >= 0 && "patterns are not negative");
   long word;
   if (k <= kWordWidth && q.get_word(word) && word < (1L << (kWordWidth - k))) return {word << k};
-  mpz_mul_2exp(scratch(0), q.view_numerator(scratch(0)), k);
-  return from_integer(scratch(0));
+  mpz_ptr t0 = get_scratch()[0];
+  mpz_mul_2exp(t0, q.view_numerator(t0), k);
+  return from_integer(t0);
 }
 
 QNumber BVNumber::shift_right(const QNumber& q, unsigned long k)
@@ -140,8 +149,9 @@ QNumber BVNumber::shift_right(const QNumber& q, unsigned long k)
   assert(q.sign() >= 0 && "patterns are not negative");
   long word;
   if (q.get_word(word)) return {k <= kWordWidth ? word >> k : 0};
-  mpz_tdiv_q_2exp(scratch(0), q.view_numerator(scratch(0)), k);
-  return from_integer(scratch(0));
+  mpz_ptr t0 = get_scratch()[0];
+  mpz_tdiv_q_2exp(t0, q.view_numerator(t0), k);
+  return from_integer(t0);
 }
 
 bool BVNumber::is_bit_set(const QNumber& q, unsigned long i)
@@ -149,7 +159,8 @@ bool BVNumber::is_bit_set(const QNumber& q, unsigned long i)
   assert(q.sign() >= 0 && "patterns are not negative");
   long word;
   if (q.get_word(word)) return i <= kWordWidth && ((word >> i) & 1) != 0;
-  return mpz_tstbit(q.view_numerator(scratch(0)), i) != 0;
+  mpz_ptr t0 = get_scratch()[0];
+  return mpz_tstbit(q.view_numerator(t0), i) != 0;
 }
 
 QNumber BVNumber::invert_odd(const QNumber& a, unsigned long w)
@@ -159,8 +170,8 @@ QNumber BVNumber::invert_odd(const QNumber& a, unsigned long w)
   if (w <= kWordWidth && a.get_word(word)) [[likely]] {
     return {static_cast<long>(low_bits(invert_limb(static_cast<unsigned long>(word)), w))};
   }
-  mpz_srcptr n = a.view_numerator(scratch(0));
-  mpz_ptr x = scratch(1);
+  auto& [t0, x, t2, t3] = get_scratch();
+  mpz_srcptr n = a.view_numerator(t0);
   // Each precision is half of the next one, rounded up, so that the last is w.
   std::array<unsigned long, kLimbBits> precisions;
   std::size_t num_steps = 0;
@@ -185,7 +196,8 @@ bool BVNumber::is_pow2(const QNumber& q, unsigned long& exponent)
     exponent = static_cast<unsigned long>(std::countr_zero(static_cast<unsigned long>(word)));
     return true;
   }
-  mpz_srcptr z = q.view_numerator(scratch(0));
+  mpz_ptr t0 = get_scratch()[0];
+  mpz_srcptr z = q.view_numerator(t0);
   const mp_bitcnt_t lowest = mpz_scan1(z, 0);
   if (lowest + 1 != mpz_sizeinbase(z, 2)) return false;
   exponent = lowest;
@@ -197,8 +209,9 @@ QNumber BVNumber::bit_and(const QNumber& a, const QNumber& b)
   long x;
   long y;
   if (a.get_word(x) && b.get_word(y)) return {x & y};
-  mpz_and(scratch(0), a.view_numerator(scratch(0)), b.view_numerator(scratch(1)));
-  return from_integer(scratch(0));
+  auto& [t0, t1, t2, t3] = get_scratch();
+  mpz_and(t0, a.view_numerator(t0), b.view_numerator(t1));
+  return from_integer(t0);
 }
 
 QNumber BVNumber::bit_or(const QNumber& a, const QNumber& b)
@@ -206,8 +219,9 @@ QNumber BVNumber::bit_or(const QNumber& a, const QNumber& b)
   long x;
   long y;
   if (a.get_word(x) && b.get_word(y)) return {x | y};
-  mpz_ior(scratch(0), a.view_numerator(scratch(0)), b.view_numerator(scratch(1)));
-  return from_integer(scratch(0));
+  auto& [t0, t1, t2, t3] = get_scratch();
+  mpz_ior(t0, a.view_numerator(t0), b.view_numerator(t1));
+  return from_integer(t0);
 }
 
 QNumber BVNumber::bit_xor(const QNumber& a, const QNumber& b)
@@ -215,8 +229,9 @@ QNumber BVNumber::bit_xor(const QNumber& a, const QNumber& b)
   long x;
   long y;
   if (a.get_word(x) && b.get_word(y)) return {x ^ y};
-  mpz_xor(scratch(0), a.view_numerator(scratch(0)), b.view_numerator(scratch(1)));
-  return from_integer(scratch(0));
+  auto& [t0, t1, t2, t3] = get_scratch();
+  mpz_xor(t0, a.view_numerator(t0), b.view_numerator(t1));
+  return from_integer(t0);
 }
 
 }  // namespace lumo

@@ -6,8 +6,8 @@
 namespace lumo {
 
 /// Helpers for numbers that are read as bit patterns. A pattern of width w is an integer in [0, 2^w - 1];
-/// widths and positions count bits. Arguments are integers, not negative where nothing else is said. Results,
-/// save those of `pow2`, are small whenever they fit a word, whatever the form of the arguments.
+/// widths and positions count bits. Arguments are integers, not negative where nothing else is said. Results
+/// are small if their magnitude is below 2^63, and else big, whatever the form of the arguments.
 struct BVNumber
 {
   /// 2^w; small for w <= 62, else big.

@@ -1,17 +1,13 @@
 #include "lumo/numbers/qnumber.h"
 
 #include <cassert>
-#include <numeric>
 
 #include "lumo/numbers/gcd.h"
+#include "lumo/numbers/scratch.h"
 
 namespace lumo {
 
-mpz_t QNumber::gmp_tmp[4];
-
 namespace {
-
-unsigned long scratch_users = 0;
 
 /// x /= y, where y divides x; most often y is 1.
 void divide_exactly(mpz_ptr x, mpz_srcptr y)
@@ -19,33 +15,23 @@ void divide_exactly(mpz_ptr x, mpz_srcptr y)
   if (mpz_cmp_ui(y, 1) != 0) mpz_divexact(x, x, y);
 }
 
+/// The gcd of a small numerator or a sum of such, and of a small denominator.
+[[gnu::always_inline]] inline long gcd_of_parts(long numerator, long denominator)
+{
+  return static_cast<long>(common_factor(magnitude(numerator), static_cast<unsigned long>(denominator)));
+}
+
 }  // namespace
-
-GmpScratchLifetime::GmpScratchLifetime() noexcept
-{
-  if (scratch_users++ == 0) {
-    for (mpz_t& scratch : QNumber::gmp_tmp)
-      mpz_init(scratch);
-  }
-}
-
-GmpScratchLifetime::~GmpScratchLifetime()
-{
-  if (--scratch_users == 0) {
-    for (mpz_t& scratch : QNumber::gmp_tmp)
-      mpz_clear(scratch);
-  }
-}
 
 QNumber::QNumber(long numerator, long denominator) : QNumber()
 {
-  assert(denominator != 0 && "a denominator is not zero");
-  const unsigned long n = magnitude(numerator);
-  const unsigned long d = magnitude(denominator);
-  // lumo::gcd answers in a signed word, which the magnitude of LONG_MIN does not fit.
-  const bool fits = n <= LONG_MAX && d <= LONG_MAX;
-  const unsigned long g = fits ? static_cast<unsigned long>(gcd(numerator, denominator)) : std::gcd(n, d);
-  const bool negative = (numerator < 0) != (denominator < 0);
+  set_fraction((numerator < 0) != (denominator < 0), magnitude(numerator), magnitude(denominator));
+}
+
+void QNumber::set_fraction(bool negative, unsigned long n, unsigned long d)
+{
+  assert(d != 0 && "a denominator is not zero");
+  const unsigned long g = common_factor(n, d);
   if (n / g <= LONG_MAX && d / g <= LONG_MAX) {
     const long reduced = static_cast<long>(n / g);
     num = negative ? -reduced : reduced;
@@ -131,7 +117,7 @@ void QNumber::normalise_big()
       mpz_neg(b.num, b.num);
       mpz_neg(b.den, b.den);
     }
-    mpz_ptr g = gmp_tmp[2];
+    mpz_ptr g = get_scratch()[2];
     mpz_gcd(g, b.num, b.den);  // the denominator itself if the numerator is zero
     divide_exactly(b.num, g);
     divide_exactly(b.den, g);
@@ -147,7 +133,7 @@ template <QNumber::Addend kAddend>
 bool QNumber::add_small(long yn, long yd)
 {
   // Most often the denominators have no common factor, and then neither has the result.
-  const long g = gcd(den, yd);
+  const long g = gcd_of_parts(den, yd);
   long a = den;
   long b = yd;
   long t1;
@@ -161,7 +147,7 @@ bool QNumber::add_small(long yn, long yd)
       kAddend == Addend::kAdded ? __builtin_add_overflow(t1, t2, &s) : __builtin_sub_overflow(t1, t2, &s);
   if (overflow || s == LONG_MIN) return false;
 
-  const long g2 = g == 1 ? 1 : gcd(s, g);
+  const long g2 = g == 1 ? 1 : gcd_of_parts(s, g);
   b = yd;
   // GCOVR_EXCL_BR_START
   if (g2 != 1 && (div_overflow(s, s, g2) || div_overflow(b, yd, g2))) return false;
@@ -183,7 +169,7 @@ void QNumber::add_big(const QNumber& rhs)
     combine(block().num, x.num, y.num);
     return;
   }
-  auto& [t0, t1, t2, t3] = gmp_tmp;
+  auto& [t0, t1, t2, t3] = get_scratch();
   mpz_ptr xn = block().num;
   mpz_ptr xd = block().den;
   mpz_set(t0, y.num);
@@ -255,8 +241,8 @@ void QNumber::sub_slow(const QNumber& rhs) { add_general<Addend::kSubtracted>(rh
 
 bool QNumber::mul_small(long yn, long yd)
 {
-  const long g1 = gcd(num, yd);
-  const long g2 = gcd(yn, den);
+  const long g1 = gcd_of_parts(num, yd);
+  const long g2 = gcd_of_parts(yn, den);
   long xn;
   long xd;
   // GCOVR_EXCL_BR_START
@@ -281,7 +267,7 @@ void QNumber::mul_big(const QNumber& rhs)
     mpz_mul(xn, xn, y.num);
     return;
   }
-  auto& [t0, t1, t2, t3] = gmp_tmp;
+  auto& [t0, t1, t2, t3] = get_scratch();
   mpz_set(t0, y.num);
   mpz_set(t1, y.den);
   mpz_gcd(t2, xn, t1);
@@ -343,7 +329,7 @@ void QNumber::divmod_slow(const QNumber& d, QNumber& q, QNumber& r) const
     r = remainder;
     return;
   }
-  // What may fail comes first.
+  // Allocate first: a `bad_alloc` must leave q and r unchanged.
   QNumber fresh_q;
   QNumber fresh_r;
   if (!q.is_big()) fresh_q.adopt_fresh_block();
@@ -351,7 +337,7 @@ void QNumber::divmod_slow(const QNumber& d, QNumber& q, QNumber& r) const
 
   // An output may be an input: a small operand is read before the outputs become big, and a big one keeps its
   // integers through that, for which GMP allows outputs that are inputs.
-  mpz_ptr word = gmp_tmp[0];
+  mpz_ptr word = get_scratch()[0];
   if (!is_big()) mpz_set_si(word, num);
   if (!d.is_big()) mpz_set_si(word, d.num);
   mpz_srcptr dividend = is_big() ? block().num : word;

@@ -6,10 +6,25 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <type_traits>
 
 #include <gmp.h>
 
 namespace lumo {
+
+/// The integer types of which a number takes every value: a word or narrower.
+template <class T>
+concept WordInteger = std::integral<T> && sizeof(T) <= sizeof(long);
+
+/// The integer types of a word whose upper values a `long` cannot take.
+template <class T>
+concept UnsignedWord = std::unsigned_integral<T> && sizeof(T) == sizeof(long);
+
+/// The arithmetic types whose values a word would cut without a warning: floating-point types and integers wider than
+/// a word. `std::integral` holds for `__int128` in GNU modes of a compiler only, so this does not ask for it.
+template <class T>
+concept CutByWord = std::convertible_to<T, long> && !WordInteger<T> && !std::is_enum_v<T> &&
+                    !std::is_class_v<T> && !std::is_union_v<T>;
 
 /// An exact rational number of two words, made for values that fit a machine word.
 ///
@@ -23,8 +38,10 @@ namespace lumo {
 ///     and hash alike.
 ///
 /// Operands and outputs of every operation may be the same object. Nothing here reports an error: what leaves
-/// the word moves to GMP. Arithmetic uses the shared scratch integers `gmp_tmp` and the shared `gcd_cache`,
-/// so only one thread at a time may use numbers.
+/// the word moves to GMP.
+///
+/// Any number of threads may calculate at the same time. As with an `int`, a number that one thread changes must not be
+/// used by another one meanwhile; one that none changes may be read by all.
 class QNumber
 {
  public:
@@ -38,18 +55,27 @@ class QNumber
       promote();
   }
   /// n; small if it fits. Narrower unsigned types fit a `long`.
-  template <std::unsigned_integral T>
+  template <UnsignedWord T>
   // NOLINTNEXTLINE(google-explicit-constructor): likewise
-  requires(sizeof(T) == sizeof(long)) QNumber(T n) : num(static_cast<long>(n)), den(1)
+  QNumber(T n) : num(static_cast<long>(n)), den(1)
   {
     if (n > static_cast<T>(LONG_MAX)) [[unlikely]]
       promote_unsigned(n);
   }
-  /// A floating-point value would lose digits silently.
-  template <std::floating_point T>
+  template <CutByWord T>
   QNumber(T) = delete;
   /// num/den in lowest terms; small if both parts then fit (I2). den must not be 0.
   QNumber(long num, long den);
+  /// The same for parts of which one is an unsigned word.
+  template <WordInteger Num, WordInteger Den>
+  requires(UnsignedWord<Num> || UnsignedWord<Den>) QNumber(Num numerator, Den denominator) : QNumber()
+  {
+    set_fraction(is_negative(numerator) != is_negative(denominator), get_magnitude(numerator),
+                 get_magnitude(denominator));
+  }
+  template <class Num, class Den>
+  requires(CutByWord<Num> || CutByWord<Den>) QNumber(Num, Den)
+  = delete;
   /// num/den in lowest terms; small only if both given integers fit an `int`, else big. den must not be 0.
   QNumber(mpz_srcptr num, mpz_srcptr den);
 
@@ -214,8 +240,9 @@ class QNumber
     return false;
   }
 
-  /// Scratch integers of the big paths; ready before any static initialiser that includes this header runs.
-  static mpz_t gmp_tmp[4];
+  /// Scratch integers of the big paths, one set for each thread. They are ready whenever a thread uses them, also
+  /// before and after `main`, and any operation on numbers may change them; their memory is freed when the thread ends.
+  static thread_local mpz_t gmp_tmp[4];
 
  private:
   struct Block
@@ -244,7 +271,19 @@ class QNumber
     num = 0;
     den = 1;
   }
-  /// Become big with the same value; the number is small before, its numerator for once perhaps LONG_MIN.
+  template <WordInteger T>
+  [[nodiscard]] static constexpr bool is_negative(T n)
+  {
+    return std::is_signed_v<T> && static_cast<long>(n) < 0;
+  }
+  template <WordInteger T>
+  [[nodiscard]] static constexpr unsigned long get_magnitude(T n)
+  {
+    return is_negative(n) ? -static_cast<unsigned long>(n) : static_cast<unsigned long>(n);
+  }
+  /// Become n/d or -n/d in lowest terms; the number owns nothing before.
+  void set_fraction(bool negative, unsigned long n, unsigned long d);
+  /// Become big with the same value. Precondition: small; the numerator may be LONG_MIN (the exception to I2).
   [[gnu::cold]] void promote();
   /// Become big with the given value; the number owns nothing before.
   [[gnu::cold]] void promote_unsigned(unsigned long n);
@@ -281,8 +320,8 @@ class QNumber
   void mul_big(const QNumber& rhs);
   void mul_word(long yn, long yd);
 
-  /// Compare by cross-multiplication; the signs are equal and not 0.
-  static bool less_small(long xn, long xd, long yn, long yd);
+  /// Whether lhs < rhs, by cross-multiplication. Precondition: at least one is big, and either both are negative, or
+  /// lhs is not negative and rhs is positive.
   static bool less_big(const QNumber& lhs, const QNumber& rhs);
 
   long num;  ///< small: the numerator; big: the address of the block
@@ -318,19 +357,6 @@ static_assert(sizeof(QNumber) == 16, "a number is two words");
 [[nodiscard]] inline bool operator>=(const QNumber& lhs, const QNumber& rhs) { return !(lhs < rhs); }
 
 inline void swap(QNumber& lhs, QNumber& rhs) noexcept { lhs.swap(rhs); }
-
-/// Keeps the scratch integers alive from the first source that includes this header to the last: each holds
-/// one such object, constructed before and destroyed after all its other objects with static storage (J.
-/// Schwarz, "Initializing static variables in C++ libraries", C++ Report 1(2), 1989).
-class GmpScratchLifetime
-{
- public:
-  GmpScratchLifetime() noexcept;
-  GmpScratchLifetime(const GmpScratchLifetime&) = delete;
-  GmpScratchLifetime& operator=(const GmpScratchLifetime&) = delete;
-  ~GmpScratchLifetime();
-};
-static const GmpScratchLifetime gmp_scratch_lifetime;
 
 }  // namespace lumo
 

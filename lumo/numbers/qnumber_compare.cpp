@@ -6,10 +6,13 @@
 #include "lumo/numbers/gcd.h"
 #include "lumo/numbers/hash_mix.h"
 #include "lumo/numbers/qnumber.h"
+#include "lumo/numbers/scratch.h"
 
 namespace lumo {
 
 namespace {
+
+__extension__ using Product = __int128;
 
 /// Agrees with the hash of the word if z is one.
 std::size_t hash_integer(std::size_t seed, mpz_srcptr z)
@@ -22,6 +25,19 @@ std::size_t hash_integer(std::size_t seed, mpz_srcptr z)
   for (std::size_t i = 0; i < mpz_size(z); ++i)
     h = mix_hash(h, limbs[i]);
   return h;
+}
+
+/// Whether x and y are equal. Short integers are compared without a call of GMP and without branches that depend on
+/// their limbs, which a processor would often mispredict.
+bool are_equal(mpz_srcptr x, mpz_srcptr y)
+{
+  constexpr mp_size_t kShort = 4;
+  const auto length = static_cast<mp_size_t>(mpz_size(x));
+  if (length > kShort || mpz_size(y) != mpz_size(x)) return mpz_cmp(x, y) == 0;
+  auto difference = static_cast<mp_limb_t>(mpz_sgn(x) ^ mpz_sgn(y));
+  for (mp_size_t i = 0; i < length; ++i)
+    difference |= mpz_getlimbn(x, i) ^ mpz_getlimbn(y, i);
+  return difference == 0;
 }
 
 }  // namespace
@@ -101,8 +117,11 @@ bool QNumber::equal_slow(const QNumber& lhs, const QNumber& rhs)
 {
   if (!lhs.is_big()) return equal_slow(rhs, lhs);
   const Block& x = lhs.block();
-  if (rhs.is_big()) return mpz_cmp(x.num, rhs.block().num) == 0 && mpz_cmp(x.den, rhs.block().den) == 0;
-  return mpz_cmp_si(x.num, rhs.num) == 0 && mpz_cmp_si(x.den, rhs.den) == 0;
+  if (!rhs.is_big()) return mpz_cmp_si(x.num, rhs.num) == 0 && mpz_cmp_si(x.den, rhs.den) == 0;
+  const Block& y = rhs.block();
+  // Integers are the usual case, and one comparison decides it.
+  if (lhs.is_int_big() && rhs.is_int_big()) return are_equal(x.num, y.num);
+  return are_equal(x.num, y.num) && are_equal(x.den, y.den);
 }
 
 bool QNumber::less_slow(const QNumber& lhs, const QNumber& rhs)
@@ -110,35 +129,23 @@ bool QNumber::less_slow(const QNumber& lhs, const QNumber& rhs)
   if (lhs.is_big() && rhs.is_big() && lhs.is_int_big() && rhs.is_int_big()) {
     return mpz_cmp(lhs.block().num, rhs.block().num) < 0;
   }
+  if (!lhs.is_big() && !rhs.is_big()) {
+    // Products of two words have at most 126 bits (I2), so nothing is to be divided by a gcd first.
+    return Product{lhs.num} * rhs.den < Product{rhs.num} * lhs.den;
+  }
   const int x_sign = lhs.sign();
   const int y_sign = rhs.sign();
   if (x_sign < 0 && y_sign >= 0) return true;
   if (x_sign >= 0 && y_sign <= 0) return false;
-  if (!lhs.is_big() && !rhs.is_big()) return less_small(lhs.num, lhs.den, rhs.num, rhs.den);
   if (lhs.is_int() && rhs.is_int()) {
     return rhs.is_big() ? mpz_cmp_si(rhs.block().num, lhs.num) > 0 : mpz_cmp_si(lhs.block().num, rhs.num) < 0;
   }
   return less_big(lhs, rhs);
 }
 
-bool QNumber::less_small(long xn, long xd, long yn, long yd)
-{
-  const long g1 = gcd(xn, yn);
-  const long g2 = gcd(xd, yd);
-  long left;
-  long right;
-  if (!mul_overflow(left, xn / g1, yd / g2) && !mul_overflow(right, yn / g1, xd / g2)) return left < right;
-  auto& [t0, t1, t2, t3] = gmp_tmp;
-  mpz_set_si(t0, xn / g1);
-  mpz_mul_si(t0, t0, yd / g2);
-  mpz_set_si(t1, yn / g1);
-  mpz_mul_si(t1, t1, xd / g2);
-  return mpz_cmp(t0, t1) < 0;
-}
-
 bool QNumber::less_big(const QNumber& lhs, const QNumber& rhs)
 {
-  auto& [t0, t1, t2, t3] = gmp_tmp;
+  auto& [t0, t1, t2, t3] = get_scratch();
   lhs.get_numerator(t0);
   rhs.get_numerator(t1);
   mpz_gcd(t2, t0, t1);

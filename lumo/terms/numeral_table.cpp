@@ -4,6 +4,8 @@
 #include <new>
 #include <utility>
 
+#include "lumo/numbers/scratch.h"
+
 namespace lumo {
 
 namespace {
@@ -30,7 +32,7 @@ std::uint64_t hash_pattern(const QNumber& pattern, unsigned long w)
   std::uint64_t hash = kFirst * (2 * w + 1);
   long word;
   if (pattern.get_word(word)) return multiply_and_fold(static_cast<std::uint64_t>(word) ^ kSecond, hash);
-  mpz_srcptr z = pattern.view_numerator(QNumber::gmp_tmp[0]);
+  mpz_srcptr z = pattern.view_numerator(get_scratch()[0]);
   for (std::size_t i = 0; i < mpz_size(z); ++i)
     hash = multiply_and_fold(mpz_getlimbn(z, static_cast<mp_size_t>(i)) ^ kSecond, hash ^ kFirst);
   return hash;

@@ -1,5 +1,7 @@
 #include "lumo/terms/numeral_text.h"
 
+#include "lumo/numbers/scratch.h"
+
 namespace lumo {
 
 std::string make_numeral_text(const QNumber& pattern, unsigned long width)
@@ -8,7 +10,7 @@ std::string make_numeral_text(const QNumber& pattern, unsigned long width)
   const int base = hexadecimal ? 16 : 2;
   const unsigned long num_digits = hexadecimal ? width / 4 : width;
 
-  mpz_srcptr value = pattern.view_numerator(QNumber::gmp_tmp[0]);
+  mpz_srcptr value = pattern.view_numerator(get_scratch()[0]);
   const std::size_t num_significant = mpz_sgn(value) == 0 ? 0 : mpz_sizeinbase(value, base);
   // GMP writes its digits and a closing zero; the zero lands in the character that is cut off again.
   std::string text(2 + num_digits + 1, '0');

@@ -103,13 +103,14 @@ class TermManager
   {
     return make_bv_number(QNumber(static_cast<long>(n)), w);
   }
-  /// The same for every other integer type, none of which is cut to an `int` on the way.
-  template <std::integral T>
+  /// The same for every other integer type of at most a word. Wider ones are refused by the compiler, as nothing may be
+  /// cut on the way.
+  template <WordInteger T>
   const Term* make_bv_number(T n, unsigned long w)
   {
     return make_bv_number(QNumber(n), w);
   }
-  template <std::floating_point T>
+  template <CutByWord T>
   const Term* make_bv_number(T n, unsigned long w) = delete;
   /// The values of all numerals, for whoever wants to look at the shape of the table.
   [[nodiscard]] const NumeralTable& get_numerals() const { return numerals_; }

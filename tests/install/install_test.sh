@@ -121,7 +121,7 @@ check_exports()
 
   # Without parameters and template arguments
   nm -D --defined-only "$library" | awk '$2 != "A" { sub(/@.*/, "", $3); print $3 }' | c++filt -p \
-    | sed -E 's/^(typeinfo name|typeinfo|vtable) for //; s/\[abi:[a-z0-9]*\]|<.*>|::operator.*//g' \
+    | sed -E 's/^(typeinfo name|typeinfo|vtable|TLS init function) for //; s/\[abi:[a-z0-9]*\]|<.*>|::operator.*//g' \
     | sort -u > "$work/exported"
   for name in gcd_cache Exception find_calculator QNumber::add_slow; do
     grep -qx "lumo::$name" "$work/exported" || fail "the library does not export lumo::$name"

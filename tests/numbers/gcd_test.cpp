@@ -173,6 +173,53 @@ TEST(Gcd, IsRightForEveryPairAroundTheBound)
   }
 }
 
+TEST(CommonFactor, IsTheGcdOfTheCases)
+{
+  for (const GcdCase& c : kCases) {
+    forget_all();
+    EXPECT_EQ(common_factor(absolute(c.a), absolute(c.b)), absolute(c.expected)) << c.a << ' ' << c.b;
+    EXPECT_EQ(common_factor(absolute(c.b), absolute(c.a)), absolute(c.expected)) << c.a << ' ' << c.b;
+  }
+}
+
+TEST(CommonFactor, IsTheGcdOfRandomWords)
+{
+  Random random;
+  SCOPED_TRACE(random);
+  for (int i = 0; i < 100'000; ++i) {
+    const unsigned long factor = random.flip() ? 1 : random.pattern(20);
+    const unsigned long x = factor * random.pattern(random.flip() ? 64 : 32);
+    const unsigned long y = factor * random.pattern(random.flip() ? 64 : 32);
+    ASSERT_EQ(common_factor(x, y), std::gcd(x, y)) << x << ' ' << y;
+  }
+}
+
+TEST(CommonFactor, IsTheGcdWhereOneIsManyTimesTheOther)
+{
+  for (const unsigned long y : {1024UL, 1025UL, 1UL << 20, (1UL << 31) - 1, 600UL * 1021}) {
+    for (const unsigned long quotient : {1UL, 2UL, 255UL, 256UL, 257UL, 1UL << 20, (1UL << 32) - 1}) {
+      for (const unsigned long remainder : {0UL, 1UL, 6UL, 1023UL, 1024UL, y - 1}) {
+        const unsigned long x = quotient * y + remainder;
+        EXPECT_EQ(common_factor(x, y), std::gcd(x, y)) << x << ' ' << y;
+        EXPECT_EQ(common_factor(y, x), std::gcd(x, y)) << x << ' ' << y;
+      }
+    }
+  }
+}
+
+TEST(CommonFactor, AsksTheTableIfAnArgumentIsWithinTheBound)
+{
+  forget_all();
+  gcd_cache[12 * kRow + 18] = 41;
+  gcd_cache[18 * kRow + 12] = 42;
+  EXPECT_EQ(common_factor(12, 18), 41U);
+  EXPECT_EQ(common_factor(18'000'012, 18), 42U);
+  EXPECT_EQ(common_factor(18, 18'000'012), 42U);
+  forget_all();
+  EXPECT_EQ(common_factor(610, 987), 1U);
+  EXPECT_EQ(filled_entries(), chain_entries(610, 987));
+}
+
 TEST(Gcd, MagnitudeTakesEveryWord)
 {
   EXPECT_EQ(magnitude(0), 0U);

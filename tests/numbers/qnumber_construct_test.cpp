@@ -112,6 +112,22 @@ TEST(QNumberConstruct, TheLowestWordOverMinusOneIsBigAndPositive)
   EXPECT_TRUE(holds(QNumber(LONG_MIN, -3), Rational(Integer::power(63), Integer(3)), Form::kBig));
 }
 
+TEST(QNumberConstruct, APairWithAnUnsignedWordKeepsItsValues)
+{
+  EXPECT_TRUE(holds(QNumber(6UL, 4UL), Rational(3, 2), Form::kSmall));
+  EXPECT_TRUE(holds(QNumber(-6, 4UL), Rational(-3, 2), Form::kSmall));
+  EXPECT_TRUE(holds(QNumber(6UL, -4), Rational(-3, 2), Form::kSmall));
+  EXPECT_TRUE(holds(QNumber(true, 4UL), Rational(1, 4), Form::kSmall));
+  EXPECT_TRUE(holds(QNumber(0UL, -4L), 0, Form::kSmall));
+  EXPECT_TRUE(holds(QNumber(kTwoTo63, 2), 1L << 62, Form::kSmall));
+  EXPECT_TRUE(holds(QNumber(kTwoTo63, LONG_MIN), -1, Form::kSmall));
+  EXPECT_TRUE(holds(QNumber(~0UL, 3), Rational(0x5555555555555555, 1), Form::kSmall));
+  EXPECT_TRUE(holds(QNumber(~0UL, 1), Rational(Integer::power(64, -1), kUnit), Form::kBig));
+  EXPECT_TRUE(holds(QNumber(-1, ~0UL), Rational(Integer(-1), Integer::power(64, -1)), Form::kBig));
+  EXPECT_TRUE(
+      holds(QNumber(~0UL, ~0UL - 1), Rational(Integer::power(64, -1), Integer::power(64, -2)), Form::kBig));
+}
+
 struct IntegerPairCase
 {
   const char* num;

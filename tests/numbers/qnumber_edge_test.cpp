@@ -377,6 +377,36 @@ TEST(QNumberEdge, OrderIsExactWhereCrossProductsLeaveTheWord)
   }
 }
 
+TEST(QNumberEdge, EveryLimbCountsForEquality)
+{
+  constexpr unsigned long kLimbBits = 64;
+  for (unsigned long length = 1; length <= 6; ++length) {
+    const Integer top = Integer::power(length * kLimbBits - 1, 1);
+    const Integer unit(1);
+    for (const Integer& den : {unit, Integer::power(70, 1)}) {
+      const Rational x(top, den);
+      const QNumber number = make(x, Form::kBig);
+      EXPECT_TRUE(number == make(x, Form::kBig)) << x;
+      const auto expect_unequal = [&number](const Rational& other) {
+        EXPECT_FALSE(number == make(other, Form::kBig)) << other;
+        EXPECT_FALSE(make(other, Form::kBig) == number) << other;
+      };
+      Integer changed(top);
+      mpz_neg(changed, changed);
+      expect_unequal(Rational(changed, den));
+      expect_unequal(Rational(Integer(0), unit));
+      for (unsigned long bit = 0; bit < length * kLimbBits + 10; bit += 31) {
+        changed = top;
+        mpz_combit(changed, bit);
+        expect_unequal(Rational(changed, den));
+        changed = den;
+        mpz_combit(changed, bit + 1);
+        expect_unequal(Rational(top, changed));
+      }
+    }
+  }
+}
+
 TEST(QNumberEdge, CheckedProductRefusesWhatLeavesTheSmallRange)
 {
   struct Case
