@@ -394,7 +394,7 @@ TEST(QNumberEdge, EveryLimbCountsForEquality)
       Integer changed(top);
       mpz_neg(changed, changed);
       expect_unequal(Rational(changed, den));
-      expect_unequal(Rational(Integer(0), unit));
+      expect_unequal(Rational(0));
       for (unsigned long bit = 0; bit < length * kLimbBits + 10; bit += 31) {
         changed = top;
         mpz_combit(changed, bit);
