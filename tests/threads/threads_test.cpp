@@ -15,8 +15,8 @@
 #include "lumo/numbers/gcd.h"
 #include "tests/support/gmp_number.h"
 #include "tests/support/random.h"
+#include "tests/support/run_together.h"
 #include "tests/threads/jobs.h"
-#include "tests/threads/run_together.h"
 
 namespace lumo {
 namespace {

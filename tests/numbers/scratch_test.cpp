@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "lumo/numbers/bvnumber.h"
-#include "tests/threads/run_together.h"
+#include "tests/support/run_together.h"
 
 namespace lumo {
 namespace {
