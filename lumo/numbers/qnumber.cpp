@@ -163,12 +163,17 @@ template <QNumber::Addend kAddend>
 void QNumber::add_big(const QNumber& rhs)
 {
   constexpr auto combine = kAddend == Addend::kAdded ? mpz_add : mpz_sub;
-  const Block& x = block();
-  const Block& y = rhs.block();
   if (is_int_big() && rhs.is_int_big()) {
-    combine(block().num, x.num, y.num);
-    return;
+    combine(block().num, block().num, rhs.block().num);
+  } else {
+    add_fraction<kAddend>(rhs.block());
   }
+}
+
+template <QNumber::Addend kAddend>
+void QNumber::add_fraction(const Block& y)
+{
+  constexpr auto combine = kAddend == Addend::kAdded ? mpz_add : mpz_sub;
   auto& [t0, t1, t2, t3] = get_scratch();
   mpz_ptr xn = block().num;
   mpz_ptr xd = block().den;
@@ -260,14 +265,18 @@ bool QNumber::mul_small(long yn, long yd)
 
 void QNumber::mul_big(const QNumber& rhs)
 {
+  if (is_int_big() && rhs.is_int_big()) {
+    mpz_mul(block().num, block().num, rhs.block().num);
+  } else {
+    mul_fraction(rhs.block());
+  }
+}
+
+void QNumber::mul_fraction(const Block& y)
+{
+  auto& [t0, t1, t2, t3] = get_scratch();
   mpz_ptr xn = block().num;
   mpz_ptr xd = block().den;
-  const Block& y = rhs.block();
-  if (is_int_big() && rhs.is_int_big()) {
-    mpz_mul(xn, xn, y.num);
-    return;
-  }
-  auto& [t0, t1, t2, t3] = get_scratch();
   mpz_set(t0, y.num);
   mpz_set(t1, y.den);
   mpz_gcd(t2, xn, t1);

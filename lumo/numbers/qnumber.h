@@ -312,12 +312,16 @@ class QNumber
   [[nodiscard]] bool mul_small(long yn, long yd);
   template <Addend kAddend>
   void add_general(const QNumber& rhs);
-  /// These take a number that is big already; the operand is big, or the small yn/yd.
+  /// These take a number that is big already; the operand is big, or the small yn/yd. The ways for fractions are
+  /// functions of their own, so that integers do not pay for their registers.
   template <Addend kAddend>
   void add_big(const QNumber& rhs);
   template <Addend kAddend>
+  [[gnu::noinline]] void add_fraction(const Block& y);
+  template <Addend kAddend>
   void add_word(long yn, long yd);
   void mul_big(const QNumber& rhs);
+  [[gnu::noinline]] void mul_fraction(const Block& y);
   void mul_word(long yn, long yd);
 
   /// Whether lhs < rhs, by cross-multiplication. Precondition: at least one is big, and either both are negative, or

@@ -37,7 +37,7 @@ thread_local mpz_t QNumber::gmp_tmp[4] = {
 namespace {
 
 // Whoever uses the scratch integers first initialises all thread-local objects of this source.
-thread_local const ScratchRelease scratch_release;
+thread_local ScratchRelease scratch_release;
 
 }  // namespace
 
