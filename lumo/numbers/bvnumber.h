@@ -6,8 +6,8 @@
 namespace lumo {
 
 /// Helpers for numbers that are read as bit patterns. A pattern of width w is an integer in [0, 2^w - 1];
-/// widths and positions count bits. Arguments are integers, not negative where nothing else is said. Results
-/// are small if their magnitude is below 2^63, and else big, whatever the form of the arguments.
+/// widths and positions count bits. Arguments are integers, and not negative unless a function says so. Results
+/// are small if their magnitude is below 2^63, and otherwise big, whatever the form of the arguments.
 struct BVNumber
 {
   /// 2^w; small for w <= 62, else big.
@@ -47,7 +47,7 @@ struct BVNumber
     // GCOVR_EXCL_BR_STOP
     return complement_slow(q, w);
   }
-  /// A pattern of any width with the w bits of a second one behind its own.
+  /// A pattern of any width followed by the w bits of a second one.
   [[nodiscard]] static QNumber concatenate(const QNumber& high, const QNumber& low, unsigned long w);
   /// The w bits of a pattern from bit lsb upwards
   [[nodiscard]] static QNumber extract(const QNumber& q, unsigned long lsb, unsigned long w);

@@ -21,7 +21,7 @@ extern long gcd_cache[1024 * 1024];
   return std::atomic_ref<long>(gcd_cache[x * (kGcdCacheBound + 1) + y]);
 }
 
-/// |n|, right also for the most negative word.
+/// |n|; n may be LONG_MIN.
 [[nodiscard]] inline unsigned long magnitude(long n)
 {
   return n < 0 ? -static_cast<unsigned long>(n) : static_cast<unsigned long>(n);
@@ -44,7 +44,7 @@ extern long gcd_cache[1024 * 1024];
 
 /// The greatest common divisor of |a| and |b|; gcd(0, 0) is 0 and gcd(a, 0) is |a|.
 ///
-/// Pairs within the bound are answered from `gcd_cache`, and every such pair met on the way fills it.
+/// Looks up pairs within the bound in `gcd_cache`, and enters every such pair that it meets.
 /// The result must be representable: a and b are not both drawn from {0, the most negative word}, except that
 /// both may be 0.
 [[nodiscard]] inline long gcd(long a, long b)

@@ -37,8 +37,8 @@ concept CutByWord = std::convertible_to<T, long> && !WordInteger<T> && !std::is_
 ///     small zero. Copy assignment keeps a big target big, too. Both forms of a value are equal, ordered alike
 ///     and hash alike.
 ///
-/// Operands and outputs of every operation may be the same object. Nothing here reports an error: what leaves
-/// the word moves to GMP.
+/// Operands and outputs of every operation may be the same object. Nothing here reports an error: a value
+/// that does not fit a word moves to GMP.
 ///
 /// Any number of threads may calculate at the same time. As with an `int`, a number that one thread changes must not be
 /// used by another one meanwhile; one that none changes may be read by all.
@@ -125,23 +125,23 @@ class QNumber
   /// Whether the denominator is 1; only for a big value.
   [[nodiscard]] bool is_int_big() const
   {
-    // Most denominators are 1, and what is 1 has one limb.
+    // Most denominators are 1, which has one limb.
     mpz_srcptr d = block().den;
     return mpz_size(d) == 1 && mpz_getlimbn(d, 0) == 1;
   }
   /// -1, 0 or 1
   [[nodiscard]] int sign() const { return is_big() ? sign_big() : (num > 0) - (num < 0); }
-  /// Decimal: `num`, or `num/den` if the number is no integer.
+  /// Decimal: `num`, or `num/den` if the number is not an integer.
   [[nodiscard]] std::string to_string() const;
   /// Depends on the value alone, not on its form.
   [[nodiscard]] std::size_t hash() const;
   void get_numerator(mpz_ptr out) const;
   void get_denominator(mpz_ptr out) const;
   /// The numerator without a copy where there is one to point at: the number's own integer if it is big, else
-  /// scratch, set to it. Good until the number or scratch changes.
+  /// scratch, set to it. Valid until the number or scratch changes.
   [[nodiscard]] mpz_srcptr view_numerator(mpz_ptr scratch) const;
   /// Whether the number is an integer above LONG_MIN that fits a word, in either form; then it is stored,
-  /// else out is left alone.
+  /// otherwise out is unchanged.
   [[nodiscard]] bool get_word(long& out) const
   {
     if (den == 1) [[likely]] {
@@ -252,7 +252,7 @@ class QNumber
   };
   static_assert(sizeof(long) == sizeof(void*), "the big form keeps a pointer in a word");
 
-  /// What a sum does with the second operand.
+  /// Whether the second operand of a sum is added or subtracted.
   enum class Addend
   {
     kAdded,

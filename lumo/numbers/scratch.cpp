@@ -36,7 +36,7 @@ thread_local mpz_t QNumber::gmp_tmp[4] = {
 
 namespace {
 
-// Whoever uses the scratch integers first initialises all thread-local objects of this source.
+// The first use of the scratch integers in a thread initialises all thread-local objects of this source.
 thread_local ScratchRelease scratch_release;
 
 }  // namespace
