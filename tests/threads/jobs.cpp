@@ -237,6 +237,7 @@ std::string eliminate_and_extend(std::uint64_t stream)
   for (int i = 0; i < 10; ++i) {
     TermManager mgr;
     std::vector<const Term*> assertions;
+    assertions.reserve(kAssertions.size());
     for (const std::string_view assertion : kAssertions)
       assertions.push_back(make_term(mgr, random, assertion));
     const Elimination rest = eliminate(mgr, assertions);
