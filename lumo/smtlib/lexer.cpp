@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "lumo/smtlib/characters.h"
+#include "lumo/terms/characters.h"
 #include "lumo/smtlib/symbol_text.h"
 
 namespace lumo::smtlib {

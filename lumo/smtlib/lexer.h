@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "lumo/smtlib/characters.h"
+#include "lumo/terms/characters.h"
 #include "lumo/smtlib/input_error.h"
 
 namespace lumo::smtlib {

@@ -7,7 +7,7 @@
 #include <gmp.h>
 
 #include "lumo/numbers/bvnumber.h"
-#include "lumo/smtlib/characters.h"
+#include "lumo/terms/characters.h"
 
 namespace lumo::smtlib {
 

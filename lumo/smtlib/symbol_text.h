@@ -4,10 +4,11 @@
 #include <string>
 #include <string_view>
 
+#include "lumo/terms/symbol_spelling.h"
+
 namespace lumo::smtlib {
 
-/// Whether SMT-LIB 2 keeps the word for itself, so that it names nothing without bars.
-[[nodiscard]] bool is_reserved_word(std::string_view word);
+using lumo::is_reserved_word;
 
 /// Whether the symbol of that name stands between bars. A name that has no spelling, because it contains a bar, a
 /// backslash or a control character, is an `Exception`.

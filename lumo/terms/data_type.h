@@ -7,12 +7,13 @@ namespace lumo {
 
 class TermManager;
 
-/// Only a term manager has one: what takes it can be called by term managers alone.
+/// Only a term manager can make one, so functions that take it can be called by term managers alone.
 class TermManagerKey
 {
  private:
   friend class TermManager;
-  TermManagerKey() {}  // NOLINT(modernize-use-equals-default): a defaulted one would let everybody write {}
+  TermManagerKey() {
+  }  // NOLINT(modernize-use-equals-default): with a defaulted one, any caller could write {}
 };
 
 /// A sort: Bool, or bit-vectors of one width. A term manager owns one object per sort, so sorts of one

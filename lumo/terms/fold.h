@@ -13,11 +13,12 @@ namespace lumo {
 /// points to as many of them as s takes, each within the range of its sort; so is the result.
 [[nodiscard]] QNumber fold(const OperatorSymbol& s, const QNumber* const* args);
 
-/// A value's number as `fold` takes it, or null for a term that is none. It lives as long as the manager.
+/// The number of a value as `fold` takes it, or null if the term is not a value. It lives as long as the term.
 [[nodiscard]] const QNumber* find_value_number(const TermManager& mgr, const Term* t);
 /// Whether t denotes a value: a numeral, true or false.
 [[nodiscard]] bool is_value(const TermManager& mgr, const Term* t);
-/// Reads a value as `fold` takes it. For a term that is no value: false, and out is left alone.
+/// Stores the number of a value as `fold` takes it. If the term is not a value, returns false and leaves `out`
+/// unchanged.
 bool get_value_number(const TermManager& mgr, const Term* t, QNumber& out);
 /// The value of the given sort that `fold` would return as the number.
 [[nodiscard]] const Term* make_value(TermManager& mgr, const QNumber& number, const DataType* type);

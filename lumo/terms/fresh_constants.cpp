@@ -1,5 +1,6 @@
 #include "lumo/terms/fresh_constants.h"
 
+#include <algorithm>
 #include <charconv>
 #include <system_error>
 
@@ -52,6 +53,33 @@ void FreshConstants::take(std::string_view name)
 {
   Parts parts{};
   if (split(name, parts)) families_[std::string(parts.prefix)].taken.insert(parts.number);
+}
+
+void FreshConstants::give_back(std::string_view name)
+{
+  Parts parts{};
+  if (!split(name, parts)) return;
+  const auto family = families_.find(std::string(parts.prefix));
+  family->second.taken.erase(parts.number);
+  drop_if_empty(family);
+}
+
+void FreshConstants::release(const std::string& prefix, std::size_t number)
+{
+  const auto family = families_.find(prefix);
+  std::vector<const Term*>& members = family->second.members;
+  members.resize(std::min(number, members.size()));
+  // Numbers that are still taken get their null again when the next vacancy is made.
+  while (!members.empty() && members.back() == nullptr)
+    members.pop_back();
+  drop_if_empty(family);
+}
+
+void FreshConstants::drop_if_empty(Families::iterator family)
+{
+  if (!family->second.members.empty() || !family->second.taken.empty()) return;
+  if (last_ == &*family) last_ = nullptr;
+  families_.erase(family);
 }
 
 }  // namespace lumo

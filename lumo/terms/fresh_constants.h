@@ -13,7 +13,7 @@ namespace lumo {
 class Term;
 
 /// The fresh constants of a manager by prefix and number. A fresh constant is called `<prefix>!<number>`, so it is
-/// found by its name without a table of names, and nobody needs to write the name down before it is asked for.
+/// found by its name without a table of names, and the name is made only when it is asked for.
 class FreshConstants
 {
  public:
@@ -37,11 +37,18 @@ class FreshConstants
   static void fill(const Vacancy& vacancy, const Term* t) noexcept { vacancy.family->members.push_back(t); }
   /// The fresh constant of that name, or null.
   [[nodiscard]] const Term* find(std::string_view name) const;
-  /// Notes that another constant has the name, which is no fresh one's.
+  /// Notes that another constant has the name. Precondition: no fresh constant has it.
   void take(std::string_view name);
+  /// Notes that no other constant has the name any more.
+  void give_back(std::string_view name);
+  /// Drops the constant of that number, and those of the same prefix that were made after it.
+  void release(const std::string& prefix, std::size_t number);
 
  private:
   using Families = std::unordered_map<std::string, Family>;
+
+  /// Forgets a prefix that has neither fresh constants nor taken numbers.
+  void drop_if_empty(Families::iterator family);
 
   Families families_;
   Families::value_type* last_ = nullptr;  ///< that a vacancy was made in

@@ -1,6 +1,7 @@
 #include "lumo/terms/numeral_table.h"
 
 #include <algorithm>
+#include <cassert>
 #include <new>
 #include <utility>
 
@@ -15,8 +16,8 @@ constexpr std::size_t kManyBuckets = 5000;
 
 __extension__ using Product = unsigned __int128;
 
-/// Both halves of the product, so that every bit of the factors has a say: two words are mixed in the time of one
-/// multiplication.
+/// The exclusive or of both halves of the product depends on every bit of the factors, so one multiplication mixes
+/// two words.
 std::uint64_t multiply_and_fold(std::uint64_t a, std::uint64_t b)
 {
   const Product product = Product{a} * b;
@@ -46,16 +47,45 @@ NumeralTable::~NumeralTable()
     slot(i)->~Numeral();
 }
 
-std::size_t NumeralTable::get_bucket(const QNumber& value, const DataType* type) const
+/// A numeral is put at the head of its chains, and growth links them in their order. So each chain has the newest
+/// numeral first.
+void NumeralTable::release(std::size_t size) noexcept
 {
-  return static_cast<std::size_t>((Product{hash_pattern(value, type->get_width())} * by_value_.size()) >>
-                                  64U);
+  while (size_ > size) {
+    const auto i = static_cast<Index>(size_ - 1);
+    Numeral& numeral = *slot(i);
+    Index& same_symbol_bucket = by_symbol_[get_bucket(&numeral)];
+    Index& same_value_bucket = by_value_[get_value_bucket(hash(numeral.value_, numeral.get_output_type()))];
+    assert(same_symbol_bucket == i && same_value_bucket == i && "chains have the newest numeral first");
+    same_symbol_bucket = numeral.next_;
+    same_value_bucket = numeral.term_.next;
+    numeral.~Numeral();
+    --size_;
+  }
+  chunks_.resize((size_ + kChunkSize - 1) / kChunkSize);
 }
 
-const Numeral* NumeralTable::find(const QNumber& value, const DataType* type) const
+void NumeralTable::clear() noexcept
+{
+  release(0);
+  by_symbol_ = {};
+  by_value_ = {};
+}
+
+std::size_t NumeralTable::get_value_bucket(std::uint64_t hash) const
+{
+  return static_cast<std::size_t>((Product{hash} * by_value_.size()) >> 64U);
+}
+
+std::uint64_t NumeralTable::hash(const QNumber& value, const DataType* type)
+{
+  return hash_pattern(value, type->get_width());
+}
+
+const Numeral* NumeralTable::find(std::uint64_t hash, const QNumber& value, const DataType* type) const
 {
   if (empty()) return nullptr;
-  for (Index i = by_value_[get_bucket(value, type)]; i != kNone;) {
+  for (Index i = by_value_[get_value_bucket(hash)]; i != kNone;) {
     const Numeral& candidate = at(i);
     if (candidate.value_ == value && candidate.get_output_type() == type) return &candidate;
     i = candidate.term_.next;
@@ -63,13 +93,14 @@ const Numeral* NumeralTable::find(const QNumber& value, const DataType* type) co
   return nullptr;
 }
 
-const Numeral& NumeralTable::insert(TermManagerKey key, const DataType* type, QNumber value, std::uint32_t id)
+const Numeral& NumeralTable::insert(TermManagerKey key, std::uint64_t hash, const DataType* type,
+                                    QNumber value, std::uint32_t id)
 {
   make_room();
   const auto i = static_cast<Index>(size_);
   const Numeral* numeral = new (slot(i)) Numeral(key, type, std::move(value), id);
   ++size_;
-  link(i);
+  link(i, hash);
   return *numeral;
 }
 
@@ -93,14 +124,14 @@ void NumeralTable::grow()
   by_symbol_.swap(by_symbol);
   by_value_.swap(by_value);
   for (std::size_t i = 0; i < size_; ++i)
-    link(static_cast<Index>(i));
+    link(static_cast<Index>(i), hash(at(i).value_, at(i).get_output_type()));
 }
 
-void NumeralTable::link(Index i) noexcept
+void NumeralTable::link(Index i, std::uint64_t hash) noexcept
 {
   Numeral& numeral = *slot(i);
   Index& same_symbol_bucket = by_symbol_[get_bucket(&numeral)];
-  Index& same_value_bucket = by_value_[get_bucket(numeral.value_, numeral.get_output_type())];
+  Index& same_value_bucket = by_value_[get_value_bucket(hash)];
   numeral.next_ = same_symbol_bucket;
   numeral.term_.next = same_value_bucket;
   same_symbol_bucket = i;

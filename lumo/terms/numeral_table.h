@@ -49,7 +49,7 @@ static_assert(sizeof(Numeral) <= 56, "the links fit the padding");
 /// The numerals of a manager, which it owns, in two chained hash tables: one is indexed by the symbol's address
 /// modulo the number of buckets, the other by a hash of value and sort.
 ///
-/// Addresses are multiples of their alignment, so a power of two would leave most buckets empty for ever; the
+/// Addresses are multiples of their alignment, so with a power of two most buckets would stay empty; the
 /// number of buckets is a prime, which shares no factor with any alignment.
 class NumeralTable
 {
@@ -72,12 +72,24 @@ class NumeralTable
     }
     return nullptr;
   }
-  /// The numeral of a value and a sort, or null.
-  [[nodiscard]] const Numeral* find(const QNumber& value, const DataType* type) const;
+  /// The hash of a value and a sort.
+  [[nodiscard]] static std::uint64_t hash(const QNumber& value, const DataType* type);
+  /// The numeral of a value and a sort, or null; hash is theirs.
+  [[nodiscard]] const Numeral* find(std::uint64_t hash, const QNumber& value, const DataType* type) const;
+  [[nodiscard]] const Numeral* find(const QNumber& value, const DataType* type) const
+  {
+    return find(hash(value, type), value, type);
+  }
 
-  /// Adds a numeral that is not in the table; id is its term's. If it throws, the table holds what it held
-  /// before. Numerals stay where they are.
-  const Numeral& insert(TermManagerKey key, const DataType* type, QNumber value, std::uint32_t id);
+  /// Adds a numeral that is not in the table; hash is that of value and sort, and id is its term's. If it throws,
+  /// the table holds what it held before. Numerals stay where they are.
+  const Numeral& insert(TermManagerKey key, std::uint64_t hash, const DataType* type, QNumber value,
+                        std::uint32_t id);
+
+  /// Gives back the numerals that were inserted last, until the table has as many as that.
+  void release(std::size_t size) noexcept;
+  /// Gives back all numerals and all memory.
+  void clear() noexcept;
 
   /// How many buckets symbols are spread over.
   [[nodiscard]] std::size_t get_num_buckets() const { return by_symbol_.size(); }
@@ -100,7 +112,7 @@ class NumeralTable
     return modulus_.reduce(reinterpret_cast<std::uintptr_t>(s));
   }
   /// Hashes are mixed well, so that the upper half of a product spreads them evenly.
-  [[nodiscard]] std::size_t get_bucket(const QNumber& value, const DataType* type) const;
+  [[nodiscard]] std::size_t get_value_bucket(std::uint64_t hash) const;
 
   [[nodiscard]] Numeral* slot(std::size_t i) const
   {
@@ -109,7 +121,7 @@ class NumeralTable
   [[nodiscard]] const Numeral& at(std::size_t i) const { return *slot(i); }
   void make_room();
   void grow();
-  void link(Index i) noexcept;
+  void link(Index i, std::uint64_t hash) noexcept;
 
   std::vector<std::unique_ptr<Chunk>> chunks_;
   std::size_t size_ = 0;

@@ -16,7 +16,7 @@ namespace lumo {
 class Symbol
 {
  public:
-  /// A leaf; a name that is null makes a numeral, whose name waits until it is asked for.
+  /// A leaf. With a null name it is a numeral, whose name is made when it is asked for.
   Symbol(TermManagerKey /*key*/, Kind kind, const DataType* output_type,
          std::unique_ptr<const std::string> name)
       : Symbol(kind, output_type, std::move(name))
@@ -61,7 +61,7 @@ class Symbol
   Kind kind_;
 };
 
-/// A constant that was made under a name which nobody chose: a prefix and a number.
+/// A constant whose name is a prefix, an exclamation mark and a number.
 class FreshSymbol : public Symbol
 {
  public:
@@ -82,7 +82,7 @@ class FreshSymbol : public Symbol
 /// The parameters of an operator, in the order in which its factory takes them; unused ones are 0.
 using Parameters = std::array<unsigned long, kMaxArity>;
 
-/// What an operator has besides: parameters, and the sorts that its arguments must have.
+/// An operator with its parameters and the sorts that its arguments must have.
 class OperatorSymbol : public Symbol
 {
  public:

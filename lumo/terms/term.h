@@ -8,7 +8,7 @@
 
 namespace lumo {
 
-/// An immutable application of a symbol to arguments, which lie behind the object in their order. A term
+/// An immutable application of a symbol to arguments, which follow the object in memory in their order. A term
 /// manager owns its terms and makes one object per distinct term, so terms are compared by address.
 class Term
 {
@@ -17,14 +17,14 @@ class Term
   Term& operator=(const Term&) = delete;
 
   [[nodiscard]] const Symbol* get_symbol() const { return symbol_; }
+  [[nodiscard]] const DataType* get_sort() const { return symbol_->get_output_type(); }
   /// Argument i, counted from 0; i is below the number of arguments.
   [[nodiscard]] const Term* get_arg(std::size_t i) const
   {
     return reinterpret_cast<const Term* const*>(this + 1)[i];
   }
   [[nodiscard]] std::size_t get_num_args() const { return symbol_->get_arity(); }
-  /// The place in the order in which the manager made its terms, from 0; the arguments' places come before
-  /// it.
+  /// The place in the order in which the manager made its terms, from 0; arguments have smaller ids.
   [[nodiscard]] std::size_t get_id() const { return id_; }
 
  protected:

@@ -2,41 +2,99 @@
 #define LUMO_TERMS_TERM_ARENA_H
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
+
+#include "lumo/terms/exception.h"
 
 namespace lumo {
 
-/// Memory for terms, which live until the arena ends: one behind the other in chunks of one size, so that what is
-/// reserved beyond the terms does not grow with their number.
+/// Memory for terms: blocks one after another in chunks of one size, so that the memory reserved beyond the terms
+/// does not grow with their number. A block has an index of 32 bits, by which it is found.
 class TermArena
 {
  public:
-  /// Memory that is aligned as pointers are. size is a multiple of theirs and at most a chunk's.
-  [[nodiscard]] void* allocate(std::size_t size)
+  using Index = std::uint32_t;
+
+  struct Block
+  {
+    void* memory;
+    Index index;
+  };
+  /// An end of the arena at some time
+  struct Position
+  {
+    std::size_t num_chunks = 0;
+    std::size_t num_left = 0;  ///< bytes in the last chunk
+  };
+
+  /// Memory that is aligned like pointers. size is a multiple of theirs and at most a chunk's. Throws an
+  /// `Exception` when the arena has all the memory that indices reach, 32 GiB.
+  [[nodiscard]] Block allocate(std::size_t size)
   {
     if (size > num_left_) [[unlikely]]
       add_chunk();
-    void* memory = next_;
-    next_ += size;
+    const std::size_t offset = kChunkSize - num_left_;
     num_left_ -= size;
-    return memory;
+    return {chunks_.back().memory.get() + offset,
+            static_cast<Index>(((chunks_.size() - 1) << kIndexBits) + offset / kUnit)};
+  }
+  /// The block of an index.
+  [[nodiscard]] void* at(Index index) const
+  {
+    return chunks_[index >> kIndexBits].memory.get() + (index & kOffsetMask) * kUnit;
+  }
+
+  [[nodiscard]] Position get_position() const { return {chunks_.size(), num_left_}; }
+  /// Calls visit(memory, index), which returns the block's size, for each block after the position.
+  template <class Visitor>
+  void for_each_after(const Position& position, Visitor visit) const
+  {
+    const std::size_t first = position.num_chunks == 0 ? 0 : position.num_chunks - 1;
+    for (std::size_t i = first; i < chunks_.size(); ++i) {
+      const std::size_t num_unused = i + 1 == chunks_.size() ? num_left_ : chunks_[i].num_unused;
+      std::size_t offset = i + 1 == position.num_chunks ? kChunkSize - position.num_left : 0;
+      while (offset < kChunkSize - num_unused) {
+        const auto index = static_cast<Index>((i << kIndexBits) + offset / kUnit);
+        offset += visit(chunks_[i].memory.get() + offset, index);
+      }
+    }
+  }
+  /// Gives back all blocks after the position.
+  void release(const Position& position) noexcept
+  {
+    chunks_.resize(position.num_chunks);
+    num_left_ = position.num_left;
   }
 
  private:
+  static constexpr std::size_t kUnit = sizeof(void*);
+  static constexpr unsigned kIndexBits = 11;  ///< units of a chunk
+  static constexpr std::size_t kOffsetMask = (std::size_t{1} << kIndexBits) - 1;
+  static constexpr std::size_t kMaxNumChunks = std::size_t{1} << (32 - kIndexBits);
   /// With what an allocator adds in front of it, four pages
-  static constexpr std::size_t kChunkSize = std::size_t{4} * 4096 - 2 * sizeof(void*);
+  static constexpr std::size_t kChunkSize = (kUnit << kIndexBits) - 2 * sizeof(void*);
+
+  struct Chunk
+  {
+    std::unique_ptr<std::byte[]> memory;
+    std::size_t num_unused = 0;  ///< bytes at the end of a chunk that is not the last
+  };
 
   void add_chunk()
   {
-    chunks_.push_back(std::make_unique_for_overwrite<std::byte[]>(kChunkSize));
-    next_ = chunks_.back().get();
+    if (chunks_.size() == kMaxNumChunks)
+      throw Exception("a term manager holds at most 32 GiB of applications and constants");
+    Chunk chunk{std::make_unique_for_overwrite<std::byte[]>(kChunkSize)};
+    chunks_.push_back(std::move(chunk));
+    if (chunks_.size() > 1) chunks_[chunks_.size() - 2].num_unused = num_left_;
     num_left_ = kChunkSize;
   }
 
-  std::vector<std::unique_ptr<std::byte[]>> chunks_;
-  std::byte* next_ = nullptr;
-  std::size_t num_left_ = 0;
+  std::vector<Chunk> chunks_;
+  std::size_t num_left_ = 0;  ///< bytes in the last chunk
 };
 
 }  // namespace lumo

@@ -17,9 +17,13 @@ std::string describe_widths() { return "widths are 1 to " + std::to_string(TermM
 TermManager::TermManager()
     : bool_type_(TermManagerKey(), this, 0),
       true_(allocate_term(make_leaf_symbol(Kind::kTrue, &bool_type_, std::make_unique<std::string>("true")),
-                          nullptr, 0)),
-      false_(allocate_term(
-          make_leaf_symbol(Kind::kFalse, &bool_type_, std::make_unique<std::string>("false")), nullptr, 0))
+                          nullptr, 0)
+                .term),
+      false_(
+          allocate_term(make_leaf_symbol(Kind::kFalse, &bool_type_, std::make_unique<std::string>("false")),
+                        nullptr, 0)
+              .term),
+      empty_(make_snapshot())
 {}
 
 TermManager::~TermManager() = default;
@@ -56,29 +60,29 @@ const Symbol* TermManager::make_leaf_symbol(Kind kind, const DataType* type,
   return &leaf_symbols_.emplace_back(TermManagerKey(), kind, type, std::move(name));
 }
 
-const Symbol* TermManager::make_constant_symbol(const std::string& name, const DataType* type)
+const Symbol* TermManager::make_constant_symbol(std::string_view name, const DataType* type)
 {
   return make_constant(name, type)->get_symbol();
 }
 
-const Term* TermManager::make_constant(const std::string& name, const DataType* type)
+const Term* TermManager::make_constant(std::string_view name, const DataType* type)
 {
   check_own_type(type);
   const std::size_t hash = hash_name(name);
   if (const Term* known = find_constant(name, hash); known != nullptr) {
     const DataType* known_type = known->get_symbol()->get_output_type();
     if (known_type != type) {
-      throw Exception("the constant " + name + " was declared with sort " + known_type->to_string() +
-                      ", but sort " + type->to_string() + " was given");
+      throw Exception("the constant " + std::string(name) + " was declared with sort " +
+                      known_type->to_string() + ", but sort " + type->to_string() + " was given");
     }
     return known;
   }
   fresh_constants_.take(name);
   constants_.reserve_one();
   const Symbol* s = make_leaf_symbol(Kind::kConstant, type, std::make_unique<std::string>(name));
-  const Term* t = allocate_term(s, nullptr, 0);
-  constants_.insert(hash, t);
-  return t;
+  const NewTerm t = allocate_term(s, nullptr, 0);
+  constants_.insert(hash, t.index);
+  return t.term;
 }
 
 const Term* TermManager::make_fresh_constant(const std::string& prefix, const DataType* type)
@@ -86,16 +90,21 @@ const Term* TermManager::make_fresh_constant(const std::string& prefix, const Da
   check_own_type(type);
   const FreshConstants::Vacancy vacancy = fresh_constants_.make_vacancy(prefix);
   const Symbol* s = &fresh_symbols_.emplace_back(TermManagerKey(), type, vacancy.prefix, vacancy.number);
-  const Term* t = allocate_term(s, nullptr, 0);
+  const Term* t = allocate_term(s, nullptr, 0).term;
   FreshConstants::fill(vacancy, t);
   return t;
 }
 
+UniqueTable::Index TermManager::find_declared(std::string_view name, std::size_t hash) const
+{
+  return constants_.find(
+      hash, [this, name](UniqueTable::Index i) { return at(i)->get_symbol()->get_name() == name; });
+}
+
 const Term* TermManager::find_constant(std::string_view name, std::size_t hash) const
 {
-  const Term* declared = constants_.find(
-      hash, [name](const Term& candidate) { return candidate.get_symbol()->get_name() == name; });
-  return declared != nullptr ? declared : fresh_constants_.find(name);
+  const UniqueTable::Index declared = find_declared(name, hash);
+  return declared != UniqueTable::kNone ? at(declared) : fresh_constants_.find(name);
 }
 
 // --------------------------------------------------------------------------------------------------------
@@ -114,10 +123,11 @@ const Term* TermManager::make_bv_number(const QNumber& n, unsigned long w)
 
 const Term* TermManager::make_pattern(const QNumber& pattern, const DataType* type)
 {
-  if (const Numeral* known = numerals_.find(pattern, type); known != nullptr) return known->get_term();
-  // What the table keeps is small if it fits a word, whatever form the pattern has.
+  const std::uint64_t hash = NumeralTable::hash(pattern, type);
+  if (const Numeral* known = numerals_.find(hash, pattern, type); known != nullptr) return known->get_term();
+  // The table keeps the small form of a number that fits a word; the pattern may have either form.
   QNumber value = BVNumber::reduce(pattern, type->get_width());
-  const Numeral& numeral = numerals_.insert(TermManagerKey(), type, std::move(value), get_next_id());
+  const Numeral& numeral = numerals_.insert(TermManagerKey(), hash, type, std::move(value), get_next_id());
   ++num_terms_;
   return numeral.get_term();
 }
@@ -130,19 +140,20 @@ const Term* TermManager::make_term(const Symbol* s, const Term* const* args, std
   check_application(s, args, num_args);
   if (num_args == 0) return find_leaf(s);
   const std::size_t hash = hash_term(s, args, num_args);
-  const Term* known = applications_.find(hash, [s, args, num_args](const Term& candidate) {
-    if (candidate.get_symbol() != s) return false;
-    for (std::size_t i = 0; i < num_args; ++i) {
-      if (candidate.get_arg(i) != args[i]) return false;
+  const UniqueTable::Index known = applications_.find(hash, [this, s, args, num_args](UniqueTable::Index i) {
+    const Term* candidate = at(i);
+    if (candidate->get_symbol() != s) return false;
+    for (std::size_t j = 0; j < num_args; ++j) {
+      if (candidate->get_arg(j) != args[j]) return false;
     }
     return true;
   });
-  if (known != nullptr) return known;
+  if (known != UniqueTable::kNone) return at(known);
 
   applications_.reserve_one();
-  const Term* t = allocate_term(s, args, num_args);
-  applications_.insert(hash, t);
-  return t;
+  const NewTerm t = allocate_term(s, args, num_args);
+  applications_.insert(hash, t.index);
+  return t.term;
 }
 
 void TermManager::check_application(const Symbol* s, const Term* const* args, std::size_t num_args) const
@@ -179,14 +190,15 @@ std::uint32_t TermManager::get_next_id() const
   return static_cast<std::uint32_t>(num_terms_);
 }
 
-const Term* TermManager::allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args)
+TermManager::NewTerm TermManager::allocate_term(const Symbol* s, const Term* const* args,
+                                                std::size_t num_args)
 {
   const std::uint32_t id = get_next_id();
-  void* memory = term_memory_.allocate(sizeof(Term) + num_args * sizeof(void*));
+  const auto [memory, index] = term_memory_.allocate(sizeof(Term) + num_args * sizeof(void*));
   Term* t = new (memory) Term(s, id);
   std::copy_n(args, num_args, reinterpret_cast<const Term**>(t + 1));
   ++num_terms_;
-  return t;
+  return {t, index};
 }
 
 const Term* TermManager::find_leaf(const Symbol* s) const

@@ -15,6 +15,7 @@
 #include "lumo/numbers/hash_mix.h"
 #include "lumo/numbers/qnumber.h"
 #include "lumo/terms/data_type.h"
+#include "lumo/terms/exception.h"
 #include "lumo/terms/fresh_constants.h"
 #include "lumo/terms/kind.h"
 #include "lumo/terms/numeral_table.h"
@@ -27,24 +28,56 @@
 namespace lumo {
 
 /// Owns sorts, symbols and terms over Booleans and bit-vectors, and makes one object for each distinct one,
-/// so that all three are compared by address. They live until the manager does; managers share nothing.
+/// so that all three are compared by address. They live until the manager is destroyed, `clear` or `release` is
+/// called. Managers share nothing.
 ///
-/// Whatever makes no sense (a width of 0, an argument of another sort, a name declared with two sorts, ...)
-/// is refused with an `Exception` that says what was given and what was expected; the manager is then
-/// unchanged. If memory runs out, `std::bad_alloc` passes through, and the manager stays usable: what it has
-/// made is found again, and what it could not make can be asked for once more. Widths count bits, from 1 to
-/// kMaxWidth. Recognisers answer false and leave their out-parameters alone for every other symbol;
-/// out-parameters may be null.
+/// Factories and `make_term` refuse what makes no sense (a width of 0, an argument of another sort, a null pointer,
+/// a term of another manager, a name declared with two sorts, ...) with an `Exception` that says what was given and
+/// what was expected. The manager then finds and makes the same terms as before. If memory runs out,
+/// `std::bad_alloc` passes through, and the manager stays usable: what it has made is found again, and what it
+/// could not make can be asked for once more. The same holds at the limit of terms, which is an `Exception`.
+///
+/// Widths count bits, from 1 to kMaxWidth. Recognisers take symbols that are not null; they return false and leave
+/// their out-parameters unchanged for every other symbol. Out-parameters may be null.
 class TermManager
 {
  public:
-  /// The widest bit-vector: more would reach the limits of GMP's integers.
+  /// The widest bit-vector. A value of that width takes 512 MiB; lumo supports no wider ones.
   static constexpr unsigned long kMaxWidth = 0xffffffffUL;
 
   TermManager();
   TermManager(const TermManager&) = delete;
   TermManager& operator=(const TermManager&) = delete;
   ~TermManager();
+
+  // --------------------------------------------------------------------------------------- giving terms back
+
+  /// A point in the history of a manager.
+  class Mark
+  {
+   private:
+    friend class TermManager;
+    Mark(const TermManager* manager, std::size_t serial) : manager_(manager), serial_(serial) {}
+
+    const TermManager* manager_;
+    std::size_t serial_;
+  };
+
+  /// The point at which the manager is now.
+  [[nodiscard]] Mark mark();
+  /// Gives back all terms, constants and numerals that were made after the mark, with their symbols and their
+  /// memory. Sorts and operator symbols stay. The mark stays valid, so one mark serves for many rounds; marks that
+  /// were made after it become invalid. Names, ids and fresh names that were given back are used again.
+  ///
+  /// Precondition: nothing that mentions a term or a symbol that is given back is used afterwards. This concerns
+  /// models, evaluators, trails and vectors of terms.
+  ///
+  /// Refuses a mark of another manager, and one that is not valid any more, with an `Exception`. Takes time in
+  /// proportion to what is given back.
+  void release(const Mark& mark);
+  /// Gives back everything but the sorts, which stay valid. All marks become invalid. The precondition is that of
+  /// `release`, and it concerns operator symbols, too.
+  void clear();
 
   // ------------------------------------------------------------------------------------------------ sorts
 
@@ -67,11 +100,12 @@ class TermManager
   // -------------------------------------------------------------------------------------------- constants
 
   /// The declared constant of that name; a second call must name the same sort.
-  const Symbol* make_constant_symbol(const std::string& name, const DataType* type);
-  const Term* make_constant(const std::string& name, const DataType* type);
-  /// A constant whose name was not taken before: the prefix, an exclamation mark and a number. Numbers grow.
+  const Symbol* make_constant_symbol(std::string_view name, const DataType* type);
+  const Term* make_constant(std::string_view name, const DataType* type);
+  /// A constant whose name was not taken before: the prefix, an exclamation mark and a number. Numbers grow. A later
+  /// call of `make_constant` with its name finds it, so choose a prefix that no name declared later starts with.
   const Term* make_fresh_constant(const std::string& prefix, const DataType* type);
-  /// Whether s is a declared constant; true, false and numerals are none.
+  /// Whether s is a declared or fresh constant. True, false and numerals are not constants.
   [[nodiscard]] bool is_constant(const Symbol* s) const { return s->get_kind() == Kind::kConstant; }
 
   const Term* make_true() { return true_; }
@@ -81,11 +115,12 @@ class TermManager
 
   // --------------------------------------------------------------------------------------------- numerals
 
-  /// Whether s is a numeral of this manager; its value, in [0, 2^w - 1], goes to *out.
+  /// Whether s is a numeral of this manager; its value, in [0, 2^w - 1], goes to *out. While the manager has no
+  /// numeral, s is not read and may be null.
   bool is_number(const Symbol* s, QNumber* out) const
   {
     // Most symbols that are asked about say by their kind that there is nothing to look for.
-    if (s->get_kind() != Kind::kNumeral || numerals_.empty()) return false;
+    if (numerals_.empty() || s->get_kind() != Kind::kNumeral) return false;
     const Numeral* numeral = numerals_.find(s);
     if (numeral == nullptr) return false;
     if (out != nullptr) *out = numeral->get_value();
@@ -112,7 +147,7 @@ class TermManager
   }
   template <CutByWord T>
   const Term* make_bv_number(T n, unsigned long w) = delete;
-  /// The values of all numerals, for whoever wants to look at the shape of the table.
+  /// The table of numerals, for tests of its shape.
   [[nodiscard]] const NumeralTable& get_numerals() const { return numerals_; }
 
   // ------------------------------------------------------------------------------------------------ terms
@@ -130,14 +165,21 @@ class TermManager
   /// Refuses an application that `make_term` would refuse, and makes nothing.
   void check_application(const Symbol* s, const Term* const* args, std::size_t num_args) const;
 
-  /// No manager holds more terms.
+  /// No manager holds more terms. Constants and applications take at most 32 GiB.
   static constexpr std::size_t kMaxNumTerms = 0xffff'ffff;
-  /// How many terms there are; their ids are the numbers below.
+  /// How many terms there are; their ids are the numbers below it.
   [[nodiscard]] std::size_t get_num_terms() const { return num_terms_; }
   [[nodiscard]] std::size_t get_num_symbols() const
   {
     return leaf_symbols_.size() + fresh_symbols_.size() + operator_symbols_.size() + numerals_.size();
   }
+
+  // ------------------------------------------------------------------------------ operators by their kind
+
+  /// The operator of a kind with its parameters, as `OperatorSymbol` has them: in the order in which the factory of
+  /// the operator takes them, and 0 for those that it does not take. The parameter of ite and eq is the width of
+  /// the sort; for ite, 0 stands for Bool. Refuses leaves and wrong parameters with an `Exception`.
+  const Symbol* make_symbol(Kind kind, const Parameters& parameters);
 
   // ------------------------------------------------------------------------ Boolean operators, ite, eq
 
@@ -296,7 +338,7 @@ class TermManager
     return a[0] == b[0] && a[1] == b[1] && a[2] == b[2];
   }
   /// Where a sort and an operator are remembered. The top bits of products with large odd numbers keep those apart
-  /// that are used by turns, such as powers of two.
+  /// that are used in turn, such as powers of two.
   [[nodiscard]] static std::size_t get_place(unsigned long w)
   {
     static_assert(kNumRecent == 1UL << 7U);
@@ -307,7 +349,7 @@ class TermManager
     return get_place(static_cast<std::size_t>(kind) + parameters[0] * 0xbf58476d1ce4e5b9UL +
                      parameters[1] * 0x94d049bb133111ebUL + parameters[2] * 0xd6e8feb86659fd93UL);
   }
-  /// The operator with these parameters; one that was asked for lately, the common case, is found without hashing.
+  /// The operator with these parameters; one that was asked for recently, the common case, is found without hashing.
   const Symbol* make_operator(Kind kind, const Parameters& parameters)
   {
     const OperatorSymbol* recent = recent_operators_[get_place(kind, parameters)];
@@ -324,10 +366,19 @@ class TermManager
 
   void check_own_type(const DataType* type) const;
   const Symbol* make_leaf_symbol(Kind kind, const DataType* type, std::unique_ptr<const std::string> name);
-  /// The place of the next term; refuses more terms than there are places.
+  /// The id of the next term; refuses more terms than there are ids.
   [[nodiscard]] std::uint32_t get_next_id() const;
+  struct NewTerm
+  {
+    const Term* term;
+    TermArena::Index index;
+  };
   /// A new object; it is in no table yet.
-  const Term* allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args);
+  NewTerm allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args);
+  [[nodiscard]] const Term* at(TermArena::Index index) const
+  {
+    return static_cast<const Term*>(term_memory_.at(index));
+  }
   /// The numeral of a pattern that the sort has.
   const Term* make_pattern(const QNumber& pattern, const DataType* type);
   [[nodiscard]] const Term* find_leaf(const Symbol* s) const;
@@ -335,28 +386,48 @@ class TermManager
   {
     return std::hash<std::string_view>()(name);
   }
-  /// The constant of that name and hash, or null.
+  /// The index of the declared constant of that name, or UniqueTable::kNone.
+  [[nodiscard]] UniqueTable::Index find_declared(std::string_view name, std::size_t hash) const;
+  /// The declared or fresh constant of that name, or null.
   [[nodiscard]] const Term* find_constant(std::string_view name, std::size_t hash) const;
+
+  /// What there was when a mark was made.
+  struct Snapshot
+  {
+    std::size_t serial = 0;
+    std::size_t num_terms = 0;
+    std::size_t num_leaf_symbols = 0;
+    std::size_t num_fresh_symbols = 0;
+    std::size_t num_numerals = 0;
+    TermArena::Position term_memory;
+  };
+  [[nodiscard]] Snapshot make_snapshot() const;
+  void release_applications(const Snapshot& snapshot) noexcept;
+  void release_constants(const Snapshot& snapshot);
 
   DataType bool_type_;
   std::unordered_map<unsigned long, DataType> bv_types_;
   std::array<const DataType*, kNumRecent> recent_bv_types_{};  ///< a cache
 
-  std::deque<Symbol> leaf_symbols_;  ///< but for numerals and fresh constants
+  std::deque<Symbol> leaf_symbols_;  ///< without numerals and fresh constants
   std::deque<OperatorSymbol> operator_symbols_;
-  UniqueTable<OperatorSymbol> operators_;
+  UniqueTable operators_;                                             ///< indices in operator_symbols_
   std::array<const OperatorSymbol*, kNumRecent> recent_operators_{};  ///< a cache
 
-  UniqueTable<Term> constants_;  ///< by name; all but the fresh ones
+  UniqueTable constants_;  ///< without the fresh ones; indices in term_memory_
   std::deque<FreshSymbol> fresh_symbols_;
   FreshConstants fresh_constants_;
   NumeralTable numerals_;
 
   TermArena term_memory_;
-  UniqueTable<Term> applications_;
+  UniqueTable applications_;  ///< indices in term_memory_
   std::size_t num_terms_ = 0;
   const Term* true_;
   const Term* false_;
+
+  Snapshot empty_;                   ///< of the new manager
+  std::vector<Snapshot> snapshots_;  ///< of the valid marks, oldest first
+  std::size_t last_serial_ = 0;
 };
 
 }  // namespace lumo

@@ -1,4 +1,4 @@
-// The operator symbols of a term manager: which parameters make sense, and which sorts follow from them.
+// The operator symbols of a term manager: valid parameters, and the sorts that follow from them.
 
 #include "lumo/terms/exception.h"
 #include "lumo/terms/term_manager.h"
@@ -7,7 +7,7 @@ namespace lumo {
 
 namespace {
 
-/// Refuse a width that no sort has; `what` says whose width it is.
+/// Refuses a width that no sort has; `what` names the operand in the message.
 void check_width(const OperatorInfo& info, const std::string& what, unsigned long w)
 {
   if (w != 0 && w <= TermManager::kMaxWidth) return;
@@ -15,8 +15,7 @@ void check_width(const OperatorInfo& info, const std::string& what, unsigned lon
                   std::to_string(w) + ", but widths are 1 to " + std::to_string(TermManager::kMaxWidth));
 }
 
-/// Refuse a result that would be wider than a sort can be; the parts are not empty, or were checked to be
-/// none.
+/// Refuses a result that would be wider than the widest sort.
 void check_sum(const OperatorInfo& info, unsigned long part, unsigned long other)
 {
   if (part <= TermManager::kMaxWidth - other) return;
@@ -65,6 +64,28 @@ void check_parameters(const OperatorInfo& info, const Parameters& p)
   }
 }
 
+/// How many parameters the factory of an operator takes.
+std::size_t count_parameters(SortRule rule)
+{
+  switch (rule) {
+    case SortRule::kBool:
+      return 0;
+    case SortRule::kIte:
+    case SortRule::kEq:
+    case SortRule::kUniform:
+    case SortRule::kPredicate:
+    case SortRule::kComparison:
+      return 1;
+    case SortRule::kConcat:
+    case SortRule::kRotate:
+    case SortRule::kExtend:
+      return 2;
+    case SortRule::kExtract:
+      return 3;
+  }
+  return 0;
+}
+
 }  // namespace
 
 const Symbol* TermManager::make_ite_symbol(const DataType* type)
@@ -84,16 +105,31 @@ const Symbol* TermManager::make_eq_symbol(const DataType* type)
   return make_operator(Kind::kEq, {type->get_width()});
 }
 
+const Symbol* TermManager::make_symbol(Kind kind, const Parameters& parameters)
+{
+  if (!is_operator(kind)) throw Exception("the symbol of a leaf was requested, but an operator was expected");
+  const OperatorInfo& info = get_operator_info(kind);
+  for (std::size_t i = count_parameters(info.rule); i < parameters.size(); ++i) {
+    if (parameters[i] == 0) continue;
+    throw Exception(std::string(info.smtlib_name) + " was requested with parameter " + std::to_string(i + 1) +
+                    " set to " + std::to_string(parameters[i]) + ", but it takes " +
+                    std::to_string(count_parameters(info.rule)));
+  }
+  if (info.rule == SortRule::kIte) return make_ite_symbol(make_type(parameters[0]));
+  if (info.rule == SortRule::kEq) return make_eq_symbol(make_type(parameters[0]));
+  return make_operator(kind, parameters);
+}
+
 const Symbol* TermManager::find_or_make_operator(Kind kind, const Parameters& parameters)
 {
-  const OperatorSymbol* s =
-      operators_.find(hash_operator(kind, parameters), [kind, &parameters](const OperatorSymbol& candidate) {
+  const UniqueTable::Index known =
+      operators_.find(hash_operator(kind, parameters), [this, kind, &parameters](UniqueTable::Index i) {
+        const OperatorSymbol& candidate = operator_symbols_[i];
         return candidate.get_kind() == kind && is_same(candidate.get_parameters(), parameters);
       });
-  if (s == nullptr) {
-    check_parameters(get_operator_info(kind), parameters);
-    s = &make_fresh_operator(kind, parameters);
-  }
+  if (known == UniqueTable::kNone) check_parameters(get_operator_info(kind), parameters);
+  const OperatorSymbol* s =
+      known != UniqueTable::kNone ? &operator_symbols_[known] : &make_fresh_operator(kind, parameters);
   recent_operators_[get_place(kind, parameters)] = s;
   return s;
 }
@@ -142,7 +178,8 @@ const OperatorSymbol& TermManager::make_fresh_operator(Kind kind, const Paramete
   }
   operators_.reserve_one();
   const OperatorSymbol& s = operator_symbols_.emplace_back(TermManagerKey(), kind, result, args, parameters);
-  operators_.insert(hash_operator(kind, parameters), &s);
+  operators_.insert(hash_operator(kind, parameters),
+                    static_cast<UniqueTable::Index>(operator_symbols_.size() - 1));
   return s;
 }
 

@@ -2,20 +2,20 @@
 
 #include <algorithm>
 
+#include "lumo/terms/term_table.h"
+
 namespace lumo {
 
 std::vector<const Term*> collect_terms(std::span<const Term* const> roots)
 {
-  std::size_t num_ids = 0;
-  for (const Term* root : roots)
-    num_ids = std::max(num_ids, root->get_id() + 1);
-
-  // Arguments have smaller ids than what they are in, so a list by id is in order, too.
-  std::vector<const Term*> by_id(num_ids);
+  TermTable<const Term*, 7> by_id;
   std::vector<const Term*> stack;
+  std::size_t num_terms = 0;
   const auto meet = [&](const Term* t) {
-    if (by_id[t->get_id()] != nullptr) return;
-    by_id[t->get_id()] = t;
+    const Term*& entry = by_id[t->get_id()];
+    if (entry != nullptr) return;
+    entry = t;
+    ++num_terms;
     stack.push_back(t);
   };
   for (const Term* root : roots)
@@ -26,8 +26,13 @@ std::vector<const Term*> collect_terms(std::span<const Term* const> roots)
     for (std::size_t i = 0; i < t->get_num_args(); ++i)
       meet(t->get_arg(i));
   }
-  std::erase(by_id, nullptr);
-  return by_id;
+  // Arguments have smaller ids than the applications that contain them.
+  std::vector<const Term*> terms;
+  terms.reserve(num_terms);
+  by_id.for_each_entry([&terms](const Term* t) {
+    if (t != nullptr) terms.push_back(t);
+  });
+  return terms;
 }
 
 std::vector<const Term*> collect_constants(std::span<const Term* const> roots)

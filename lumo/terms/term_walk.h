@@ -9,8 +9,9 @@
 
 namespace lumo {
 
-/// The roots and all that they contain, each distinct term once and behind its arguments. The walk is
-/// iterative; its memory grows with the largest id met.
+/// The roots and all that they contain, each distinct term once and after its arguments. The walk is iterative;
+/// time and memory are linear in the number of distinct terms. Precondition: the roots are not null and have one
+/// manager.
 [[nodiscard]] std::vector<const Term*> collect_terms(std::span<const Term* const> roots);
 
 /// The declared constants among them.

@@ -3,77 +3,97 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 namespace lumo {
 
-/// The index by which structurally equal nodes are found again: an open-addressing hash set of node pointers,
-/// which it does not own. Nodes are never removed.
-///
-/// A part of each hash stands beside the pointers, so that a node is only looked at if it is very likely the
-/// wanted one, and none is when the table grows.
-template <class Node>
+/// The table by which structurally equal nodes are found again: an open-addressing hash set of the indices that
+/// its owner gives to nodes. Each index lies next to 32 bits of its node's hash, so that a node is only looked at
+/// if it is very likely the wanted one, and no node is looked at when the table grows.
 class UniqueTable
 {
  public:
-  /// The node of this hash for which matches(node) holds, or null.
+  using Index = std::uint32_t;
+  static constexpr Index kNone = std::numeric_limits<Index>::max();
+
+  /// The index of this hash for which matches(index) holds, or kNone.
   template <class Matches>
-  [[nodiscard]] const Node* find(std::size_t hash, Matches matches) const
+  [[nodiscard]] Index find(std::size_t hash, Matches matches) const
   {
-    if (nodes_.empty()) return nullptr;
+    if (entries_.empty()) return kNone;
     const Tag tag = make_tag(hash);
-    for (std::size_t i = tag & mask(); tags_[i] != kEmpty; i = (i + 1) & mask()) {
-      if (tags_[i] == tag && matches(*nodes_[i])) return nodes_[i];
+    for (std::size_t i = tag & mask(); entries_[i].tag != kEmpty; i = next(i)) {
+      if (entries_[i].tag == tag && matches(entries_[i].index)) return entries_[i].index;
     }
-    return nullptr;
+    return kNone;
   }
 
-  /// Makes room for one more node, so that the next `insert` cannot fail.
+  /// Makes room for one more index, so that the next `insert` cannot fail.
   void reserve_one()
   {
-    if (4 * (size_ + 1) <= 3 * nodes_.size()) return;
-    const std::size_t new_size = nodes_.empty() ? kFirstSize : 2 * nodes_.size();
-    std::vector<Tag> old_tags(new_size, kEmpty);
-    std::vector<const Node*> old_nodes(new_size);
-    old_tags.swap(tags_);
-    old_nodes.swap(nodes_);
-    for (std::size_t i = 0; i < old_tags.size(); ++i) {
-      if (old_tags[i] != kEmpty) place(old_tags[i], old_nodes[i]);
+    if (4 * (size_ + 1) <= 3 * entries_.size()) [[likely]]
+      return;
+    std::vector<Entry> old_entries(entries_.empty() ? kFirstSize : 2 * entries_.size());
+    old_entries.swap(entries_);
+    for (const Entry& entry : old_entries) {
+      if (entry.tag != kEmpty) place(entry);
     }
   }
 
-  /// Adds a node that is not yet in the table; room for it must have been made.
-  void insert(std::size_t hash, const Node* node) noexcept
+  /// Adds an index that is not in the table; room for it must have been made.
+  void insert(std::size_t hash, Index index) noexcept
   {
-    place(make_tag(hash), node);
+    place({make_tag(hash), index});
     ++size_;
+  }
+
+  /// Removes an index that is in the table. The entries after it move up, as far as their own places allow
+  /// (D. E. Knuth, The Art of Computer Programming, volume 3, section 6.4, algorithm R).
+  void erase(std::size_t hash, Index index) noexcept
+  {
+    std::size_t gap = make_tag(hash) & mask();
+    while (entries_[gap].index != index || entries_[gap].tag == kEmpty)
+      gap = next(gap);
+    for (std::size_t i = next(gap); entries_[i].tag != kEmpty; i = next(i)) {
+      const std::size_t distance_from_home = (i - (entries_[i].tag & mask())) & mask();
+      if (distance_from_home < ((i - gap) & mask())) continue;
+      entries_[gap] = entries_[i];
+      gap = i;
+    }
+    entries_[gap] = Entry();
+    --size_;
   }
 
   [[nodiscard]] std::size_t size() const { return size_; }
 
  private:
   using Tag = std::uint32_t;
-
-  static constexpr std::size_t kFirstSize = 64;
   static constexpr Tag kEmpty = 0;
+  static constexpr std::size_t kFirstSize = 64;
+
+  struct Entry
+  {
+    Tag tag = kEmpty;
+    Index index = 0;
+  };
 
   [[nodiscard]] static Tag make_tag(std::size_t hash)
   {
     const Tag tag = static_cast<Tag>(hash);
     return tag == kEmpty ? 1 : tag;
   }
-  [[nodiscard]] std::size_t mask() const { return nodes_.size() - 1; }
-  void place(Tag tag, const Node* node) noexcept
+  [[nodiscard]] std::size_t mask() const { return entries_.size() - 1; }
+  [[nodiscard]] std::size_t next(std::size_t i) const { return (i + 1) & mask(); }
+  void place(const Entry& entry) noexcept
   {
-    std::size_t i = tag & mask();
-    while (tags_[i] != kEmpty)
-      i = (i + 1) & mask();
-    tags_[i] = tag;
-    nodes_[i] = node;
+    std::size_t i = entry.tag & mask();
+    while (entries_[i].tag != kEmpty)
+      i = next(i);
+    entries_[i] = entry;
   }
 
-  std::vector<Tag> tags_;           ///< as many as nodes, kEmpty where there is none
-  std::vector<const Node*> nodes_;  ///< a power of two, at most three quarters of them taken
+  std::vector<Entry> entries_;  ///< a power of two, at most three quarters of them taken
   std::size_t size_ = 0;
 };
 

@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lumo/smtlib/characters.h"
+#include "lumo/terms/characters.h"
 #include "lumo/smtlib/model_printer.h"
 #include "lumo/smtlib/symbol_text.h"
 #include "tests/support/small_stack.h"

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lumo/smtlib/characters.h"
+#include "lumo/terms/characters.h"
 #include "lumo/smtlib/script_reader.h"
 #include "lumo/smtlib/symbol_text.h"
 #include "tests/support/notation.h"

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "lumo/smtlib/characters.h"
+#include "lumo/terms/characters.h"
 #include "lumo/smtlib/lexer.h"
 #include "lumo/terms/exception.h"
 

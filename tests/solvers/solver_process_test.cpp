@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "lumo/model/model_store.h"
-#include "lumo/smtlib/characters.h"
+#include "lumo/terms/characters.h"
 #include "lumo/smtlib/input_error.h"
 #include "lumo/smtlib/symbol_text.h"
 #include "tests/solvers/no_more_files.h"

@@ -67,6 +67,38 @@ std::string plural(std::size_t n, const std::string& noun)
 
 }  // namespace
 
+TEST_P(Operator, IsMadeByItsKindToo)
+{
+  for_each_symbol([this](const SymbolCase& symbol, const Symbol* s) {
+    EXPECT_EQ(mgr_.make_symbol(GetParam().kind, symbol.parameters), s);
+    TermManager other;
+    EXPECT_EQ(other.make_symbol(GetParam().kind, symbol.parameters)->get_name(), symbol.name);
+    EXPECT_EQ(as_operator(s).get_parameters(), symbol.parameters);
+  });
+}
+
+TEST(OperatorsByKind, RefuseLeavesAndWrongParameters)
+{
+  TermManager mgr;
+  const auto expect = [&mgr](Kind kind, const Parameters& parameters, const std::string& text) {
+    expect_refusal(
+        mgr, [&] { mgr.make_symbol(kind, parameters); }, text);
+  };
+  for (const Kind kind : {Kind::kConstant, Kind::kTrue, Kind::kFalse, Kind::kNumeral})
+    expect(kind, {}, "the symbol of a leaf was requested, but an operator was expected");
+  expect(Kind::kAnd, {1}, "and was requested with parameter 1 set to 1, but it takes 0");
+  expect(Kind::kIte, {8, 2}, "ite was requested with parameter 2 set to 2, but it takes 1");
+  expect(Kind::kBvAdd, {8, 8}, "bvadd was requested with parameter 2 set to 8, but it takes 1");
+  expect(Kind::kBvConcat, {8, 8, 16}, "concat was requested with parameter 3 set to 16, but it takes 2");
+  expect(Kind::kEq, {0},
+         "an equality symbol for sort Bool was requested, but a bit-vector sort was expected: equality of "
+         "Booleans "
+         "is iff");
+  expect(Kind::kBvAdd, {0}, "bvadd was requested for operands of width 0, but widths are 1 to 4294967295");
+  expect(Kind::kIte, {TermManager::kMaxWidth + 1},
+         "a bit-vector sort of width 4294967296 was requested, but widths are 1 to 4294967295");
+}
+
 INSTANTIATE_TEST_SUITE_P(Terms, Operator, testing::ValuesIn(get_operator_cases()), kLabelOf);
 
 TEST(OperatorCases, AreThe32InTheirOrder)

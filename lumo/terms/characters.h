@@ -1,11 +1,11 @@
-#ifndef LUMO_SMTLIB_CHARACTERS_H
-#define LUMO_SMTLIB_CHARACTERS_H
+#ifndef LUMO_TERMS_CHARACTERS_H
+#define LUMO_TERMS_CHARACTERS_H
 
 #include <array>
 #include <cstdint>
 #include <string_view>
 
-namespace lumo::smtlib {
+namespace lumo {
 
 // The classes of SMT-LIB 2's characters, in one table, since the lexer asks for each character of a text.
 
@@ -61,6 +61,6 @@ inline constexpr std::array<std::uint8_t, 256> kCharacterClasses = make_characte
 /// Whether c may stand in a symbol between bars.
 [[nodiscard]] constexpr bool is_quotable_character(char c) { return detail::has_class(c, detail::kQuotable); }
 
-}  // namespace lumo::smtlib
+}  // namespace lumo
 
 #endif
