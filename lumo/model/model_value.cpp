@@ -4,10 +4,8 @@ namespace lumo {
 
 void define_values(ModelStore& model, std::span<const ModelValue> values)
 {
-  ModelStore::DefinitionStack definitions;
-  for (const ModelValue& value : values)
-    definitions.emplace(value.constant, value.value, true);
-  model.replay(definitions);
+  for (std::size_t i = values.size(); i-- > 0;)
+    model.set_value(values[i].constant, values[i].value);
 }
 
 }  // namespace lumo

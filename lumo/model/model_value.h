@@ -15,7 +15,8 @@ struct ModelValue
   const Term* value;
 };
 
-/// Gives the values to the constants of a model.
+/// Gives the values to the constants of a model. If two values are given to one constant, the first one counts.
+/// Refuses what `ModelStore::set_value` refuses.
 void define_values(ModelStore& model, std::span<const ModelValue> values);
 
 }  // namespace lumo

@@ -3,6 +3,7 @@
 #include <stack>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -193,6 +194,39 @@ TEST_F(Model, TakesTheValueOfACompoundTermAfterItWasEvaluated)
   EXPECT_EQ(model_.get_value(above), number(101));
 }
 
+TEST_F(Model, ChecksWithTheValuesOfConstantsOnly)
+{
+  const Term* sum = add(x_, y_);
+  const Term* is_hundred = mgr_.make_term(mgr_.make_eq_symbol(mgr_.make_bv_type(8)), {sum, number(100)});
+  define(y_, number(2));
+  EXPECT_FALSE(model_.holds(is_hundred));
+  replay({{sum, number(100), true}, {x_, number(1), true}});
+  EXPECT_EQ(model_.get_value(is_hundred), mgr_.make_true());
+  EXPECT_FALSE(model_.holds(is_hundred));
+  EXPECT_EQ(model_.find_contradicted(), sum);
+  define(y_, number(99));
+  EXPECT_TRUE(model_.holds(is_hundred));
+  EXPECT_EQ(model_.find_contradicted(), nullptr);
+  model_.unset_value(y_);
+  EXPECT_EQ(model_.find_contradicted(), sum);
+  model_.unset_value(sum);
+  EXPECT_EQ(model_.find_contradicted(), nullptr);
+  EXPECT_EQ(model_.get_value(is_hundred), mgr_.make_false());
+}
+
+TEST_F(Model, ReportsTheFirstOfSeveralContradictedDefinitions)
+{
+  const Term* first = add(x_, y_);
+  const Term* second = add(y_, x_);
+  replay({{second, number(5), true}, {first, number(6), true}});
+  EXPECT_EQ(model_.find_contradicted(), first) << "the newest on the stack is the first to be taken";
+  define(first, number(0));
+  EXPECT_EQ(model_.find_contradicted(), second) << "a later definition replaces an earlier one";
+  model_.clear();
+  EXPECT_EQ(model_.find_contradicted(), nullptr);
+  EXPECT_FALSE(model_.has_value(second));
+}
+
 TEST_F(Model, LeavesNumeralsTrueAndFalseAlone)
 {
   replay({{number(5), number(6), true},
@@ -238,6 +272,144 @@ TEST_F(Model, ModelsOfOneManagerAreIndependent)
   ModelStore other(&mgr_);
   define(x_, number(3));
   EXPECT_EQ(other.get_value(x_), number(0));
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// single values
+
+TEST_F(Model, SetsValuesByTermsAndByNumbers)
+{
+  model_.set_value(x_, number(7));
+  model_.set_value(y_, QNumber(-1));
+  model_.set_value(p_, QNumber(1));
+  EXPECT_EQ(model_.get_value(x_), number(7));
+  EXPECT_EQ(model_.get_value(y_), number(255)) << "modulo 2^8";
+  EXPECT_EQ(model_.get_value(p_), mgr_.make_true());
+  model_.set_value(y_, add(x_, x_));
+  model_.set_value(x_, number(0));
+  EXPECT_EQ(model_.get_value(y_), number(14)) << "the value at the time";
+  model_.set_value(number(5), QNumber(6));
+  EXPECT_EQ(model_.get_value(number(5)), number(5));
+}
+
+TEST_F(Model, KnowsWhichTermsItDefines)
+{
+  EXPECT_FALSE(model_.has_value(x_));
+  EXPECT_EQ(model_.get_value(x_), number(0));
+  EXPECT_FALSE(model_.has_value(x_)) << "to complete is not to define";
+  define(x_, number(0));
+  EXPECT_TRUE(model_.has_value(x_));
+  EXPECT_FALSE(model_.has_value(number(0)));
+  EXPECT_FALSE(model_.has_value(mgr_.make_constant("later", mgr_.make_bool_type())));
+}
+
+TEST_F(Model, TakesValuesAway)
+{
+  const Term* sum = add(x_, y_);
+  define(x_, number(3));
+  EXPECT_EQ(model_.get_value(sum), number(3));
+  model_.unset_value(x_);
+  EXPECT_FALSE(model_.has_value(x_));
+  EXPECT_EQ(model_.get_value(sum), number(0));
+  model_.unset_value(x_);
+  model_.unset_value(sum);
+  model_.unset_value(number(1));
+  EXPECT_EQ(model_.get_num_values(), 0U);
+  define(x_, number(4));
+  EXPECT_EQ(model_.get_value(sum), number(4));
+  model_.clear();
+  EXPECT_EQ(model_.get_value(sum), number(0));
+  EXPECT_EQ(model_.get_num_values(), 0U);
+}
+
+TEST_F(Model, ListsItsValuesInTheOrderInWhichTheyCame)
+{
+  std::vector<const Term*> constants;
+  for (std::size_t i = 0; i < 100; ++i) {
+    constants.push_back(byte(numbered("c", 99 - i)));
+    model_.set_value(constants.back(), QNumber(static_cast<long>(i)));
+  }
+  model_.set_value(constants[7], QNumber(200));  // keeps its place
+  for (std::size_t i = 0; i < 100; ++i) {
+    if (i % 5 != 2) model_.unset_value(constants[i]);
+  }
+  model_.set_value(constants[0], QNumber(11));
+  std::vector<const Term*> expected;
+  for (std::size_t i = 2; i < 100; i += 5)
+    expected.push_back(constants[i]);
+  expected.push_back(constants[0]);
+
+  std::vector<const Term*> listed;
+  const ModelStore& model = model_;
+  model.for_each_value([&](const Term* t, const QNumber& value) {
+    listed.push_back(t);
+    EXPECT_EQ(value, model.get_number(t));
+  });
+  EXPECT_EQ(listed, expected);
+  EXPECT_EQ(model.get_num_values(), expected.size());
+  EXPECT_EQ(model.get_number(constants[7]), QNumber(200));
+}
+
+TEST_F(Model, ReadsNumbersWithoutMakingTerms)
+{
+  const Term* product = mgr_.make_term(mgr_.make_bv_mul_symbol(8), {add(x_, y_), add(x_, y_)});
+  define(x_, number(13));
+  const std::size_t num_terms = mgr_.get_num_terms();
+  const ModelStore& model = model_;
+  EXPECT_EQ(model.get_number(product), QNumber(169));
+  EXPECT_EQ(model.get_number(p_), QNumber(0));
+  EXPECT_EQ(model.get_number(mgr_.make_true()), QNumber(1));
+  EXPECT_EQ(model.get_number(number(13)), QNumber(13));
+  EXPECT_EQ(mgr_.get_num_terms(), num_terms);
+  // What was evaluated before is used, and what is defined later counts.
+  EXPECT_EQ(model_.get_value(add(x_, y_)), number(13));
+  EXPECT_EQ(model.get_number(product), QNumber(169));
+  define(y_, number(1));
+  EXPECT_EQ(model.get_number(product), QNumber(196));
+}
+
+TEST_F(Model, ReplaysAStackThatIsKept)
+{
+  Stack defs;
+  defs.emplace(x_, add(y_, number(1)), true);
+  defs.emplace(y_, number(4), true);
+  for (int round = 0; round < 2; ++round) {
+    ModelStore model(&mgr_);
+    model.replay_keeping(defs);
+    EXPECT_EQ(model.get_number(x_), QNumber(5));
+    EXPECT_EQ(model.get_number(y_), QNumber(4));
+    ASSERT_EQ(defs.size(), 2U);
+  }
+  defs.emplace(p_, number(1), true);
+  defs.emplace(x_, number(9), true);
+  EXPECT_EQ(get_refusal([&] { model_.replay_keeping(defs); }),
+            "the value of p has sort (_ BitVec 8), but Bool was expected");
+  EXPECT_EQ(defs.size(), 4U);
+  EXPECT_EQ(model_.get_number(x_), QNumber(9));
+  EXPECT_FALSE(model_.has_value(y_));
+}
+
+TEST_F(Model, TellsWhetherABooleanHolds)
+{
+  EXPECT_FALSE(model_.holds(p_));
+  EXPECT_TRUE(model_.holds(mgr_.make_term(mgr_.make_not_symbol(), {p_})));
+  EXPECT_EQ(
+      get_refusal([&] { (void)model_.holds(x_); }),
+      "a model was asked whether a term of sort (_ BitVec 8) holds, but a term of sort Bool was expected");
+}
+
+TEST_F(Model, CopiesAreIndependent)
+{
+  define(x_, number(3));
+  EXPECT_EQ(model_.get_value(add(x_, y_)), number(3));
+  ModelStore copy(model_);
+  copy.set_value(x_, number(4));
+  EXPECT_EQ(copy.get_value(add(x_, y_)), number(4));
+  EXPECT_EQ(model_.get_value(add(x_, y_)), number(3));
+  model_ = copy;
+  EXPECT_EQ(model_.get_value(add(x_, y_)), number(4));
+  const ModelStore moved(std::move(copy));
+  EXPECT_EQ(moved.get_number(add(x_, y_)), QNumber(4));
 }
 
 // -----------------------------------------------------------------------------------------------------------
@@ -324,6 +496,31 @@ TEST_F(Model, RefusesToValueNullAndForeignTerms)
   EXPECT_EQ(get_refusal([&] { (void)model_.get_value(other.make_true()); }),
             "a model was given a term of another term manager, but a term of its own one was expected");
   EXPECT_EQ(model_.get_value(x_), number(0));
+}
+
+TEST_F(Model, EveryMemberRefusesNullAndForeignTerms)
+{
+  TermManager other;
+  const auto expect_refused = [this](const Term* t, const std::string& text) {
+    EXPECT_EQ(get_refusal([&] { model_.set_value(t, number(1)); }), text);
+    EXPECT_EQ(get_refusal([&] { model_.set_value(x_, t); }), text);
+    EXPECT_EQ(get_refusal([&] { model_.set_value(t, QNumber(1)); }), text);
+    EXPECT_EQ(get_refusal([&] { model_.unset_value(t); }), text);
+    EXPECT_EQ(get_refusal([&] { (void)model_.has_value(t); }), text);
+    EXPECT_EQ(get_refusal([&] { (void)model_.get_number(t); }), text);
+    EXPECT_EQ(get_refusal([&] { (void)model_.holds(t); }), text);
+  };
+  expect_refused(nullptr, "a model was given a null pointer, but a term was expected");
+  expect_refused(other.make_bv_number(1, 8),
+                 "a model was given a term of another term manager, but a term of its own one was expected");
+}
+
+TEST_F(Model, RefusesNumbersThatAreNoValuesOfTheSort)
+{
+  EXPECT_EQ(get_refusal([&] { model_.set_value(x_, QNumber(1, 2)); }),
+            "a model was given the number 1/2, but an integer was expected");
+  EXPECT_EQ(get_refusal([&] { model_.set_value(p_, QNumber(2)); }),
+            "a Boolean was given the number 2, but 0 or 1 was expected");
 }
 
 }  // namespace lumo::test

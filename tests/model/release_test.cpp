@@ -90,5 +90,57 @@ TEST(FailingAllocation, DoesNotKeepAModelFromBeingCompletedLater)
   EXPECT_GT(num_failures, 20);
 }
 
+// -----------------------------------------------------------------------------------------------------------
+// How much memory models take
+
+/// The bytes that a model asks for which defines the newest term of a manager and values an application of it.
+std::size_t measure_new_model(std::size_t num_other_terms)
+{
+  TermManager mgr;
+  for (std::size_t i = 0; i < num_other_terms; ++i)
+    mgr.make_fresh_constant("c", mgr.make_bool_type());
+  const Term* x = mgr.make_fresh_constant("c", mgr.make_bv_type(8));
+  const Term* negated = mgr.make_term(mgr.make_bv_neg_symbol(8), {x});
+  const Term* value = mgr.make_bv_number(5, 8);
+  (void)mgr.make_bv_number(251, 8);
+  const std::size_t before = num_bytes;
+  ModelStore model(&mgr);
+  model.set_value(x, value);
+  EXPECT_EQ(model.get_value(negated), mgr.make_bv_number(251, 8));
+  return num_bytes - before;
+}
+
+TEST(ModelMemory, DoesNotGrowWithTheTermsThatTheModelDoesNotMeet)
+{
+  const std::size_t alone = measure_new_model(64);
+  EXPECT_EQ(measure_new_model(100000), alone);
+  EXPECT_LT(alone, 10000U);
+}
+
+TEST(ModelMemory, OfTheThousandthModelIsThatOfTheFirst)
+{
+  TermManager mgr;
+  const DataType* type = mgr.make_bv_type(128);
+  std::vector<const Term*> constants;
+  for (int i = 0; i < 100; ++i)
+    constants.push_back(mgr.make_fresh_constant("c", type));
+  const Term* sum = constants[0];
+  for (const Term* constant : constants)
+    sum = mgr.make_term(mgr.make_bv_mul_symbol(128), {sum, constant});
+  const TermManager::Mark mark = mgr.mark();
+  long num_blocks = 0;
+  for (int round = 0; round < 1000; ++round) {
+    {
+      ModelStore model(&mgr);
+      for (std::size_t i = 0; i < constants.size(); ++i)
+        model.set_value(constants[i], mgr.make_bv_number(BVNumber::pow2(70) + QNumber(2 * i + round), 128));
+      (void)model.get_value(sum);
+    }
+    mgr.release(mark);
+    if (round == 0) num_blocks = num_live_blocks;
+    ASSERT_EQ(num_live_blocks, num_blocks) << round;
+  }
+}
+
 }  // namespace
 }  // namespace lumo::test

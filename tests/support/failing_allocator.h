@@ -14,8 +14,11 @@ namespace lumo::test {
 inline long countdown = -1;
 /// Whether all allocations behind a failed one fail, too, until `countdown` is set anew.
 inline bool is_failure_lasting = false;
-/// How many blocks were asked for.
+/// How many blocks were asked for, and how many bytes.
 inline long num_allocations = 0;
+inline std::size_t num_bytes = 0;
+/// How many blocks are in use.
+inline long num_live_blocks = 0;
 
 inline void* allocate(std::size_t size, std::size_t alignment)
 {
@@ -28,7 +31,15 @@ inline void* allocate(std::size_t size, std::size_t alignment)
   const std::size_t rounded = (size / alignment + 1) * alignment;
   void* memory = std::aligned_alloc(alignment, rounded);
   if (memory == nullptr) throw std::bad_alloc();
+  num_bytes += size;
+  ++num_live_blocks;
   return std::memset(memory, 0xff, rounded);
+}
+
+inline void deallocate(void* memory)
+{
+  if (memory != nullptr) --num_live_blocks;
+  std::free(memory);
 }
 
 /// Runs an action of which an allocation fails, the one of that number; whether it got through, because it
@@ -83,16 +94,19 @@ long fail_everywhere(Prepare prepare, Action action, Look look)
 {
   return lumo::test::allocate(size, static_cast<std::size_t>(alignment));
 }
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept { std::free(memory); }
+[[gnu::noinline]] void operator delete(void* memory) noexcept { lumo::test::deallocate(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept
+{
+  lumo::test::deallocate(memory);
+}
 [[gnu::noinline]] void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept
 {
-  std::free(memory);
+  lumo::test::deallocate(memory);
 }
 [[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/,
                                        std::align_val_t /*alignment*/) noexcept
 {
-  std::free(memory);
+  lumo::test::deallocate(memory);
 }
 
 #endif
