@@ -12,8 +12,8 @@
 
 namespace lumo {
 
-/// Nested applications of one associative and commutative operator, of which all but the outermost serve no
-/// other purpose: they may be regrouped at will. Arguments that are no such applications are the chain's leaves.
+/// Nested applications of one associative and commutative operator. All except the outermost have no other use, so
+/// they may be regrouped. The other arguments of these applications are the chain's leaves.
 struct Chain
 {
   NodeIndex root;     ///< the outermost application, or kAssertions: those are a chain of `and`

@@ -4,9 +4,10 @@
 
 namespace lumo {
 
-Elimination eliminate(TermManager& mgr, std::span<const Term* const> assertions)
+Elimination eliminate(TermManager& mgr, std::span<const Term* const> assertions,
+                      const EliminationOptions& options)
 {
-  return Eliminator(mgr, assertions).run();
+  return Eliminator(mgr, assertions, options).run();
 }
 
 }  // namespace lumo

@@ -2,31 +2,51 @@
 #define LUMO_ELIMINATION_ELIMINATE_H
 
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "lumo/elimination/trail.h"
+#include "lumo/terms/exception.h"
 #include "lumo/terms/term_manager.h"
 
 namespace lumo {
 
-/// What `eliminate` makes of assertions.
+/// The result of `eliminate`.
 struct Elimination
 {
   std::vector<const Term*> assertions;  ///< what remains, without those that became true
   Trail trail;
+  /// One term for each of `EliminationOptions::kept`, in the same order: the form that the kept term has in the
+  /// rest. A constant is its own form.
+  std::vector<const Term*> kept{};
 };
 
-/// Replaces unconstrained applications of the asserted Boolean terms by fresh constants, by the rules of
-/// docs/elimination.md. It is one pass: what becomes equal or loses a use only when the rest is put together
-/// can stay, so another call now and then finds a little more.
+struct EliminationOptions
+{
+  /// Terms of any sort that something outside of the assertions uses: later assertions, assumptions, another
+  /// theory. A kept constant is never free and never gets a value from `extend`. A kept application may be
+  /// replaced; `Elimination::kept` is then the term to use outside in its place. In every model of the rest,
+  /// extended by `extend`, a kept term and its form have the same value. So the rest together with any
+  /// constraints on the forms is satisfiable if and only if the assertions together with the same constraints
+  /// on the kept terms are, as long as the constraints mention no constant of the assertions that is not kept.
+  std::span<const Term* const> kept = {};
+  /// Fresh constants are called `<prefix>!<number>`. Choose a prefix that no name declared later starts with.
+  std::string_view prefix = "u";
+};
+
+/// Replaces unconstrained applications in the asserted Boolean terms by fresh constants, by the rules of
+/// docs/elimination.md. There is one pass. Terms that become equal or lose a use only when the rest is built may
+/// stay, so a second call sometimes finds a little more.
 ///
-/// A constant is free if it occurs once in all of the assertions, terms that are shared counted once, and each
-/// argument position and each assertion counted. The rest is satisfiable if and only if the assertions are,
-/// and `extend` makes a model of the assertions from each model of the rest.
+/// A constant is free if it is not kept and occurs once in all of the assertions. Each argument position and each
+/// assertion counts as an occurrence; a shared term counts once. The rest is satisfiable if and only if the
+/// assertions are, and `extend` makes a model of the assertions from each model of the rest.
 ///
-/// Time and memory grow with the number of distinct terms in the assertions; the walk is iterative. An assertion
-/// that is null, of another manager, or not Boolean, is refused with an `Exception`.
-[[nodiscard]] Elimination eliminate(TermManager& mgr, std::span<const Term* const> assertions);
+/// Time and memory are linear in the number of distinct terms in the assertions and the kept terms; the walk is
+/// iterative. An assertion that is null, of another manager, or not Boolean is refused with an `Exception`; so is
+/// a kept term that is null or of another manager.
+[[nodiscard]] Elimination eliminate(TermManager& mgr, std::span<const Term* const> assertions,
+                                    const EliminationOptions& options = {});
 
 }  // namespace lumo
 

@@ -9,17 +9,17 @@
 
 namespace lumo {
 
-Eliminator::Eliminator(TermManager& mgr, std::span<const Term* const> assertions)
-    : mgr_(mgr), graph_(mgr, assertions), chains_(graph_.get_num_nodes())
+Eliminator::Eliminator(TermManager& mgr, std::span<const Term* const> assertions,
+                       const EliminationOptions& options)
+    : mgr_(mgr),
+      prefix_(options.prefix),
+      graph_(mgr, assertions, options.kept),
+      chains_(graph_.get_num_nodes())
 {}
 
 Elimination Eliminator::run()
 {
-  start_chains();
-  // The list is taken from its end, so the constants that lie deepest come first.
-  for (NodeIndex n = graph_.get_num_nodes() - 1; n > kAssertions; --n) {
-    if (graph_.is_free(n)) work_.push_back(n);
-  }
+  prepare_nodes();
   while (!work_.empty()) {
     const NodeIndex n = work_.back();
     work_.pop_back();
@@ -27,6 +27,7 @@ Elimination Eliminator::run()
   }
   Elimination result;
   result.assertions = build_assertions();
+  result.kept = build_kept();
   result.trail.steps = build_steps();
   result.trail.facts = std::move(facts_);
   return result;
@@ -90,10 +91,12 @@ void Eliminator::eliminate_application(NodeIndex n, FreeArguments free)
 void Eliminator::add_step(const Symbol* s, const Node::Arguments& args, FreeArguments free,
                           const Term* original)
 {
-  static const std::string kPrefix = "u";
-  const Term* constant = mgr_.make_fresh_constant(kPrefix, s->get_output_type());
-  steps_.push_back({constant, nullptr, free, original});
-  applications_.push_back({s, args});
+  const Term* constant = mgr_.make_fresh_constant(prefix_, s->get_output_type());
+  // Leaves stay what they are, so what is made of leaves alone can be made now.
+  const bool is_final =
+      std::all_of(args.begin(), args.end(), [this](NodeIndex n) { return n == kNoNode || graph_.is_leaf(n); });
+  const Term* application = is_final ? build_application(s, args, original) : nullptr;
+  steps_.emplace_back(constant, application, original, s, args, free);
 }
 
 NodeIndex Eliminator::add_step_leaf(const Symbol* s, const Node::Arguments& args, FreeArguments free,
@@ -137,9 +140,14 @@ bool Eliminator::is_chain_operator(NodeIndex n)
   return kind != Kind::kBvMul || (!graph_.is_numeral(node.args[0]) && !graph_.is_numeral(node.args[1]));
 }
 
-void Eliminator::start_chains()
+/// Parents come before their arguments, so that an application knows the chain around it. The work list is taken
+/// from its end, so the constants that lie deepest come first.
+void Eliminator::prepare_nodes()
 {
   for (NodeIndex n = graph_.get_num_nodes() - 1; n > kAssertions; --n) {
+    Node& node = graph_[n];
+    node.is_exclusive = node.num_uses <= 1;
+    if (graph_.is_free(n)) work_.push_back(n);
     if (!is_chain_operator(n)) continue;
     chains_.start(n);
     join_chain(n);
@@ -205,20 +213,30 @@ void Eliminator::merge_leaves(Chain& chain, NodeIndex a, NodeIndex b)
 // --------------------------------------------------------------------------------------------------------
 // Results
 
+const Term* Eliminator::build_application(const Symbol* s, const Node::Arguments& args, const Term* original)
+{
+  const std::size_t num_args = s->get_arity();
+  std::array<const Term*, kMaxArity> terms{};
+  bool is_original = original != nullptr && original->get_symbol() == s;
+  for (std::size_t i = 0; i < num_args; ++i) {
+    terms[i] = graph_.build(args[i]);
+    is_original = is_original && original->get_arg(i) == terms[i];
+  }
+  return is_original ? original : mgr_.make_term(s, terms.data(), num_args);
+}
+
 std::vector<Step> Eliminator::build_steps()
 {
+  std::vector<Step> steps;
+  steps.reserve(steps_.size());
   for (std::size_t i = 0; i < steps_.size(); ++i) {
-    const auto& [symbol, nodes] = applications_[i];
-    const std::size_t num_args = symbol->get_arity();
-    std::array<const Term*, kMaxArity> args{};
-    bool is_original = steps_[i].original != nullptr && steps_[i].original->get_symbol() == symbol;
-    for (std::size_t j = 0; j < num_args; ++j) {
-      args[j] = graph_.build(nodes[j]);
-      is_original = is_original && steps_[i].original->get_arg(j) == args[j];
-    }
-    steps_[i].application = is_original ? steps_[i].original : mgr_.make_term(symbol, args.data(), num_args);
+    const PendingStep& step = steps_[i];
+    const Term* application = step.application != nullptr
+                                  ? step.application
+                                  : build_application(step.symbol, step.args, step.original);
+    steps.push_back({step.constant, application, step.free, step.original});
   }
-  return std::move(steps_);
+  return steps;
 }
 
 std::vector<const Term*> Eliminator::build_assertions()
@@ -230,6 +248,15 @@ std::vector<const Term*> Eliminator::build_assertions()
     if (t != nullptr && t->get_symbol() != mgr_.get_true_symbol()) assertions.push_back(t);
   }
   return assertions;
+}
+
+std::vector<const Term*> Eliminator::build_kept()
+{
+  std::vector<const Term*> kept;
+  kept.reserve(graph_.get_kept().size());
+  for (const NodeIndex n : graph_.get_kept())
+    kept.push_back(graph_.build(n));
+  return kept;
 }
 
 }  // namespace lumo

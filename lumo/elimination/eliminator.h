@@ -2,9 +2,11 @@
 #define LUMO_ELIMINATION_ELIMINATOR_H
 
 #include <span>
+#include <string>
 #include <vector>
 
 #include "lumo/elimination/chains.h"
+#include "lumo/elimination/chunked_vector.h"
 #include "lumo/elimination/eliminate.h"
 #include "lumo/elimination/term_graph.h"
 
@@ -15,8 +17,8 @@ namespace lumo {
 
 /// One run of `eliminate`.
 ///
-/// Free constants wait in a work list. Each is taken from it once, and its only use is looked at: where a rule
-/// applies, the application becomes a leaf, its arguments lose a use, and whatever constants are then left with
+/// Free constants wait in a work list. Each is taken from it once, and its only use is looked at. If a rule
+/// applies, the application becomes a leaf, its arguments lose a use, and constants that are then left with
 /// one use go to the list. So every application is eliminated, and every use dropped, at most once.
 ///
 /// Two things make the order of steps matter, from the newest to the oldest, when a model is extended:
@@ -29,19 +31,25 @@ namespace lumo {
 class Eliminator
 {
  public:
-  Eliminator(TermManager& mgr, std::span<const Term* const> assertions);
+  /// The options' memory must outlive the object.
+  Eliminator(TermManager& mgr, std::span<const Term* const> assertions, const EliminationOptions& options);
 
   [[nodiscard]] Elimination run();
 
  private:
-  /// What a step's application is made of, until all nodes have got their last form.
-  struct Application
+  struct PendingStep
   {
+    const Term* constant;
+    /// Null if it is not made yet, since an argument may still change its form.
+    const Term* application;
+    const Term* original;
     const Symbol* symbol;
     Node::Arguments args;
+    FreeArguments free;
   };
 
-  void start_chains();
+  /// Looks at all nodes: which are exclusive, which are free, and which belong to which chain.
+  void prepare_nodes();
   [[nodiscard]] bool is_chain_operator(NodeIndex n);
   /// Makes the chain whose root is n a part of the one around it, if there is one and nothing forbids it.
   void join_chain(NodeIndex n);
@@ -74,15 +82,19 @@ class Eliminator
   /// Makes the application x, moved by k bits in its direction, of a free x; 0 < k < w.
   void replace_by_moved(NodeIndex n, Kind direction, NodeIndex x, unsigned long k, const Term* original);
 
+  /// The application of a step; the forms of its arguments are final.
+  [[nodiscard]] const Term* build_application(const Symbol* s, const Node::Arguments& args,
+                                              const Term* original);
   [[nodiscard]] std::vector<Step> build_steps();
   [[nodiscard]] std::vector<const Term*> build_assertions();
+  [[nodiscard]] std::vector<const Term*> build_kept();
 
   TermManager& mgr_;
+  std::string prefix_;  ///< of fresh constants
   TermGraph graph_;
   Chains chains_;
   std::vector<NodeIndex> work_;
-  std::vector<Step> steps_;                ///< without their applications
-  std::vector<Application> applications_;  ///< of the steps
+  ChunkedVector<PendingStep> steps_;
   std::vector<const Term*> facts_;
 };
 

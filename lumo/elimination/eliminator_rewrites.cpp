@@ -1,4 +1,4 @@
-// The rules that look at more of an application than which of its arguments are free.
+// The rules that depend on more than the set of free arguments.
 
 #include <algorithm>
 
@@ -28,9 +28,9 @@ unsigned long clamp(const QNumber& number, unsigned long limit)
 
 }  // namespace
 
-/// The calculator gives values to the condition and a branch, or to both branches, whatever the third is; but of
-/// an `ite` of Booleans it always takes the first branch if the condition is free. So if it is the second that is
-/// free, before: ite(c, e, x), after: ite(not c, x, e).
+/// The calculator gives values to the condition and a branch, or to both branches, for any third one. But for an
+/// `ite` of Booleans with a free condition it always takes the first branch. So if the second branch is the free one:
+/// before: ite(c, e, x), after: ite(not c, x, e).
 void Eliminator::visit_ite(NodeIndex n)
 {
   const FreeArguments free = get_free(n);

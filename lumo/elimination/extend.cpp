@@ -1,18 +1,31 @@
 #include "lumo/elimination/extend.h"
 
-#include <array>
-
 #include "lumo/calculators/calculator_table.h"
 #include "lumo/elimination/order_atom.h"
 #include "lumo/terms/exception.h"
-#include "lumo/terms/fold.h"
+#include "lumo/terms/local_application.h"
 
 namespace lumo {
 
 namespace {
 
+void check_manager(const TermManager& mgr, const ModelStore& model)
+{
+  if (model.get_manager() == &mgr) return;
+  throw Exception("a model of another term manager was given, but one of this manager was expected");
+}
+
+void check_step_term(const TermManager& mgr, const Term* t)
+{
+  if (t == nullptr) throw Exception("a step of a trail has a null pointer, but a term was expected");
+  if (t->get_sort()->get_manager() != &mgr) {
+    throw Exception(
+        "a step of a trail has a term of another term manager, but a term of this one was expected");
+  }
+}
+
 /// Whether exactly one argument is free and the other one leaves it no choice; then truth is what the atom is.
-bool is_decided(const TermManager& mgr, const Step& step, const std::array<const Term*, kMaxArity>& args,
+bool is_decided(const TermManager& mgr, const Step& step, const LocalApplication::Arguments& args,
                 bool& truth)
 {
   const Symbol* s = step.application->get_symbol();
@@ -28,24 +41,23 @@ bool is_decided(const TermManager& mgr, const Step& step, const std::array<const
 
 void extend_by(TermManager& mgr, const Step& step, ModelStore& model, ModelStore::DefinitionStack& defs)
 {
+  check_step_term(mgr, step.constant);
+  check_step_term(mgr, step.application);
   const Symbol* s = step.application->get_symbol();
-  const std::size_t num_args = step.application->get_num_args();
-  std::array<const Term*, kMaxArity> args{};
-  bool is_unchanged = true;
-  for (std::size_t i = 0; i < num_args; ++i) {
+  LocalApplication::Arguments args{};
+  for (std::size_t i = 0; i < step.application->get_num_args(); ++i) {
     const Term* arg = step.application->get_arg(i);
-    args[i] = step.free[i] || is_value(mgr, arg) ? arg : model.get_value(arg);
-    is_unchanged = is_unchanged && args[i] == arg;
+    args[i] = step.free[i] ? arg : model.get_value(arg);
   }
   const Term* value = model.get_value(step.constant);
-  // Such an atom was eliminated together with a guard, beside which the constant's value does not count.
+  // Such an atom was eliminated together with a guard, which makes the constant's value irrelevant here.
   if (bool truth = false; is_decided(mgr, step, args, truth))
     value = truth ? mgr.make_true() : mgr.make_false();
 
   adhoccalculator::AdHocCalculator* calculator = find_calculator(mgr, s);
   if (calculator == nullptr) throw Exception("an elimination of " + s->get_name() + " cannot be taken back");
-  const Term* t = is_unchanged ? step.application : mgr.make_term(s, args.data(), num_args);
-  (*calculator)(&mgr, t, value, defs);
+  const LocalApplication t(s, args);
+  (*calculator)(&mgr, &t, value, defs);
   model.replay(defs);
 }
 
@@ -53,18 +65,19 @@ void extend_by(TermManager& mgr, const Step& step, ModelStore& model, ModelStore
 
 void extend(TermManager& mgr, const Trail& trail, ModelStore& model)
 {
-  ModelStore::DefinitionStack defs;
+  check_manager(mgr, model);
   for (const Term* fact : trail.facts)
-    defs.emplace(fact, mgr.make_true(), true);
-  model.replay(defs);
+    model.set_value(fact, mgr.make_true());
+  ModelStore::DefinitionStack defs;
   for (std::size_t i = trail.steps.size(); i-- > 0;)
     extend_by(mgr, trail.steps[i], model, defs);
 }
 
 std::size_t find_violated(TermManager& mgr, std::span<const Term* const> assertions, ModelStore& model)
 {
+  check_manager(mgr, model);
   for (std::size_t i = 0; i < assertions.size(); ++i) {
-    if (model.get_value(assertions[i]) != mgr.make_true()) return i;
+    if (!model.holds(assertions[i])) return i;
   }
   return assertions.size();
 }

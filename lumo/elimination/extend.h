@@ -6,17 +6,25 @@
 
 #include "lumo/elimination/trail.h"
 #include "lumo/model/model_store.h"
+#include "lumo/terms/exception.h"
 #include "lumo/terms/term_manager.h"
 
 namespace lumo {
 
 /// Makes a model of the assertions from a model of what remained of them: walks the trail from the newest step
-/// to the oldest and gives the free arguments of each application values that make it what the model says.
-/// Constants that the model does not mention count as 0 or false. What a calculator refuses is an `Exception`,
-/// which no trail of `eliminate` brings about.
+/// to the oldest and gives the free arguments of each application values that make it equal to the value of the
+/// step's constant. Constants that the model does not define count as 0 or false.
+///
+/// Throws an `Exception` if the model belongs to another manager, if a step has a null pointer or a term of
+/// another manager, or if a calculator refuses a step. No trail of `eliminate` leads to the latter two. The model
+/// then has the values of the newer steps.
 void extend(TermManager& mgr, const Trail& trail, ModelStore& model);
 
-/// The place of the first assertion that is not true under the model, or their number if all are.
+/// The index of the first assertion that the values of constants do not make true, or their number if all are true.
+/// What the model says of compound terms is not believed; `ModelStore::find_contradicted` tells where it is wrong.
+///
+/// Throws an `Exception` if the model belongs to another manager, or if an assertion is null, of another manager,
+/// or not Boolean; assertions after the first violated one are not looked at.
 [[nodiscard]] std::size_t find_violated(TermManager& mgr, std::span<const Term* const> assertions,
                                         ModelStore& model);
 

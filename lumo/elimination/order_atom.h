@@ -12,15 +12,15 @@ namespace lumo {
 /// Whether the operator is one of the four orders: bvult, bvule, bvslt, bvsle.
 [[nodiscard]] bool is_order(Kind kind);
 
-/// An order atom with one free argument can be made true and false by it, save if the other argument is at the
-/// end of the order that leaves no choice: nothing is less than the least, everything is at most the greatest.
+/// The free argument of an order atom can make it true or false unless the other argument is the bound: nothing is
+/// less than the least value, and everything is at most the greatest.
 struct OrderLimit
 {
-  QNumber bound;  ///< the other argument's value that leaves no choice, a pattern in [0, 2^w - 1]
-  bool truth;     ///< what the atom is then
+  QNumber bound;  ///< the value of the other argument that fixes the atom, a pattern in [0, 2^w - 1]
+  bool truth;     ///< the atom's value then
 };
 
-/// The limit of an atom of that order over operands of width w whose left or else right argument is free.
+/// The limit of an atom of that order over operands of width w whose left (or else right) argument is free.
 [[nodiscard]] OrderLimit get_order_limit(Kind kind, bool is_left_free, unsigned long w);
 
 }  // namespace lumo

@@ -15,7 +15,7 @@ namespace lumo {
 /// Which arguments of an application must be free for a fresh constant to stand for it.
 enum class FreeNeed : std::uint8_t
 {
-  kNever,     ///< the application stays, whatever is free
+  kNever,     ///< the application always stays
   kOne,       ///< any one
   kAll,       ///< all
   kAllChain,  ///< all; in nested applications of the operator, any two are brought together
@@ -23,15 +23,15 @@ enum class FreeNeed : std::uint8_t
   kGuarded,   ///< any one, together with a guard on the other argument; without a guard if both are free
 };
 
-/// What else is done for an application with one free argument beside a numeral.
+/// A rewriting of applications to one free argument and a numeral.
 enum class NumeralRewrite : std::uint8_t
 {
   kNone,
   kShift,   ///< a shift by a numeral becomes the bits that remain of the free argument, and padding
-  kFactor,  ///< an odd factor is as good as none; an even one is odd on the bits that remain of a shift
+  kFactor,  ///< an odd factor is invertible; an even one is an odd one and a shift
 };
 
-/// What is done with applications of one operator.
+/// The rule for the applications of one operator.
 struct EliminationRule
 {
   Kind kind;
@@ -40,7 +40,7 @@ struct EliminationRule
 };
 
 /// The rules of `eliminate`, in the order of `Kind`. An application is eliminated only where the operator's
-/// calculator has an answer for every value that the application may be given.
+/// calculator solves every value that the application may be given.
 inline constexpr std::array<EliminationRule, kNumOperators> kEliminationRules = {{
     {Kind::kNot, FreeNeed::kOne},
     {Kind::kAnd, FreeNeed::kAllChain},

@@ -1,6 +1,5 @@
 #include "lumo/elimination/term_graph.h"
 
-#include <algorithm>
 #include <cassert>
 
 #include "lumo/terms/exception.h"
@@ -21,61 +20,80 @@ void check_assertion(TermManager& mgr, const Term* t)
   }
 }
 
-}  // namespace
-
-TermGraph::TermGraph(TermManager& mgr, std::span<const Term* const> assertions) : mgr_(mgr)
+void check_kept(const TermManager& mgr, const Term* t)
 {
-  std::size_t num_ids = 0;
-  for (const Term* t : assertions) {
-    check_assertion(mgr, t);
-    num_ids = std::max(num_ids, t->get_id() + 1);
+  if (t == nullptr) throw Exception("a kept term is a null pointer, but a term was expected");
+  if (t->get_sort()->get_manager() != &mgr) {
+    throw Exception("a kept term belongs to another term manager, but a term of this one was expected");
   }
-  add_node(mgr.get_true_symbol(), mgr.make_true());  // the place of kAssertions
-  std::vector<NodeIndex> node_of(num_ids, kAssertions);
-  for (const Term* t : assertions)
-    add_assertion(t, node_of);
-  for (Node& node : nodes_)
-    node.is_exclusive = node.num_uses <= 1;
 }
 
-void TermGraph::add_assertion(const Term* t, std::vector<NodeIndex>& node_of)
+}  // namespace
+
+TermGraph::TermGraph(TermManager& mgr, std::span<const Term* const> assertions,
+                     std::span<const Term* const> kept)
+    : mgr_(mgr)
+{
+  for (const Term* t : assertions)
+    check_assertion(mgr, t);
+  for (const Term* t : kept)
+    check_kept(mgr, t);
+  add_node(mgr.get_true_symbol(), mgr.make_true());  // the place of kAssertions
+  NodeMap node_of(mgr.get_num_terms());              // kAssertions, which is 0, where a term has no node yet
+  for (const Term* t : assertions)
+    add_assertion(t, node_of);
+  for (const Term* t : kept)
+    add_kept(t, node_of);
+}
+
+void TermGraph::add_assertion(const Term* t, NodeMap& node_of)
 {
   add_terms(t, node_of);
-  const NodeIndex n = node_of[t->get_id()];
+  const NodeIndex n = node_of.get(t->get_id());
   if (nodes_[n].is_asserted) return;
   nodes_[n].is_asserted = true;
   add_use(n, kAssertions);
   assertions_.push_back(n);
 }
 
-void TermGraph::add_terms(const Term* root, std::vector<NodeIndex>& node_of)
+void TermGraph::add_kept(const Term* t, NodeMap& node_of)
 {
-  std::vector<const Term*> stack{root};
-  while (!stack.empty()) {
-    const Term* t = stack.back();
-    if (node_of[t->get_id()] != kAssertions) {
-      stack.pop_back();
+  add_terms(t, node_of);
+  kept_.push_back(node_of.get(t->get_id()));
+  nodes_[kept_.back()].num_uses += 2;  // by no node: the exclusive or of the parents does not change
+}
+
+void TermGraph::add_terms(const Term* root, NodeMap& node_of)
+{
+  stack_of_terms_.assign(1, root);
+  while (!stack_of_terms_.empty()) {
+    const Term* t = stack_of_terms_.back();
+    if (node_of.get(t->get_id()) != kAssertions) {
+      stack_of_terms_.pop_back();
       continue;
     }
-    const std::size_t height = stack.size();
-    const std::size_t num_args = t->get_num_args();
-    for (std::size_t i = num_args; i-- > 0;) {
-      if (node_of[t->get_arg(i)->get_id()] == kAssertions) stack.push_back(t->get_arg(i));
+    const std::size_t height = stack_of_terms_.size();
+    Node::Arguments args{kNoNode, kNoNode, kNoNode};
+    for (std::size_t i = t->get_num_args(); i-- > 0;) {
+      args[i] = node_of.get(t->get_arg(i)->get_id());
+      if (args[i] == kAssertions) stack_of_terms_.push_back(t->get_arg(i));
     }
-    if (stack.size() != height) continue;
+    if (stack_of_terms_.size() != height) continue;
     const NodeIndex n = add_node(t->get_symbol(), t);
-    node_of[t->get_id()] = n;
-    for (std::size_t i = 0; i < num_args; ++i) {
-      nodes_[n].args[i] = node_of[t->get_arg(i)->get_id()];
-      add_use(nodes_[n].args[i], n);
+    node_of.set(t->get_id(), n);
+    nodes_[n].args = args;
+    for (const NodeIndex arg : args) {
+      if (arg != kNoNode) add_use(arg, n);
     }
+    stack_of_terms_.pop_back();
   }
 }
 
 NodeIndex TermGraph::add_node(const Symbol* s, const Term* t)
 {
   if (nodes_.size() == kNoNode) throw Exception("the assertions contain more than 2^32 - 2 terms");
-  nodes_.push_back({s, t});
+  nodes_.emplace_back();
+  nodes_.back().set_symbol(s, t);
   return get_num_nodes() - 1;
 }
 
@@ -99,40 +117,40 @@ void TermGraph::add_use(NodeIndex n, NodeIndex parent)
 
 void TermGraph::drop_use(NodeIndex n, NodeIndex parent, std::vector<NodeIndex>& freed)
 {
-  // Pairs of a node that loses a use and the parent that it loses
+  if (!lose_use(n, parent, freed)) return;
   assert(stack_.empty() && "the stack is in use by one walk at a time");
-  stack_ = {n, parent};
+  stack_.push_back(n);
   while (!stack_.empty()) {
-    const NodeIndex lost = stack_.back();
+    const NodeIndex unused = stack_.back();
     stack_.pop_back();
-    const NodeIndex child = stack_.back();
-    stack_.pop_back();
-    Node& node = nodes_[child];
-    --node.num_uses;
-    node.parents ^= lost;
-    if (is_free(child)) freed.push_back(child);
-    if (node.num_uses != 0) continue;
-    for (const NodeIndex arg : node.args) {
-      if (arg != kNoNode) stack_.insert(stack_.end(), {arg, child});
+    for (const NodeIndex arg : nodes_[unused].args) {
+      if (arg != kNoNode && lose_use(arg, unused, freed)) stack_.push_back(arg);
     }
   }
 }
 
+bool TermGraph::lose_use(NodeIndex n, NodeIndex parent, std::vector<NodeIndex>& freed)
+{
+  Node& node = nodes_[n];
+  --node.num_uses;
+  node.parents ^= parent;
+  if (is_free(n)) freed.push_back(n);
+  return node.num_uses == 0;
+}
+
 void TermGraph::become_leaf(NodeIndex n, const Term* t)
 {
-  nodes_[n].symbol = t->get_symbol();
-  nodes_[n].term = t;
+  nodes_[n].set_symbol(t->get_symbol(), t);
   nodes_[n].args = {kNoNode, kNoNode, kNoNode};
 }
 
 void TermGraph::become_application(NodeIndex n, const Symbol* s, const Node::Arguments& args)
 {
-  nodes_[n].symbol = s;
-  nodes_[n].term = nullptr;
+  nodes_[n].set_symbol(s, nullptr);
   nodes_[n].args = args;
 }
 
-const Term* TermGraph::build(NodeIndex n)
+const Term* TermGraph::build_slow(NodeIndex n)
 {
   stack_.push_back(n);
   while (!stack_.empty()) {
@@ -154,12 +172,12 @@ void TermGraph::visit(NodeIndex n)
     if (arg != kNoNode && !nodes_[arg].is_built) stack_.push_back(arg);
   }
   if (stack_.size() != height) return;
-  if (is_operator(node.symbol->get_kind())) node.term = make_term(node);
+  node.term = make_term(node);
   node.is_built = true;
 }
 
-/// An application of a chain may have lost arguments, and have got another one in place of them: none are no
-/// term, one stands for itself, three are nested.
+/// An application of a chain may have lost arguments and got another one in their place. Without arguments there is
+/// no term; one argument stands for itself; three are nested.
 const Term* TermGraph::make_term(const Node& node)
 {
   std::array<const Term*, kMaxArity> args;

@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+#include "lumo/elimination/chunked_vector.h"
+#include "lumo/elimination/node_map.h"
 #include "lumo/terms/term_manager.h"
 
 // Internal: a shared library does not export it.
@@ -18,47 +20,64 @@ using NodeIndex = std::uint32_t;
 
 /// No node: an argument position that is empty.
 inline constexpr NodeIndex kNoNode = std::numeric_limits<NodeIndex>::max();
-/// Stands for the assertions, as the parent of whatever is asserted.
+/// Stands for the assertions, as the parent of all asserted nodes.
 inline constexpr NodeIndex kAssertions = 0;
 
-/// A term in the course of elimination. What it means never changes, only the form in which it says it: an
-/// application may become another one with the same meaning, or the constant that stands for it.
+/// A term in the course of elimination. Its meaning never changes, only its form: an application may become another
+/// one with the same meaning, or the constant that stands for it.
 struct Node
 {
   using Arguments = std::array<NodeIndex, kMaxArity>;
 
-  const Symbol* symbol;
+  const Symbol* symbol = nullptr;
   /// A leaf: the term. An application: the term that it was made from, null if its form has changed since.
-  const Term* term;
+  const Term* term = nullptr;
   Arguments args{kNoNode, kNoNode, kNoNode};
-  /// How often it is an argument, or asserted.
+  /// How often it is an argument, or asserted; two more for each time that it is kept.
   std::uint32_t num_uses = 0;
   /// The exclusive or of the parents, one for each use: if there is one use, its parent.
   NodeIndex parents = 0;
-  /// Whether it never had more than one use.
+  /// Whether it had at most one use in the assertions, before elimination.
   bool is_exclusive = true;
   bool is_asserted = false;
+  /// Whether `term` is the final form of the node. Leaves are built from the start.
   bool is_built = false;
+  /// The symbol's kind; a copy, to spare the memory access to the many symbols of constants.
+  Kind kind = Kind::kConstant;
+
+  void set_symbol(const Symbol* s, const Term* t)
+  {
+    symbol = s;
+    term = t;
+    kind = s->get_kind();
+    is_built = !is_operator(kind);
+  }
 };
 
+static_assert(sizeof(Node) == 40, "graphs have millions of nodes");
+
 /// The graph of the asserted terms: one node for each distinct term, in an order in which arguments come first,
-/// and those that elimination adds. It counts uses, so that one sees when a constant is left with a single one.
+/// and those that elimination adds. It counts uses, which shows when a constant has a single one left.
 class TermGraph
 {
  public:
   /// Leaves the graph empty if an assertion is refused, with the `Exception` that says why.
-  TermGraph(TermManager& mgr, std::span<const Term* const> assertions);
+  TermGraph(TermManager& mgr, std::span<const Term* const> assertions, std::span<const Term* const> kept);
 
   [[nodiscard]] NodeIndex get_num_nodes() const { return static_cast<NodeIndex>(nodes_.size()); }
   [[nodiscard]] Node& operator[](NodeIndex n) { return nodes_[n]; }
   /// The distinct asserted nodes, in the order of their assertions
   [[nodiscard]] const std::vector<NodeIndex>& get_assertions() const { return assertions_; }
+  /// The nodes of the kept terms, one for each. A kept node has two additional uses, by no node of the graph.
+  /// So it is never free, exclusive or dropped.
+  [[nodiscard]] const std::vector<NodeIndex>& get_kept() const { return kept_; }
 
-  [[nodiscard]] Kind get_kind(NodeIndex n) const { return nodes_[n].symbol->get_kind(); }
+  [[nodiscard]] Kind get_kind(NodeIndex n) const { return nodes_[n].kind; }
+  [[nodiscard]] bool is_leaf(NodeIndex n) const { return !is_operator(get_kind(n)); }
   /// Whether it is a constant with a single use, and so may take any value.
   [[nodiscard]] bool is_free(NodeIndex n) const
   {
-    return n != kNoNode && nodes_[n].num_uses == 1 && get_kind(n) == Kind::kConstant;
+    return n != kNoNode && nodes_[n].num_uses == 1 && nodes_[n].kind == Kind::kConstant;
   }
   [[nodiscard]] bool is_numeral(NodeIndex n) const { return get_kind(n) == Kind::kNumeral; }
   [[nodiscard]] unsigned long get_width(NodeIndex n) const
@@ -72,30 +91,36 @@ class TermGraph
   NodeIndex add_application(const Symbol* s, const Node::Arguments& args);
   /// Gives the argument its use by the parent.
   void add_use(NodeIndex n, NodeIndex parent);
-  /// Takes it away, with all uses by what is then used no more. Constants that are left with a single use go to
-  /// the end of `freed`.
+  /// Takes the use away. If none is left, the node's own uses of its arguments go, too, and so on. Constants that are
+  /// left with a single use are appended to `freed`.
   void drop_use(NodeIndex n, NodeIndex parent, std::vector<NodeIndex>& freed);
-  /// Makes an application a leaf, which uses no arguments; the uses are to be dropped before.
+  /// Makes an application a leaf, which uses no arguments. The caller drops the uses of the old arguments.
   void become_leaf(NodeIndex n, const Term* t);
   /// Gives an application another form; the uses of old and new arguments are the caller's.
   void become_application(NodeIndex n, const Symbol* s, const Node::Arguments& args);
 
   /// The term that the node has become, which is null for an application whose arguments are all gone. Nodes
   /// change no more after the first call.
-  [[nodiscard]] const Term* build(NodeIndex n);
+  [[nodiscard]] const Term* build(NodeIndex n) { return nodes_[n].is_built ? nodes_[n].term : build_slow(n); }
 
  private:
+  const Term* build_slow(NodeIndex n);
   NodeIndex add_node(const Symbol* s, const Term* t);
-  void add_assertion(const Term* t, std::vector<NodeIndex>& node_of);
-  void add_terms(const Term* root, std::vector<NodeIndex>& node_of);
+  void add_assertion(const Term* t, NodeMap& node_of);
+  void add_kept(const Term* t, NodeMap& node_of);
+  void add_terms(const Term* root, NodeMap& node_of);
+  /// Takes one use away; returns whether none is left.
+  bool lose_use(NodeIndex n, NodeIndex parent, std::vector<NodeIndex>& freed);
   /// Builds a node whose arguments are built, else puts those that are not on the stack.
   void visit(NodeIndex n);
   [[nodiscard]] const Term* make_term(const Node& node);
 
   TermManager& mgr_;
-  std::vector<Node> nodes_;
+  ChunkedVector<Node> nodes_;
   std::vector<NodeIndex> assertions_;
+  std::vector<NodeIndex> kept_;
   std::vector<NodeIndex> stack_;
+  std::vector<const Term*> stack_of_terms_;  ///< while the terms are added
 };
 
 }  // namespace lumo

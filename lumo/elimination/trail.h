@@ -13,8 +13,8 @@ using FreeArguments = std::bitset<kMaxArity>;
 
 /// One eliminated application: the fresh constant stands for it from then on.
 ///
-/// An argument that is free is a constant that occurs nowhere else at that time; every other argument is any
-/// term, in which applications that were eliminated before or after this one are fresh constants already.
+/// An argument that is free is a constant that occurs nowhere else at that time. Every other argument is any term, in
+/// which the fresh constants of earlier and later steps already stand for their applications.
 struct Step
 {
   const Term* constant;
@@ -24,11 +24,11 @@ struct Step
   const Term* original;
 };
 
-/// What an elimination has taken away, and so what it takes to get from a model of the rest to one of all.
+/// The record of an elimination, from which `extend` makes a model of the assertions from a model of the rest.
 struct Trail
 {
   std::vector<Step> steps;         ///< in the order of elimination
-  std::vector<const Term*> facts;  ///< Boolean constants that are true, since they were all of an assertion
+  std::vector<const Term*> facts;  ///< Boolean constants that are true, since each was a whole assertion
 };
 
 }  // namespace lumo

@@ -76,6 +76,21 @@ bool holds(TermManager& mgr, const Terms& terms, ModelStore& model)
   return find_violated(mgr, terms, model) == terms.size();
 }
 
+Terms join(const Terms& first, const Terms& second)
+{
+  Terms all = first;
+  all.insert(all.end(), second.begin(), second.end());
+  return all;
+}
+
+Terms get_values(const Terms& terms, ModelStore& model)
+{
+  Terms values;
+  for (const Term* t : terms)
+    values.push_back(model.get_value(t));
+  return values;
+}
+
 }  // namespace
 
 Terms collect_constants(const TermManager& mgr, const Terms& terms)
@@ -96,9 +111,11 @@ Terms collect_constants(const TermManager& mgr, const Terms& terms)
   return constants;
 }
 
-std::string judge_by_enumeration(TermManager& mgr, const Terms& assertions, const Elimination& elimination)
+std::string judge_by_enumeration(TermManager& mgr, const Terms& assertions, const Elimination& elimination,
+                                 const Terms& kept)
 {
-  const Terms originals = collect_constants(mgr, assertions);
+  if (elimination.kept.size() != kept.size()) return "there is not one form for each kept term";
+  const Terms originals = collect_constants(mgr, join(assertions, kept));
   for (unsigned long bits = 0; bits < count_assignments(originals); ++bits) {
     ModelStore model = make_model(mgr, originals, bits);
     define_fresh(mgr, elimination.trail, model);
@@ -106,14 +123,19 @@ std::string judge_by_enumeration(TermManager& mgr, const Terms& assertions, cons
         holds(mgr, elimination.assertions, model) && holds(mgr, elimination.trail.facts, model);
     if (rest_holds != holds(mgr, assertions, model))
       return "not equivalent under" + describe(model, originals);
+    if (get_values(kept, model) != get_values(elimination.kept, model))
+      return "a kept term is not its form under" + describe(model, originals);
   }
-  const Terms remaining = collect_constants(mgr, elimination.assertions);
+  const Terms remaining = collect_constants(mgr, join(elimination.assertions, elimination.kept));
   for (unsigned long bits = 0; bits < count_assignments(remaining); ++bits) {
     ModelStore model = make_model(mgr, remaining, bits);
     if (!holds(mgr, elimination.assertions, model)) continue;
     const std::string given = describe(model, remaining);
+    const Terms forms = get_values(elimination.kept, model);
     extend(mgr, elimination.trail, model);
     if (!holds(mgr, assertions, model)) return "the model" + given + " becomes" + describe(model, originals);
+    if (get_values(kept, model) != forms)
+      return "the model" + given + " becomes" + describe(model, originals) + ", and kept terms change";
   }
   return {};
 }

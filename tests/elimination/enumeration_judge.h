@@ -19,9 +19,11 @@ using Terms = std::vector<const Term*>;
 ///
 /// - under every assignment to the constants of the assertions, with fresh constants as their definitions say,
 ///   the rest and the facts hold if and only if the assertions do;
-/// - every model of the rest is extended to one of the assertions.
+/// - under the same assignments, each kept term has the value of its form;
+/// - every model of the rest, with any values for the constants of the forms, is extended to one of the assertions,
+///   in which each kept term has the value that its form had before.
 [[nodiscard]] std::string judge_by_enumeration(TermManager& mgr, const Terms& assertions,
-                                               const Elimination& elimination);
+                                               const Elimination& elimination, const Terms& kept = {});
 
 }  // namespace lumo::test
 

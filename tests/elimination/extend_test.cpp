@@ -110,5 +110,69 @@ TEST_F(Extension, TrailOfAnOperatorWithoutAnswerIsRefused)
   EXPECT_EQ(test::get_refusal([&] { extend(mgr_, trail, model_); }), "Should not be called is never free!");
 }
 
+TEST_F(Extension, AssertionThatIsNoBooleanIsRefused)
+{
+  TermManager other;
+  const auto refuse = [this](const Term* t) {
+    return test::get_refusal([this, t] { (void)find_violated(mgr_, Terms{t}, model_); });
+  };
+  EXPECT_EQ(
+      refuse(parse("x1")),
+      "a model was asked whether a term of sort (_ BitVec 1) holds, but a term of sort Bool was expected");
+  EXPECT_EQ(refuse(nullptr), "a model was given a null pointer, but a term was expected");
+  EXPECT_EQ(refuse(other.make_true()),
+            "a model was given a term of another term manager, but a term of its own one was expected");
+}
+
+TEST_F(Extension, StepsOfNullPointersAndForeignTermsAreRefused)
+{
+  TermManager other;
+  const Term* x = parse("x8");
+  const Term* application = parse("(bvnot x8)");
+  const auto refuse = [this](const Step& step) {
+    return test::get_refusal([&] { extend(mgr_, {{step}, {}}, model_); });
+  };
+  const std::string null = "a step of a trail has a null pointer, but a term was expected";
+  const std::string foreign =
+      "a step of a trail has a term of another term manager, but a term of this one was expected";
+  EXPECT_EQ(refuse({nullptr, application, FreeArguments(1), nullptr}), null);
+  EXPECT_EQ(refuse({x, nullptr, FreeArguments(1), nullptr}), null);
+  EXPECT_EQ(refuse({other.make_true(), application, FreeArguments(1), nullptr}), foreign);
+  EXPECT_EQ(refuse({x, other.make_true(), FreeArguments(1), nullptr}), foreign);
+}
+
+TEST_F(Extension, ModelOfAnotherManagerIsRefused)
+{
+  TermManager other;
+  ModelStore model(&other);
+  const std::string text = "a model of another term manager was given, but one of this manager was expected";
+  EXPECT_EQ(test::get_refusal([&] { extend(mgr_, {}, model); }), text);
+  EXPECT_EQ(test::get_refusal([&] { (void)find_violated(mgr_, {}, model); }), text);
+}
+
+TEST_F(Extension, DefinitionOfACompoundTermDoesNotMakeAnAssertionTrue)
+{
+  const Terms assertions{parse("(= (bvadd x8 y8) #x05)")};
+  set("(bvadd x8 y8)", "#x05");
+  EXPECT_EQ(find_violated(mgr_, assertions, model_), 0U);
+  EXPECT_EQ(model_.find_contradicted(), parse("(bvadd x8 y8)"));
+  set("y8", "#x05");
+  EXPECT_EQ(find_violated(mgr_, assertions, model_), 1U);
+  EXPECT_EQ(model_.find_contradicted(), nullptr);
+}
+
+TEST_F(Extension, TakesNoTermsButValues)
+{
+  const Terms assertions{parse("(= (bvadd x8 (bvmul y8 y8)) #x05)"), parse("(bvult #x10 (bvurem y8 #x80))")};
+  const Elimination elimination = eliminate(mgr_, assertions);
+  set("y8", "#x11");
+  const std::size_t num_terms = mgr_.get_num_terms();
+  extend(mgr_, elimination.trail, model_);
+  for (std::size_t round = 0; round < 3; ++round)
+    EXPECT_EQ(find_violated(mgr_, assertions, model_), 2U);
+  // The value of the product, and what x becomes; #x05 was there.
+  EXPECT_EQ(mgr_.get_num_terms(), num_terms + 2);
+}
+
 }  // namespace
 }  // namespace lumo

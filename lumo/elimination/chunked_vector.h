@@ -1,0 +1,59 @@
+#ifndef LUMO_ELIMINATION_CHUNKED_VECTOR_H
+#define LUMO_ELIMINATION_CHUNKED_VECTOR_H
+
+#include <cstddef>
+#include <memory>
+#include <new>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
+
+namespace lumo {
+
+/// A sequence that grows at its end and never moves its elements: they lie in chunks of one size. Compared with a
+/// vector, growth copies nothing and memory has no slack in proportion to the size.
+template <class T>
+class ChunkedVector
+{
+  static_assert(std::is_trivially_destructible_v<T>, "nothing destroys the elements");
+
+ public:
+  [[nodiscard]] std::size_t size() const { return size_; }
+  [[nodiscard]] T& operator[](std::size_t i) { return *slot(i); }
+  [[nodiscard]] const T& operator[](std::size_t i) const { return *slot(i); }
+  [[nodiscard]] T& back() { return (*this)[size_ - 1]; }
+  template <class... Args>
+  void emplace_back(Args&&... args)
+  {
+    if (size_ == chunks_.size() << kChunkBits) chunks_.push_back(std::make_unique_for_overwrite<Chunk>());
+    new (slot(size_)) T{std::forward<Args>(args)...};
+    ++size_;
+  }
+
+ private:
+  static constexpr unsigned kChunkBits = 9;
+  static constexpr std::size_t kOffsetMask = (std::size_t{1} << kChunkBits) - 1;
+
+  /// Raw memory
+  struct Chunk
+  {
+    alignas(T) std::byte memory[sizeof(T) << kChunkBits];
+  };
+
+  [[nodiscard]] T* slot(std::size_t i) const
+  {
+    return reinterpret_cast<T*>(chunks_[i >> kChunkBits]->memory) + (i & kOffsetMask);
+  }
+
+  std::vector<std::unique_ptr<Chunk>> chunks_;
+  std::size_t size_ = 0;
+};
+
+}  // namespace lumo
+
+#pragma GCC visibility pop
+
+#endif
