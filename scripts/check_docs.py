@@ -39,7 +39,11 @@ import markdown_pages  # noqa: E402
 
 ROOT = pathlib.Path.cwd()
 # Headers that are not for users
-PRIVATE_HEADERS = ("lumo/calculators/helpers.h", "lumo/calculators/term_access.h")
+PRIVATE_HEADERS = (
+    "lumo/calculators/helpers.h",
+    "lumo/calculators/solver_constants.h",
+    "lumo/calculators/term_access.h",
+)
 STANDARD_HEADERS = ("array", "iostream", "string", "utility", "vector")
 ASSIGNMENT = re.compile(r"\w+=")
 WARNINGS = ["-Wall", "-Wextra", "-Werror", "-Wno-unused"]

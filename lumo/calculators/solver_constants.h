@@ -3,36 +3,41 @@
 
 #include <cstdint>
 
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
+
 namespace lumo {
 
-// Constants by which solvers that include the calculators name truth values, literals and heap positions. The
-// calculators themselves use none of them.
+// Constants by which solvers name truth values, literals and heap positions. The module carries them and reads none
+// of them. No public header includes this one, so the names do not meet a user's macros.
 
 /// Truth values of a partial assignment, one byte each
 inline constexpr std::int8_t l_True = 1;
 inline constexpr std::int8_t l_False = -1;
 inline constexpr std::int8_t l_Undef = 0;
 
-/// What solvers say of literals.
+/// Literals of solvers
 namespace dpll {
 
-/// Literals that are none
+/// Values that are not literals
 inline constexpr std::int32_t lit_Undef = -2;
 inline constexpr std::int32_t lit_Error = -1;
 
 }  // namespace dpll
 
-/// The theory literal that is none
+/// The value that is not a theory literal
 inline constexpr std::int64_t tlit_Undef = 0;
 
-/// What solvers say of their heaps.
+/// Heaps of solvers
 class Heap
 {
  public:
-  /// The position of what is not in a heap
+  /// The position of an element that is not in the heap
   static constexpr std::int64_t NO_IDX = -1;
 };
 
 }  // namespace lumo
+
+#pragma GCC visibility pop
 
 #endif

@@ -1,5 +1,4 @@
-// What all calculators have in common: the interface, the error type, the constants of the chief header, the
-// table.
+// What all calculators have in common: the interface, the error type, the constants of the module, the table.
 
 #include <memory>
 #include <set>
