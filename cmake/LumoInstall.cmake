@@ -17,6 +17,19 @@ install(FILES
   "${PROJECT_SOURCE_DIR}/cmake/FindGMP.cmake"
   DESTINATION "${package_dir}" COMPONENT Development)
 
+# A package has the licence where its distribution expects it, so it leaves this component out.
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT License)
+
+# What a linker that is not the C++ compiler's must be told to link with a static library
+set(pc_libs_private)
+foreach(library ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
+  if(library MATCHES "^(stdc\\+\\+|c\\+\\+|c\\+\\+abi|m)$")
+    list(APPEND pc_libs_private "-l${library}")
+  endif()
+endforeach()
+list(REMOVE_DUPLICATES pc_libs_private)
+list(JOIN pc_libs_private " " pc_libs_private)
+
 # From the folder of lumo.pc to the prefix, so that an installation can be moved
 set(pc_prefix "${CMAKE_INSTALL_PREFIX}")
 if(NOT IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")

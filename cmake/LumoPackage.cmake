@@ -1,5 +1,5 @@
-# What `cpack -G DEB` makes of a build with a static library: the packages lumo, with the program, and liblumo-dev, with
-# the rest. scripts/package.sh builds as Debian expects it, and calls cpack.
+# `cpack -G DEB` makes two packages of a build with a static library: lumo with the program, and liblumo-dev with the
+# rest. scripts/package.sh builds as Debian expects it, and calls cpack.
 include(GNUInstallDirs)
 
 set(CPACK_PACKAGE_NAME lumo)
@@ -33,7 +33,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS libgmp-dev)
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "${CPACK_PACKAGE_DESCRIPTION}
 This package has what it takes to build programs on top of the library.")
 
-# Each package says under what terms it may be used.
+# Each package contains the licence.
 foreach(component ${CPACK_COMPONENTS_ALL})
   string(TOUPPER ${component} upper)
   install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" RENAME copyright COMPONENT ${component} EXCLUDE_FROM_ALL

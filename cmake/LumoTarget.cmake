@@ -12,12 +12,17 @@ function(lumo_target_defaults target)
   endif()
 endfunction()
 
-# What the libraries that others may link have besides.
+# What the libraries that others may link have besides. Before 1.0, each minor version may change the interface, so it
+# is part of the name by which a program finds the library.
 function(lumo_library_defaults target)
   lumo_target_defaults(${target})
+  set(soversion ${PROJECT_VERSION_MAJOR})
+  if(PROJECT_VERSION_MAJOR EQUAL 0)
+    set(soversion ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+  endif()
   set_target_properties(${target} PROPERTIES
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR}
+    SOVERSION ${soversion}
     POSITION_INDEPENDENT_CODE ON)
   target_compile_features(${target} PUBLIC cxx_std_20)
   lumo_limit_exports(${target})

@@ -57,17 +57,35 @@ check_files()
   if [ "$kind" = shared ]; then library=liblumo.so.$LUMO_VERSION; fi
   if [ ! -f "$libdir/$library" ]; then fail "$library is not installed"; fi
   if [ -e "$root/include/lumo/calculators/helpers.h" ]; then fail "a private header is installed"; fi
+  if [ -e "$root/include/lumo/calculators/solver_constants.h" ]; then fail "a private header is installed"; fi
+  if ! cmp -s "$source/LICENSE" "$root/share/doc/lumo/LICENSE"; then fail "the licence is not installed"; fi
   if [ "$(pkg-config --modversion lumo)" != "$LUMO_VERSION" ]; then fail "lumo.pc has another version"; fi
 }
 
 # Each header serves alone, and means the same whatever macros its user defines.
 check_headers()
 {
-  local headers cflags
+  local headers cflags list
   headers=$(cd "$root/include" && find lumo -name '*.h' -print)
   read -ra cflags <<< "$CXXFLAGS $(pkg-config --cflags lumo)"
   quietly xargs -P 2 -I HEADER "$CXX" -std=c++20 "${cflags[@]}" -Wall -Wextra -Wpedantic -Werror -fsyntax-only \
     -include HEADER -x c++ /dev/null <<< "$headers"
+  # A solver has names of its own, macros among them, before it includes the headers.
+  {
+    echo '#define l_True 1'
+    echo '#define l_False 2'
+    echo '#define l_Undef 3'
+    echo '#define lit_Undef 4'
+    echo '#define lit_Error 5'
+    echo '#define tlit_Undef 6'
+    echo '#define NO_IDX 7'
+    echo 'template <class T> class Heap {};'
+    echo 'namespace dpll { class Heap {}; }'
+    mapfile -t list <<< "$headers"
+    printf '#include "%s"\n' "${list[@]}"
+    echo 'namespace lumo { template <class T> class Heap {}; namespace dpll { class Literal {}; } }'
+  } > "$work/own_names.cpp"
+  quietly "$CXX" -std=c++20 "${cflags[@]}" -Wall -Wextra -Wpedantic -Werror -fsyntax-only "$work/own_names.cpp"
   if (cd "$root/include/lumo" && grep -rnE '^ *# *(if|ifdef|elif)\b|\bassert\(' .); then
     fail "an installed header depends on macros"
   fi
@@ -114,6 +132,8 @@ check_pkg_config()
 check_exports()
 {
   local library=$libdir/liblumo.so.$LUMO_VERSION soname=liblumo.so.${LUMO_VERSION%%.*} name
+  # Before 1.0, the minor version is part of the name.
+  if [[ $LUMO_VERSION == 0.* ]]; then soname=liblumo.so.${LUMO_VERSION%.*}; fi
   objdump -p "$library" | grep -qE "SONAME +$soname\$" || fail "the library should be called $soname"
   for name in "$soname" liblumo.so; do
     if [ "$(readlink -f "$libdir/$name")" != "$library" ]; then fail "$name leads to something else"; fi
@@ -135,6 +155,32 @@ check_exports()
   fi
 }
 
+# A linker that knows nothing of C++, such as C's and Rust's, gets all that it needs from pkg-config.
+check_c_linker()
+{
+  local cc libs
+  case $CXX in
+    *clang++*) cc=${CXX/clang++/clang} ;;
+    *) cc=${CXX/g++/gcc} ;;
+  esac
+  cat > "$work/main.c" <<'END'
+extern long lumo_gcd(long a, long b) __asm__("_ZN4lumo3gcdEll");
+extern long make_manager_and_count(void);
+int main(void) { return lumo_gcd(12, 18) == 6 && make_manager_and_count() == 2 ? 0 : 1; }
+END
+  cat > "$work/part.cpp" <<'END'
+#include "lumo/terms/term_manager.h"
+extern "C" long make_manager_and_count() { return static_cast<long>(lumo::TermManager().get_num_terms()); }
+END
+  local -a cflags
+  read -ra cflags <<< "$CXXFLAGS $(pkg-config --cflags lumo)"
+  quietly "$CXX" -std=c++20 "${cflags[@]}" -c "$work/part.cpp" -o "$work/part.o"
+  quietly "$cc" -c "$work/main.c" -o "$work/main.o"
+  read -ra libs <<< "$(pkg-config --static --libs lumo)"
+  quietly "$cc" "$work/main.o" "$work/part.o" "${libs[@]}" -o "$work/c-linked"
+  LD_LIBRARY_PATH=$libdir "$work/c-linked" || fail "a program that C's linker made ends with status $?"
+}
+
 check_program()
 {
   local printed
@@ -153,5 +199,7 @@ check_files
 if [ $# -eq 3 ]; then check_headers; fi
 check_find_package
 check_pkg_config
+# Sanitizers and counters bring libraries of their own, which pkg-config does not know.
+if [[ "$CXXFLAGS" != *-fsanitize* && "$CXXFLAGS" != *--coverage* ]]; then check_c_linker; fi
 if [ "$kind" = shared ]; then check_exports; fi
 if [ "$LUMO_WITH_PROGRAM" = ON ]; then check_program; fi
