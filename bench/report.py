@@ -56,6 +56,7 @@ ROWS = [
     Row("is_number, no numeral", "terms", jobs("miss", SIZES), "absl", 2.5),
     Row("numeral that exists", "terms", jobs("find", SIZES), "z3", 0.1),
     Row("new numeral", "terms", jobs("make", SIZES), "z3", 0.15),
+    Row("a fresh model, one definition, one value", "terms", jobs("model", "1000000"), "empty", 2),
     Row("refusing a case, without an exception", "calculators", "refuse_", "solved", 2),
     Row("inverse modulo 2^w", "calculators", jobs("inverse", "8 32 64 256 1024 65536"), "gmp", 0.5),
 ]
@@ -123,7 +124,7 @@ def compare_elimination(program, repetitions):
                 found[fields[0]].append(1 / float(fields[-1]))
     medians = {shape: statistics.median(values) for shape, values in found.items()}
     worst = max(medians, key=medians.get)
-    yield report_line("eliminate, extend, check", "Z3", 0.1, medians[worst], f"{worst}/{NUM_APPLICATIONS}")
+    yield report_line("eliminate, extend, check", "Z3", 0.05, medians[worst], f"{worst}/{NUM_APPLICATIONS}")
 
 
 def describe_machine():

@@ -1,12 +1,14 @@
-// Numerals of the term manager against their peers. A job is named operation/number of numerals/peer:
+// Terms, numerals and models against their peers. A job is named operation/number of terms/peer:
 //
 // - hit, miss   the value of a symbol that is a numeral, and of one that is none, from the manager's table and
 //               from a hash map that has the symbols' addresses as keys;
 // - find        the numeral of a value and a width that exists already, from the manager and from Z3;
 // - make        the same for one that does not exist yet, in a manager or context that grows from empty;
-// - apply       a new application of an operator to two constants, likewise.
+// - apply       a new application of an operator to two constants, likewise;
+// - model       a new model, one definition and the value of the newest term, in a manager of so many constants, and
+//               in a manager that has nothing else.
 //
-// The last two also count the bytes of heap that the manager takes for each, its tables included.
+// make and apply also count the bytes of heap that the manager takes for each, its tables included.
 //
 // Symbols and values are visited in an order that neither the memory nor the tables have.
 
@@ -23,6 +25,7 @@
 
 #include "bench/heap_meter.h"
 #include "bench/jobs.h"
+#include "lumo/model/model_store.h"
 #include "lumo/solvers/z3_session.h"
 #include "lumo/terms/term_manager.h"
 
@@ -225,6 +228,23 @@ void run_making(benchmark::State& state, std::size_t n)
   make_all<Owner>(state, n, [](Owner& owner) { owner.make(); });
 }
 
+/// A manager with n constants, of which the last one is defined.
+void ask_new_model(benchmark::State& state, std::size_t n)
+{
+  TermManager mgr;
+  const DataType* type = mgr.make_bv_type(kWidth);
+  for (std::size_t i = 0; i < n; ++i)
+    mgr.make_fresh_constant("c", type);
+  const Term* x = mgr.make_fresh_constant("c", type);
+  const Term* negated = mgr.make_term(mgr.make_bv_neg_symbol(kWidth), {x});
+  const Term* value = mgr.make_bv_number(5, kWidth);
+  for (auto _ : state) {
+    ModelStore model(&mgr);
+    model.set_value(x, value);
+    benchmark::DoNotOptimize(model.get_value(negated));
+  }
+}
+
 template <class Run>
 benchmark::internal::Benchmark* add_job(const char* operation, std::size_t n, const char* peer, Run run)
 {
@@ -248,6 +268,8 @@ void add_all_jobs()
     add_job("make", n, "lumo", run_making<NewNumerals>)->UseManualTime();
     add_job("make", n, "z3", run_making<NewZ3Numerals>)->UseManualTime();
     add_job("apply", n, "lumo", run_making<NewApplications>)->UseManualTime();
+    add_job("model", n, "lumo", ask_new_model);
+    add_job("model", n, "empty", [](State& s, std::size_t /*m*/) { ask_new_model(s, 0); });
   }
 }
 
