@@ -93,10 +93,11 @@ void Eliminator::add_step(const Symbol* s, const Node::Arguments& args, FreeArgu
 {
   const Term* constant = mgr_.make_fresh_constant(prefix_, s->get_output_type());
   // Leaves stay what they are, so what is made of leaves alone can be made now.
-  const bool is_final =
-      std::all_of(args.begin(), args.end(), [this](NodeIndex n) { return n == kNoNode || graph_.is_leaf(n); });
+  const bool is_final = std::all_of(args.begin(), args.end(),
+                                    [this](NodeIndex n) { return n == kNoNode || graph_.is_leaf(n); });
   const Term* application = is_final ? build_application(s, args, original) : nullptr;
-  steps_.emplace_back(constant, application, original, s, args, free);
+  if (!is_final) pending_.push_back({steps_.size(), s, args});
+  steps_.emplace_back(constant, application, free, original);
 }
 
 NodeIndex Eliminator::add_step_leaf(const Symbol* s, const Node::Arguments& args, FreeArguments free,
@@ -227,15 +228,14 @@ const Term* Eliminator::build_application(const Symbol* s, const Node::Arguments
 
 std::vector<Step> Eliminator::build_steps()
 {
+  for (const PendingApplication& pending : pending_) {
+    Step& step = steps_[pending.step];
+    step.application = build_application(pending.symbol, pending.args, step.original);
+  }
   std::vector<Step> steps;
   steps.reserve(steps_.size());
-  for (std::size_t i = 0; i < steps_.size(); ++i) {
-    const PendingStep& step = steps_[i];
-    const Term* application = step.application != nullptr
-                                  ? step.application
-                                  : build_application(step.symbol, step.args, step.original);
-    steps.push_back({step.constant, application, step.free, step.original});
-  }
+  for (std::size_t i = 0; i < steps_.size(); ++i)
+    steps.push_back(steps_[i]);
   return steps;
 }
 

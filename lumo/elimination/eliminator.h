@@ -37,15 +37,12 @@ class Eliminator
   [[nodiscard]] Elimination run();
 
  private:
-  struct PendingStep
+  /// An application of a step that is made in the end, since an argument may still change its form.
+  struct PendingApplication
   {
-    const Term* constant;
-    /// Null if it is not made yet, since an argument may still change its form.
-    const Term* application;
-    const Term* original;
+    std::size_t step;  ///< its index
     const Symbol* symbol;
     Node::Arguments args;
-    FreeArguments free;
   };
 
   /// Looks at all nodes: which are exclusive, which are free, and which belong to which chain.
@@ -94,7 +91,8 @@ class Eliminator
   TermGraph graph_;
   Chains chains_;
   std::vector<NodeIndex> work_;
-  ChunkedVector<PendingStep> steps_;
+  ChunkedVector<Step> steps_;
+  std::vector<PendingApplication> pending_;  ///< of steps that have no application yet
   std::vector<const Term*> facts_;
 };
 

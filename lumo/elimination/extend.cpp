@@ -15,7 +15,8 @@ void check_manager(const TermManager& mgr, const ModelStore& model)
   throw Exception("a model of another term manager was given, but one of this manager was expected");
 }
 
-void check_step_term(const TermManager& mgr, const Term* t)
+/// The model checks the step's constant.
+void check_application(const TermManager& mgr, const Term* t)
 {
   if (t == nullptr) throw Exception("a step of a trail has a null pointer, but a term was expected");
   if (t->get_sort()->get_manager() != &mgr) {
@@ -41,8 +42,7 @@ bool is_decided(const TermManager& mgr, const Step& step, const LocalApplication
 
 void extend_by(TermManager& mgr, const Step& step, ModelStore& model, ModelStore::DefinitionStack& defs)
 {
-  check_step_term(mgr, step.constant);
-  check_step_term(mgr, step.application);
+  check_application(mgr, step.application);
   const Symbol* s = step.application->get_symbol();
   LocalApplication::Arguments args{};
   for (std::size_t i = 0; i < step.application->get_num_args(); ++i) {

@@ -2,6 +2,7 @@
 #define LUMO_TERMS_SYMBOL_H
 
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -67,17 +68,19 @@ class FreshSymbol : public Symbol
  public:
   /// The prefix must outlive the symbol.
   FreshSymbol(TermManagerKey /*key*/, const DataType* output_type, const std::string* prefix,
-              std::size_t number)
-      : Symbol(Kind::kConstant, output_type, nullptr), prefix_(prefix), number_(number)
+              std::uint32_t number)
+      : Symbol(Kind::kConstant, output_type, nullptr), number_(number), prefix_(prefix)
   {}
   [[nodiscard]] std::string make_name() const { return *prefix_ + "!" + std::to_string(number_); }
   [[nodiscard]] const std::string& get_prefix() const { return *prefix_; }
   [[nodiscard]] std::size_t get_number() const { return number_; }
 
  private:
+  std::uint32_t number_;  ///< first, in the padding of the base
   const std::string* prefix_;
-  std::size_t number_;
 };
+
+static_assert(sizeof(FreshSymbol) <= 32, "elimination makes millions of them");
 
 /// The parameters of an operator, in the order in which its factory takes them; unused ones are 0.
 using Parameters = std::array<unsigned long, kMaxArity>;

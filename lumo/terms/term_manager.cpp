@@ -89,7 +89,8 @@ const Term* TermManager::make_fresh_constant(const std::string& prefix, const Da
 {
   check_own_type(type);
   const FreshConstants::Vacancy vacancy = fresh_constants_.make_vacancy(prefix);
-  const Symbol* s = &fresh_symbols_.emplace_back(TermManagerKey(), type, vacancy.prefix, vacancy.number);
+  const Symbol* s = &fresh_symbols_.emplace_back(TermManagerKey(), type, vacancy.prefix,
+                                                 static_cast<std::uint32_t>(vacancy.number));
   const Term* t = allocate_term(s, nullptr, 0).term;
   FreshConstants::fill(vacancy, t);
   return t;

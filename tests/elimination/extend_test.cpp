@@ -135,9 +135,11 @@ TEST_F(Extension, StepsOfNullPointersAndForeignTermsAreRefused)
   const std::string null = "a step of a trail has a null pointer, but a term was expected";
   const std::string foreign =
       "a step of a trail has a term of another term manager, but a term of this one was expected";
-  EXPECT_EQ(refuse({nullptr, application, FreeArguments(1), nullptr}), null);
+  EXPECT_EQ(refuse({nullptr, application, FreeArguments(1), nullptr}),
+            "a model was given a null pointer, but a term was expected");
   EXPECT_EQ(refuse({x, nullptr, FreeArguments(1), nullptr}), null);
-  EXPECT_EQ(refuse({other.make_true(), application, FreeArguments(1), nullptr}), foreign);
+  EXPECT_EQ(refuse({other.make_true(), application, FreeArguments(1), nullptr}),
+            "a model was given a term of another term manager, but a term of its own one was expected");
   EXPECT_EQ(refuse({x, other.make_true(), FreeArguments(1), nullptr}), foreign);
 }
 
