@@ -7,6 +7,7 @@
 #include <string>
 
 #include "lumo/cli/options.h"
+#include "lumo/version.h"
 
 namespace lumo::cli {
 
@@ -153,7 +154,8 @@ void print_description(std::ostream& out, const CLI::App& app)
 
 void print_man_page(std::ostream& out, const CLI::App& app, std::string_view date)
 {
-  out << ".\\\" Made from lumo's table of options.\n.TH LUMO 1 \"" << date << "\" \"lumo " LUMO_VERSION "\"\n"
+  out << ".\\\" Made from lumo's table of options.\n.TH LUMO 1 \"" << date << "\" \"lumo " << kVersion
+      << "\"\n"
       << ".SH NAME\nlumo \\- eliminate unconstrained terms from SMT-LIB 2 scripts\n.SH SYNOPSIS\n";
   for (const CLI::App* subcommand : list_subcommands(app))
     print_usage(out, *subcommand);

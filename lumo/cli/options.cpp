@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <string>
+
+#include "lumo/version.h"
 
 namespace lumo::cli {
 
@@ -74,7 +77,7 @@ Options::Options()
 {
   app_.get_formatter()->label("REQUIRED", "(required)");
   app_.get_formatter()->label("Positionals", "Arguments");
-  app_.set_version_flag("--version", "lumo " LUMO_VERSION, "Print the version and exit");
+  app_.set_version_flag("--version", "lumo " + std::string(kVersion), "Print the version and exit");
   app_.set_help_flag("-h,--help", "Print this help and exit");
   app_.require_subcommand(1);
   // passed on to the subcommands; without it, --model=FILE would be something about a truth value.

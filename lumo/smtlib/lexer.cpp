@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "lumo/terms/characters.h"
 #include "lumo/smtlib/symbol_text.h"
+#include "lumo/terms/characters.h"
 
 namespace lumo::smtlib {
 

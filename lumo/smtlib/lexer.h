@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "lumo/terms/characters.h"
 #include "lumo/smtlib/input_error.h"
+#include "lumo/terms/characters.h"
 
 namespace lumo::smtlib {
 

@@ -15,8 +15,9 @@ bool needs_bars(std::string_view name)
     case SymbolSpelling::kNone:
       break;
   }
-  throw Exception("the name " + make_excerpt(name) +
-                  " contains a bar, a backslash or a control character, but SMT-LIB 2 has no symbol with one");
+  throw Exception(
+      "the name " + make_excerpt(name) +
+      " contains a bar, a backslash or a control character, but SMT-LIB 2 has no symbol with one");
 }
 
 std::string make_symbol_text(std::string_view name)

@@ -60,7 +60,8 @@ void add_terms(PrintedTerms& terms, Terms constants, const Trail& trail)
   for (const Term* fact : trail.facts)
     terms.add(fact, ignore);
   if (terms.get_constants().size() != num_declared) {
-    throw Exception("the trail contains the constant " + make_name_excerpt(terms.get_constants()[num_declared]) +
+    throw Exception("the trail contains the constant " +
+                    make_name_excerpt(terms.get_constants()[num_declared]) +
                     ", but the script does not declare it, and no step introduces it");
   }
   terms.finish_adding();

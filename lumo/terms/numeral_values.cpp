@@ -79,8 +79,9 @@ QNumber make_number(std::string_view digits, Base base)
   const auto wrong =
       std::find_if_not(digits.begin(), digits.end(), [base](char c) { return is_digit(c, base); });
   if (wrong != digits.end()) {
-    throw Exception("a " + std::string(describe(base)) + " number has the character " + std::string(1, *wrong) +
-                    " at place " + std::to_string(wrong - digits.begin() + 1) + ", but a digit was expected");
+    throw Exception("a " + std::string(describe(base)) + " number has the character " +
+                    std::string(1, *wrong) + " at place " + std::to_string(wrong - digits.begin() + 1) +
+                    ", but a digit was expected");
   }
   if (digits.empty()) throw Exception("a " + std::string(describe(base)) + " number has no digit");
   Integer value;

@@ -40,7 +40,8 @@ enum class Base : int
 // --------------------------------------------------------------------------------------------------- numerals
 
 /// The numeral of width w whose value is the words' number modulo 2^w.
-[[nodiscard]] const Term* make_numeral(TermManager& mgr, std::span<const std::uint64_t> words, unsigned long w);
+[[nodiscard]] const Term* make_numeral(TermManager& mgr, std::span<const std::uint64_t> words,
+                                       unsigned long w);
 /// The numeral of width w whose value is the digits' number modulo 2^w.
 [[nodiscard]] const Term* make_numeral(TermManager& mgr, std::string_view digits, Base base, unsigned long w);
 

@@ -73,7 +73,8 @@ bool is_reserved_word(std::string_view word)
 SymbolSpelling get_symbol_spelling(std::string_view name)
 {
   const bool is_simple = !name.empty() && !is_digit(name.front()) &&
-                         std::all_of(name.begin(), name.end(), is_symbol_character) && !is_reserved_word(name);
+                         std::all_of(name.begin(), name.end(), is_symbol_character) &&
+                         !is_reserved_word(name);
   if (is_simple) return SymbolSpelling::kSimple;
   return std::all_of(name.begin(), name.end(), is_quotable_character) ? SymbolSpelling::kQuoted
                                                                       : SymbolSpelling::kNone;

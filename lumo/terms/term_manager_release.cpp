@@ -10,8 +10,8 @@ namespace lumo {
 
 TermManager::Snapshot TermManager::make_snapshot() const
 {
-  return {last_serial_,      num_terms_, leaf_symbols_.size(), fresh_symbols_.size(),
-          numerals_.size(), term_memory_.get_position()};
+  return {last_serial_,          num_terms_,       leaf_symbols_.size(),
+          fresh_symbols_.size(), numerals_.size(), term_memory_.get_position()};
 }
 
 TermManager::Mark TermManager::mark()
@@ -31,12 +31,13 @@ void TermManager::release(const Mark& mark)
   if (mark.manager_ != this) {
     throw Exception("a mark of another term manager was released, but a mark of this one was expected");
   }
-  const auto found = std::lower_bound(
-      snapshots_.begin(), snapshots_.end(), mark.serial_,
-      [](const Snapshot& snapshot, std::size_t serial) { return snapshot.serial < serial; });
+  const auto found =
+      std::lower_bound(snapshots_.begin(), snapshots_.end(), mark.serial_,
+                       [](const Snapshot& snapshot, std::size_t serial) { return snapshot.serial < serial; });
   if (found == snapshots_.end() || found->serial != mark.serial_) {
     throw Exception(
-        "a mark was released that is not valid any more: an older mark was released, or the manager was cleared");
+        "a mark was released that is not valid any more: an older mark was released, or the manager was "
+        "cleared");
   }
   snapshots_.erase(found + 1, snapshots_.end());
   const Snapshot& snapshot = snapshots_.back();

@@ -158,7 +158,8 @@ TEST(Subcommands, FailWithTheSolver)
 {
   const TemporaryFolder folder;
   folder.write("script", kScript);
-  for (const std::string solver : {"exit 3", "kill -9 $$", "echo maybe", "/no/such/program", "echo sat", "true"})
+  for (const std::string solver :
+       {"exit 3", "kill -9 $$", "echo maybe", "/no/such/program", "echo sat", "true"})
   {
     SCOPED_TRACE(solver);
     const Outcome outcome = run_lumo({"solve", "script", "--solver", solver}, folder.get_path());

@@ -207,7 +207,7 @@ TEST(OutputFile, NamesTheFolderThatTakesNoFile)
   std::filesystem::create_directory(locked);
   folder.write("locked/file", "old");
   std::filesystem::permissions(folder.get_path(), perms::all);
-  std::filesystem::permissions(locked, perms(0555));
+  std::filesystem::permissions(locked, perms{0555});
   const std::string real_name = std::filesystem::canonical(locked).string();
   for (const std::string name : {"new", "file"}) {
     const PermissionsOfNobody permissions;

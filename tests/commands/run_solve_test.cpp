@@ -233,9 +233,10 @@ TEST(RunSolve, NamesWhatIsWrongWithTheScript)
   const SubcommandRun run = solve(make_options(), "(declare-const x Bool)\n(reset)");
   EXPECT_EQ(run.status, commands::kFailed);
   EXPECT_EQ(run.out, "");
-  EXPECT_EQ(run.err,
-            "<stdin>:2:1: the command reset was found, but only declarations, definitions, assertions and one "
-            "check-sat were expected\n");
+  EXPECT_EQ(
+      run.err,
+      "<stdin>:2:1: the command reset was found, but only declarations, definitions, assertions and one "
+      "check-sat were expected\n");
 }
 
 TEST(RunSolve, FailsIfTheAnswerCannotBeWritten)

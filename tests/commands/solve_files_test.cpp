@@ -64,6 +64,12 @@ Answer solve(const std::string& text, const commands::SolveMethod& method)
   return solution.answer;
 }
 
+/// Two of the foreign files bind a name twice in one let, which the standard does not allow.
+bool binds_a_name_twice(const std::string& message)
+{
+  return message.find("is bound already in this let, but names must differ") != std::string::npos;
+}
+
 TEST(OwnFiles, AreSolvedAsTheyState)
 {
   const std::vector<std::string> files = list_own_files();
@@ -102,12 +108,19 @@ TEST(ForeignFiles, AreSolvedAsTheyStateOrNotInTwoSeconds)
   const std::vector<std::string> files = list_foreign_files();
   if (files.empty()) GTEST_SKIP() << "no folder of SMT-LIB 2 files";
   std::size_t num_solved = 0;
+  std::size_t num_refused = 0;
   for (const std::string& file : files) {
     SCOPED_TRACE(file);
     commands::SolveMethod method;
     method.seconds = 2;
-    if (solve(read_text_file(file), method) != Answer::kUnknown) ++num_solved;
+    try {
+      if (solve(read_text_file(file), method) != Answer::kUnknown) ++num_solved;
+    } catch (const smtlib::InputError& e) {
+      EXPECT_TRUE(binds_a_name_twice(e.what())) << e.what();
+      ++num_refused;
+    }
   }
+  EXPECT_LE(num_refused, 2U);
   EXPECT_GT(num_solved, files.size() / 2);
 }
 
@@ -115,13 +128,18 @@ TEST(SolveFiles, ForeignOnesCanBeInvertedOrAreRefusedPolitely)
 {
   const std::vector<std::string> files = list_foreign_files();
   if (files.empty()) GTEST_SKIP() << "no folder of SMT-LIB 2 files";
+  std::size_t num_refused = 0;
   for (const std::string& file : files) {
     SCOPED_TRACE(file);
     std::istringstream in;
     std::ostringstream out;
     std::ostringstream err;
-    EXPECT_NE(commands::run_invert({file}, in, out, err), commands::kFailed) << err.str();
+    if (commands::run_invert({file}, in, out, err) == commands::kFailed) {
+      EXPECT_TRUE(binds_a_name_twice(err.str())) << err.str();
+      ++num_refused;
+    }
   }
+  EXPECT_LE(num_refused, 2U);
 }
 
 }  // namespace

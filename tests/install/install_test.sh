@@ -161,7 +161,8 @@ check_c_linker()
   local cc libs
   case $CXX in
     *clang++*) cc=${CXX/clang++/clang} ;;
-    *) cc=${CXX/g++/gcc} ;;
+    *g++*) cc=${CXX/g++/gcc} ;;
+    *) cc=${CXX/c++/cc} ;;
   esac
   cat > "$work/main.c" <<'END'
 extern long lumo_gcd(long a, long b) __asm__("_ZN4lumo3gcdEll");

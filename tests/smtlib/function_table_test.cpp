@@ -18,7 +18,7 @@ using test::numbered;
 constexpr std::string_view kDeclarations =
     "(define-sort B () (_ BitVec 8))(declare-const x B)(declare-const y B)(declare-const p Bool)\n";
 
-struct Row
+struct Expansion
 {
   std::string_view text;
   std::string_view term;  ///< the last assertion
@@ -26,7 +26,7 @@ struct Row
 
 TEST(Functions, AreReplacedByTheirBodies)
 {
-  const std::vector<Row> rows = {
+  const std::vector<Expansion> rows = {
       {"(define-fun f ((a B) (b B)) Bool (bvult b a))(assert (f x y))", "(bvult y x)"},
       {"(define-fun f ((a B) (b B)) Bool (bvult b a))(assert (f x x))", "(bvult x x)"},
       {"(define-fun id ((a Bool)) Bool a)(assert (id (id p)))", "p"},
@@ -50,7 +50,7 @@ TEST(Functions, AreReplacedByTheirBodies)
        "(= ((_ rotate_left 1) x) y)"},
       {"(define-fun f ((a Bool)) Bool (xor a a p))(assert (f true))", "(not (= (not (= true true)) p))"},
   };
-  for (const Row& row : rows) {
+  for (const Expansion& row : rows) {
     TermManager mgr;
     const Script script = read_script(mgr, std::string(kDeclarations) + std::string(row.text));
     EXPECT_EQ(test::make_term_text(script.assertions.back().term), row.term) << row.text;

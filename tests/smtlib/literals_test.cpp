@@ -11,14 +11,14 @@ namespace {
 
 TEST(Literals, AreReadInEachBase)
 {
-  struct Row
+  struct Literal
   {
     std::string_view digits;
     int base;
     unsigned long width;
     std::string_view text;
   };
-  const std::vector<Row> rows = {
+  const std::vector<Literal> rows = {
       {"0", 2, 1, "#b0"},
       {"101", 2, 3, "#b101"},
       {"00fF", 16, 16, "#x00ff"},
@@ -28,7 +28,7 @@ TEST(Literals, AreReadInEachBase)
       {"000", 10, 4, "#x0"},
   };
   TermManager mgr;
-  for (const Row& row : rows)
+  for (const Literal& row : rows)
     EXPECT_EQ(make_numeral(mgr, row.digits, row.base, row.width)->get_symbol()->get_name(), row.text);
 }
 

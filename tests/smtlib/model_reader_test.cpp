@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
-#include "lumo/terms/characters.h"
 #include "lumo/smtlib/model_printer.h"
 #include "lumo/smtlib/symbol_text.h"
+#include "lumo/terms/characters.h"
 #include "tests/support/small_stack.h"
 
 namespace lumo::test {
@@ -258,7 +258,7 @@ TEST_F(ModelText, KeepsNamesOfAllCharacters)
   std::string every_character;
   for (int code = 0; code < 256; ++code) {
     const char c = static_cast<char>(code);
-    if (!smtlib::is_quotable_character(c)) continue;
+    if (!is_quotable_character(c)) continue;
     every_character += c;
     constants_.push_back(mgr_.make_constant(std::string("1") + c, mgr_.make_bv_type(8)));
   }

@@ -14,7 +14,7 @@
 namespace lumo::test {
 namespace {
 
-struct Row
+struct Predicate
 {
   std::string_view name;
   std::size_t num_args;
@@ -22,7 +22,7 @@ struct Row
   long (*compute)(long a, long b);  ///< the exact result
 };
 
-constexpr std::array<Row, 8> kRows = {{
+constexpr std::array<Predicate, 8> kRows = {{
     {"bvnego", 1, true, [](long a, long /*b*/) { return -a; }},
     {"bvuaddo", 2, false, [](long a, long b) { return a + b; }},
     {"bvsaddo", 2, true, [](long a, long b) { return a + b; }},
@@ -34,12 +34,12 @@ constexpr std::array<Row, 8> kRows = {{
     {"bvsdivo", 2, true, [](long a, long b) { return b == 0 ? 0 : a / b; }},
 }};
 
-class Overflow : public testing::TestWithParam<Row>
+class Overflow : public testing::TestWithParam<Predicate>
 {};
 
 TEST_P(Overflow, IsThatOfTheExactResultAtWidthsOneToFive)
 {
-  const Row& row = GetParam();
+  const Predicate& row = GetParam();
   const smtlib::Operator& op = *smtlib::find_operator(row.name);
   for (unsigned long w = 1; w <= 5; ++w) {
     TermManager mgr;
@@ -98,7 +98,7 @@ bool has_place(const mpz_t number, unsigned long w, bool is_signed)
 
 TEST_P(Overflow, IsThatOfTheExactResultAtWideWidths)
 {
-  const Row& row = GetParam();
+  const Predicate& row = GetParam();
   const smtlib::Operator& op = *smtlib::find_operator(row.name);
   Random random;
   SCOPED_TRACE(random);
@@ -123,7 +123,9 @@ TEST_P(Overflow, IsThatOfTheExactResultAtWideWidths)
 }
 
 INSTANTIATE_TEST_SUITE_P(Language, Overflow, testing::ValuesIn(kRows),
-                         [](const testing::TestParamInfo<Row>& row) { return std::string(row.param.name); });
+                         [](const testing::TestParamInfo<Predicate>& row) {
+                           return std::string(row.param.name);
+                         });
 
 }  // namespace
 }  // namespace lumo::test

@@ -7,9 +7,9 @@
 
 #include <gtest/gtest.h>
 
-#include "lumo/terms/characters.h"
 #include "lumo/smtlib/script_reader.h"
 #include "lumo/smtlib/symbol_text.h"
+#include "lumo/terms/characters.h"
 #include "tests/support/notation.h"
 #include "tests/support/numbered.h"
 #include "tests/support/random_formula.h"

@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "lumo/terms/characters.h"
 #include "lumo/smtlib/lexer.h"
+#include "lumo/terms/characters.h"
 #include "lumo/terms/exception.h"
 
 namespace lumo::smtlib {

@@ -7,9 +7,9 @@
 #include <gtest/gtest.h>
 
 #include "lumo/model/model_store.h"
-#include "lumo/terms/characters.h"
 #include "lumo/smtlib/input_error.h"
 #include "lumo/smtlib/symbol_text.h"
+#include "lumo/terms/characters.h"
 #include "tests/solvers/no_more_files.h"
 #include "tests/support/temporary_folder.h"
 
@@ -231,7 +231,7 @@ TEST_P(SolverProgram, KeepsNamesApartWhateverTheirCharacters)
   std::string every_character;
   for (int code = ' '; code < 0x7f; ++code) {
     const char c = static_cast<char>(code);
-    if (!smtlib::is_quotable_character(c)) continue;
+    if (!is_quotable_character(c)) continue;
     every_character += c;
     add(std::string("b") + c);
   }

@@ -1,8 +1,8 @@
 #ifndef LUMO_TESTS_SUPPORT_FAILING_ALLOCATOR_H
 #define LUMO_TESTS_SUPPORT_FAILING_ALLOCATOR_H
 
-// Replaces the allocator of the program that includes this, in one source only: it counts, fails on demand,
-// and gives memory that is never by chance zero.
+// The allocator of programs that have failing_allocator.cpp among their sources: it counts, fails on demand, and gives
+// memory that is never by chance zero.
 
 #include <cstdlib>
 #include <cstring>
@@ -84,29 +84,5 @@ long fail_everywhere(Prepare prepare, Action action, Look look)
 }
 
 }  // namespace lumo::test
-
-// Not inlined: the compiler would see aligned_alloc meet delete and take that for a mistake.
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-  return lumo::test::allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__);
-}
-[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment)
-{
-  return lumo::test::allocate(size, static_cast<std::size_t>(alignment));
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { lumo::test::deallocate(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept
-{
-  lumo::test::deallocate(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept
-{
-  lumo::test::deallocate(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/,
-                                       std::align_val_t /*alignment*/) noexcept
-{
-  lumo::test::deallocate(memory);
-}
 
 #endif

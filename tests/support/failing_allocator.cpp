@@ -1,0 +1,30 @@
+// The allocator of a program that tests what happens when memory runs out.
+
+#include "tests/support/failing_allocator.h"
+
+#include <cstddef>
+#include <new>
+
+// Not inlined: the compiler would see aligned_alloc meet delete and take that for a mistake.
+[[gnu::noinline]] void* operator new(std::size_t size)
+{
+  return lumo::test::allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__);
+}
+[[gnu::noinline]] void* operator new(std::size_t size, std::align_val_t alignment)
+{
+  return lumo::test::allocate(size, static_cast<std::size_t>(alignment));
+}
+[[gnu::noinline]] void operator delete(void* memory) noexcept { lumo::test::deallocate(memory); }
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept
+{
+  lumo::test::deallocate(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept
+{
+  lumo::test::deallocate(memory);
+}
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/,
+                                       std::align_val_t /*alignment*/) noexcept
+{
+  lumo::test::deallocate(memory);
+}
