@@ -165,9 +165,8 @@ check_c_linker()
     *) cc=${CXX/c++/cc} ;;
   esac
   cat > "$work/main.c" <<'END'
-extern long lumo_gcd(long a, long b) __asm__("_ZN4lumo3gcdEll");
 extern long make_manager_and_count(void);
-int main(void) { return lumo_gcd(12, 18) == 6 && make_manager_and_count() == 2 ? 0 : 1; }
+int main(void) { return make_manager_and_count() == 2 ? 0 : 1; }
 END
   cat > "$work/part.cpp" <<'END'
 #include "lumo/terms/term_manager.h"
