@@ -111,22 +111,11 @@ void* reallocate(void* old_block, std::size_t, std::size_t size)
   return block;
 }
 
-bool is_done = false;
-
-/// Called at the program's end. If `main` is not done, Z3's parser has called `exit` because it got no memory.
-void explain_early_exit()
-{
-  if (!is_done) end_without_memory();
-}
-
 }  // namespace
 
 int main(int argc, char** argv)
 {
   std::ios::sync_with_stdio(false);
   mp_set_memory_functions(allocate, reallocate, nullptr);
-  if (std::atexit(explain_early_exit) != 0) return kFailed;
-  const int status = run_guarded(argc, argv);
-  is_done = true;
-  return status;
+  return run_guarded(argc, argv);
 }

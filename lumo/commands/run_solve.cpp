@@ -83,7 +83,7 @@ int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, 
   return run_subcommand(err, [&] {
     check_options(options);
     Statistics statistics;
-    const std::unique_ptr<Input> input = read_input(options.file, in, clock);
+    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock);
     const solvers::Solution solution = solve_input(*input, options.method, statistics, clock);
 
     clock.enter(Phase::kPrint);

@@ -60,12 +60,27 @@ std::string read_input_text(const std::string& file, std::istream& in, PhaseCloc
   return text;
 }
 
-std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, PhaseClock& clock)
+namespace {
+
+void note_skipped(const Input& input, std::ostream& err)
+{
+  std::string names;
+  for (const std::string& name : input.script.skipped) {
+    if (name != "get-model") names += (names.empty() ? "" : ", ") + name;
+  }
+  if (!names.empty()) err << input.name << ": commands that were skipped: " << names << '\n';
+}
+
+}  // namespace
+
+std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, std::ostream& err,
+                                  PhaseClock& clock)
 {
   auto input = std::make_unique<Input>();
   input->name = make_input_name(file);
   input->script = read_located(
       file, in, clock, [&](const std::string& text) { return smtlib::read_script(input->mgr, text); });
+  note_skipped(*input, err);
   return input;
 }
 

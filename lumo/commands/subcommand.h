@@ -75,8 +75,11 @@ struct Input
   smtlib::Script script;
 };
 
-/// Reads a script; one that cannot be read is a SubcommandFailure.
-[[nodiscard]] std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, PhaseClock& clock);
+/// Reads a script; one that cannot be read is a SubcommandFailure. A note to `err` names the commands that are skipped
+/// because nothing answers them. `get-model` is not one of them: `solve` prints a model, and what `simplify` leaves asks
+/// for one.
+[[nodiscard]] std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, std::ostream& err,
+                                                PhaseClock& clock);
 
 /// Refuses a subcommand that is to read the standard input, `-`, twice.
 void check_one_standard_input(std::initializer_list<std::string> files);

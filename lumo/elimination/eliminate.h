@@ -21,6 +21,7 @@ struct Elimination
   std::vector<const Term*> kept{};
 };
 
+/// What a caller of `eliminate` may choose.
 struct EliminationOptions
 {
   /// Terms of any sort that something outside of the assertions uses: later assertions, assumptions, another

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "lumo/elimination/chains.h"
-#include "lumo/elimination/chunked_vector.h"
 #include "lumo/elimination/eliminate.h"
 #include "lumo/elimination/term_graph.h"
+#include "lumo/terms/chunked_vector.h"
 
 // Internal: a shared library does not export it.
 #pragma GCC visibility push(hidden)

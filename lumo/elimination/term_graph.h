@@ -7,8 +7,8 @@
 #include <span>
 #include <vector>
 
-#include "lumo/elimination/chunked_vector.h"
 #include "lumo/elimination/node_map.h"
+#include "lumo/terms/chunked_vector.h"
 #include "lumo/terms/term_manager.h"
 
 // Internal: a shared library does not export it.

@@ -70,7 +70,7 @@ bool PrintedTerms::open_if_new(const Term* t)
     note_leaf(t, code);
     return false;
   }
-  open_.push_back(t);
+  open_.emplace_back(t);
   return true;
 }
 
@@ -113,8 +113,8 @@ PrintedTerms::Slot PrintedTerms::close(const Term* t)
   const auto slot = static_cast<Slot>(nodes_.size());
   assert(slot < kDefined - kFirstSlot && "slots fit their bits");
   code = slot + kFirstSlot;
-  terms_.push_back(t);
-  nodes_.push_back(node);
+  terms_.emplace_back(t);
+  nodes_.emplace_back(node);
   open_.pop_back();
   return slot;
 }

@@ -9,9 +9,12 @@
 #include <vector>
 
 #include "lumo/elimination/trail.h"
-#include "lumo/smtlib/chunked_vector.h"
 #include "lumo/smtlib/name_printer.h"
+#include "lumo/terms/chunked_vector.h"
 #include "lumo/terms/term_manager.h"
+
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
 
 namespace lumo::smtlib {
 
@@ -139,5 +142,7 @@ class PrintedTerms
 };
 
 }  // namespace lumo::smtlib
+
+#pragma GCC visibility pop
 
 #endif

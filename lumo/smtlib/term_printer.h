@@ -9,6 +9,9 @@
 #include "lumo/smtlib/printed_terms.h"
 #include "lumo/smtlib/text_buffer.h"
 
+// Internal: a shared library does not export it.
+#pragma GCC visibility push(hidden)
+
 namespace lumo::smtlib {
 
 /// Writes terms, whose bindings were chosen, as SMT-LIB 2 text. None of the constants among them has a name that
@@ -56,5 +59,7 @@ class TermPrinter
 };
 
 }  // namespace lumo::smtlib
+
+#pragma GCC visibility pop
 
 #endif

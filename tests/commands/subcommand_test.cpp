@@ -36,5 +36,27 @@ TEST(RunSubcommand, GivesTheStatusAndTheMessage)
   }
 }
 
+TEST(ReadInput, NamesWhatIsSkippedOnce)
+{
+  struct Row
+  {
+    std::string text;
+    std::string err;
+  };
+  const std::vector<Row> rows = {
+      {"(assert true)(check-sat)(get-model)(exit)", ""},
+      {"(echo \"a\")(push 1)(assert true)(check-sat)(get-value (true))(echo \"b\")(get-unsat-core)(pop 1)",
+       "<stdin>: commands that were skipped: echo, get-value, get-unsat-core\n"},
+  };
+  for (const Row& row : rows) {
+    std::istringstream in(row.text);
+    std::ostringstream err;
+    commands::PhaseClock clock;
+    const auto input = commands::read_input("-", in, err, clock);
+    EXPECT_EQ(input->script.assertions.size(), 1U);
+    EXPECT_EQ(err.str(), row.err);
+  }
+}
+
 }  // namespace
 }  // namespace lumo::test

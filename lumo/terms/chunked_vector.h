@@ -1,6 +1,7 @@
-#ifndef LUMO_ELIMINATION_CHUNKED_VECTOR_H
-#define LUMO_ELIMINATION_CHUNKED_VECTOR_H
+#ifndef LUMO_TERMS_CHUNKED_VECTOR_H
+#define LUMO_TERMS_CHUNKED_VECTOR_H
 
+#include <cassert>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -22,6 +23,7 @@ class ChunkedVector
 
  public:
   [[nodiscard]] std::size_t size() const { return size_; }
+  [[nodiscard]] bool empty() const { return size_ == 0; }
   [[nodiscard]] T& operator[](std::size_t i) { return *slot(i); }
   [[nodiscard]] const T& operator[](std::size_t i) const { return *slot(i); }
   [[nodiscard]] T& back() { return (*this)[size_ - 1]; }
@@ -31,6 +33,18 @@ class ChunkedVector
     if (size_ == chunks_.size() << kChunkBits) chunks_.push_back(std::make_unique_for_overwrite<Chunk>());
     new (slot(size_)) T{std::forward<Args>(args)...};
     ++size_;
+  }
+  /// Keeps the room of what it takes away.
+  void pop_back()
+  {
+    assert(size_ != 0 && "something is there to be popped");
+    --size_;
+  }
+  /// Gives the room back, too.
+  void clear()
+  {
+    chunks_.clear();
+    size_ = 0;
   }
 
  private:
