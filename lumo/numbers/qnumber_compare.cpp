@@ -12,7 +12,7 @@ namespace lumo {
 
 namespace {
 
-__extension__ using Product = __int128;
+__extension__ using SignedProduct = __int128;
 
 /// Agrees with the hash of the word if z is one.
 std::size_t hash_integer(std::size_t seed, mpz_srcptr z)
@@ -131,7 +131,7 @@ bool QNumber::less_slow(const QNumber& lhs, const QNumber& rhs)
   }
   if (!lhs.is_big() && !rhs.is_big()) {
     // Products of two words have at most 126 bits (I2), so nothing is to be divided by a gcd first.
-    return Product{lhs.num} * rhs.den < Product{rhs.num} * lhs.den;
+    return SignedProduct{lhs.num} * rhs.den < SignedProduct{rhs.num} * lhs.den;
   }
   const int x_sign = lhs.sign();
   const int y_sign = rhs.sign();

@@ -7,10 +7,6 @@ namespace lumo::smtlib {
 
 namespace {
 
-const DataType* sort_of(const Term* t) { return t->get_symbol()->get_output_type(); }
-
-unsigned long width_of(const Term* t) { return sort_of(t)->get_width(); }
-
 const Term* negate(TermManager& mgr, const Term* t) { return mgr.make_term(mgr.make_not_symbol(), {t}); }
 
 const Term* conjoin(TermManager& mgr, const Term* lhs, const Term* rhs)
@@ -20,26 +16,27 @@ const Term* conjoin(TermManager& mgr, const Term* lhs, const Term* rhs)
 
 const Term* make_equal(TermManager& mgr, const Term* lhs, const Term* rhs)
 {
-  const DataType* sort = sort_of(lhs);
+  const DataType* sort = lhs->get_sort();
   return mgr.make_term(sort->is_bool() ? mgr.make_iff_symbol() : mgr.make_eq_symbol(sort), {lhs, rhs});
 }
 
 const Term* concatenate(TermManager& mgr, const Term* high, const Term* low)
 {
-  return mgr.make_term(mgr.make_bv_concat_symbol(width_of(high), width_of(low)), {high, low});
+  return mgr.make_term(mgr.make_bv_concat_symbol(high->get_sort()->get_width(), low->get_sort()->get_width()),
+                       {high, low});
 }
 
 /// Whether the most significant bit is set.
 const Term* is_negative(TermManager& mgr, const Term* t)
 {
-  const unsigned long w = width_of(t);
+  const unsigned long w = t->get_sort()->get_width();
   return mgr.make_term(mgr.make_bv_slt_symbol(w), {t, mgr.make_bv_number(0, w)});
 }
 
 /// Whether both exclusive ors with t have the most significant bit set.
 const Term* differ_in_sign(TermManager& mgr, const Term* lhs, const Term* rhs, const Term* t)
 {
-  const unsigned long w = width_of(t);
+  const unsigned long w = t->get_sort()->get_width();
   const Symbol* exclusive_or = mgr.make_bv_xor_symbol(w);
   const Term* first = mgr.make_term(exclusive_or, {lhs, t});
   const Term* second = mgr.make_term(exclusive_or, {rhs, t});
@@ -64,7 +61,7 @@ unsigned long reduce_index(const Index& index, unsigned long w)
 /// The product of the operands, extended to twice their width by an operator
 const Term* make_long_product(TermManager& mgr, const Symbol* extend, Arguments args)
 {
-  const unsigned long w = width_of(args[0]);
+  const unsigned long w = args[0]->get_sort()->get_width();
   const Term* lhs = mgr.make_term(extend, {args[0]});
   const Term* rhs = mgr.make_term(extend, {args[1]});
   return mgr.make_term(mgr.make_bv_mul_symbol(2 * w), {lhs, rhs});
@@ -105,14 +102,14 @@ const Term* all_distinct(TermManager& mgr, const Indices& /*indices*/, Arguments
 
 const Term* signed_modulo(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  const unsigned long w = width_of(args[0]);
+  const unsigned long w = args[0]->get_sort()->get_width();
   const Term* r = mgr.make_term(mgr.make_bv_srem_symbol(w), {args[0], args[1]});
   const Term* is_zero = make_equal(mgr, r, mgr.make_bv_number(0, w));
   const Term* is_negative_r = is_negative(mgr, r);
   const Term* is_alike = make_equal(mgr, is_negative_r, is_negative(mgr, args[1]));
   const Term* is_done = mgr.make_term(mgr.make_or_symbol(), {is_zero, is_alike});
   const Term* moved = mgr.make_term(mgr.make_bv_add_symbol(w), {r, args[1]});
-  return mgr.make_term(mgr.make_ite_symbol(sort_of(r)), {is_done, r, moved});
+  return mgr.make_term(mgr.make_ite_symbol(r->get_sort()), {is_done, r, moved});
 }
 
 const Term* repeat(TermManager& mgr, const Indices& indices, Arguments args)
@@ -129,38 +126,38 @@ const Term* repeat(TermManager& mgr, const Indices& indices, Arguments args)
 
 const Term* rotate_left(TermManager& mgr, const Indices& indices, Arguments args)
 {
-  const unsigned long w = width_of(args[0]);
+  const unsigned long w = args[0]->get_sort()->get_width();
   return mgr.make_term(mgr.make_bv_rotate_left_symbol(reduce_index(indices[0], w), w), {args[0]});
 }
 
 const Term* rotate_right(TermManager& mgr, const Indices& indices, Arguments args)
 {
-  const unsigned long w = width_of(args[0]);
+  const unsigned long w = args[0]->get_sort()->get_width();
   return mgr.make_term(mgr.make_bv_rotate_right_symbol(reduce_index(indices[0], w), w), {args[0]});
 }
 
 const Term* negation_overflows(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  return make_equal(mgr, args[0], make_least(mgr, width_of(args[0])));
+  return make_equal(mgr, args[0], make_least(mgr, args[0]->get_sort()->get_width()));
 }
 
 const Term* unsigned_sum_overflows(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  const unsigned long w = width_of(args[0]);
+  const unsigned long w = args[0]->get_sort()->get_width();
   const Term* sum = mgr.make_term(mgr.make_bv_add_symbol(w), {args[0], args[1]});
   return mgr.make_term(mgr.make_bv_ult_symbol(w), {sum, args[0]});
 }
 
 const Term* signed_sum_overflows(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  const unsigned long w = width_of(args[0]);
+  const unsigned long w = args[0]->get_sort()->get_width();
   const Term* sum = mgr.make_term(mgr.make_bv_add_symbol(w), {args[0], args[1]});
   return differ_in_sign(mgr, args[0], args[1], sum);
 }
 
 const Term* unsigned_product_overflows(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  const unsigned long w = width_of(args[0]);
+  const unsigned long w = args[0]->get_sort()->get_width();
   const Term* product = make_long_product(mgr, mgr.make_bv_zero_extend_symbol(w, w), args);
   const Term* high = mgr.make_term(mgr.make_bv_extract_symbol(2 * w - 1, w, 2 * w), {product});
   return negate(mgr, make_equal(mgr, high, mgr.make_bv_number(0, w)));
@@ -168,7 +165,7 @@ const Term* unsigned_product_overflows(TermManager& mgr, const Indices& /*indice
 
 const Term* signed_product_overflows(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  const unsigned long w = width_of(args[0]);
+  const unsigned long w = args[0]->get_sort()->get_width();
   const Symbol* extend = mgr.make_bv_sign_extend_symbol(w, w);
   const Term* product = make_long_product(mgr, extend, args);
   const Term* low = mgr.make_term(mgr.make_bv_extract_symbol(w - 1, 0, 2 * w), {product});
@@ -177,19 +174,19 @@ const Term* signed_product_overflows(TermManager& mgr, const Indices& /*indices*
 
 const Term* unsigned_difference_overflows(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  return mgr.make_term(mgr.make_bv_ult_symbol(width_of(args[0])), {args[0], args[1]});
+  return mgr.make_term(mgr.make_bv_ult_symbol(args[0]->get_sort()->get_width()), {args[0], args[1]});
 }
 
 const Term* signed_difference_overflows(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  const unsigned long w = width_of(args[0]);
+  const unsigned long w = args[0]->get_sort()->get_width();
   const Term* difference = mgr.make_term(mgr.make_bv_sub_symbol(w), {args[0], args[1]});
   return differ_in_sign(mgr, args[1], difference, args[0]);
 }
 
 const Term* signed_quotient_overflows(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  const unsigned long w = width_of(args[0]);
+  const unsigned long w = args[0]->get_sort()->get_width();
   const Term* is_least = make_equal(mgr, args[0], make_least(mgr, w));
   return conjoin(mgr, is_least, make_equal(mgr, args[1], mgr.make_bv_number(-1, w)));
 }

@@ -10,10 +10,6 @@ namespace lumo::smtlib {
 
 namespace {
 
-const DataType* sort_of(const Term* t) { return t->get_symbol()->get_output_type(); }
-
-unsigned long width_of(const Term* t) { return sort_of(t)->get_width(); }
-
 // What the term layer has under the same name. Each function builds one application.
 
 template <auto kFactory>
@@ -25,29 +21,33 @@ const Term* boolean(TermManager& mgr, const Indices& /*indices*/, Arguments args
 template <auto kFactory>
 const Term* uniform(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  return mgr.make_term((mgr.*kFactory)(width_of(args[0])), args.data(), args.size());
+  return mgr.make_term((mgr.*kFactory)(args[0]->get_sort()->get_width()), args.data(), args.size());
 }
 
 template <auto kFactory>
 const Term* extend(TermManager& mgr, const Indices& indices, Arguments args)
 {
-  return mgr.make_term((mgr.*kFactory)(indices[0].value, width_of(args[0])), args.data(), args.size());
+  return mgr.make_term((mgr.*kFactory)(indices[0].value, args[0]->get_sort()->get_width()), args.data(),
+                       args.size());
 }
 
 const Term* extract(TermManager& mgr, const Indices& indices, Arguments args)
 {
-  return mgr.make_term(mgr.make_bv_extract_symbol(indices[0].value, indices[1].value, width_of(args[0])),
-                       {args[0]});
+  return mgr.make_term(
+      mgr.make_bv_extract_symbol(indices[0].value, indices[1].value, args[0]->get_sort()->get_width()),
+      {args[0]});
 }
 
 const Term* concat(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  return mgr.make_term(mgr.make_bv_concat_symbol(width_of(args[0]), width_of(args[1])), {args[0], args[1]});
+  return mgr.make_term(
+      mgr.make_bv_concat_symbol(args[0]->get_sort()->get_width(), args[1]->get_sort()->get_width()),
+      {args[0], args[1]});
 }
 
 const Term* ite(TermManager& mgr, const Indices& /*indices*/, Arguments args)
 {
-  return mgr.make_term(mgr.make_ite_symbol(sort_of(args[1])), {args[0], args[1], args[2]});
+  return mgr.make_term(mgr.make_ite_symbol(args[1]->get_sort()), {args[0], args[1], args[2]});
 }
 
 // Forms of these
@@ -78,7 +78,7 @@ template <Build kBuild>
 const Term* complement_of(TermManager& mgr, const Indices& indices, Arguments args)
 {
   const Term* t = kBuild(mgr, indices, args);
-  return mgr.make_term(mgr.make_bv_not_symbol(width_of(t)), {t});
+  return mgr.make_term(mgr.make_bv_not_symbol(t->get_sort()->get_width()), {t});
 }
 
 using T = TermManager;
@@ -158,13 +158,13 @@ const DataType* get_expected_sort(const Operator& op, Arguments args, std::size_
     case Signature::kBitVectors:
       return nullptr;
     case Signature::kUniformBitVectors:
-      return i == 0 ? nullptr : sort_of(args[0]);
+      return i == 0 ? nullptr : args[0]->get_sort();
     case Signature::kAlike:
-      return sort_of(args[0]);
+      return args[0]->get_sort();
     case Signature::kIte:
       break;
   }
-  return i == 0 ? bool_sort : sort_of(args[1]);
+  return i == 0 ? bool_sort : args[1]->get_sort();
 }
 
 }  // namespace
@@ -189,7 +189,7 @@ bool fits(TermManager& mgr, const Operator& op, Arguments args)
   const DataType* bool_sort = mgr.make_bool_type();
   for (std::size_t i = 0; i < args.size(); ++i) {
     const DataType* expected = get_expected_sort(op, args, i, bool_sort);
-    if (expected == nullptr ? sort_of(args[i])->is_bool() : sort_of(args[i]) != expected) return false;
+    if (expected == nullptr ? args[i]->get_sort()->is_bool() : args[i]->get_sort() != expected) return false;
   }
   return true;
 }
@@ -202,7 +202,7 @@ Misfit find_misfit(TermManager& mgr, const Operator& op, Arguments args)
                              (op.max_args == 1 ? " was" : " were") + " expected"};
   }
   for (std::size_t i = 0; i < args.size(); ++i) {
-    const DataType* found = sort_of(args[i]);
+    const DataType* found = args[i]->get_sort();
     const DataType* expected = get_expected_sort(op, args, i, mgr.make_bool_type());
     if (expected == nullptr ? !found->is_bool() : found == expected) continue;
     return {i, "argument " + std::to_string(i + 1) + " of " + std::string(op.name) + " has sort " +

@@ -129,7 +129,7 @@ TEST(ModelMemory, OfTheThousandthModelIsThatOfTheFirst)
     sum = mgr.make_term(mgr.make_bv_mul_symbol(128), {sum, constant});
   const TermManager::Mark mark = mgr.mark();
   long num_blocks = 0;
-  for (int round = 0; round < 1000; ++round) {
+  for (unsigned long round = 0; round < 1000; ++round) {
     {
       ModelStore model(&mgr);
       for (std::size_t i = 0; i < constants.size(); ++i)

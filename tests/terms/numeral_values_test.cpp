@@ -15,18 +15,18 @@
 namespace lumo::test {
 namespace {
 
-using Words = std::vector<std::uint64_t>;
+using Limbs = std::vector<std::uint64_t>;
 
-struct Row
+struct Spelling
 {
   unsigned long width;
-  Words words;
+  Limbs words;
   const char* binary;
   const char* decimal;
   const char* hexadecimal;
 };
 
-const Row kRows[] = {
+const Spelling kSpellings[] = {
     {1, {0}, "0", "0", "0"},
     {1, {1}, "1", "1", "1"},
     {4, {10}, "1010", "10", "a"},
@@ -64,7 +64,7 @@ const Row kRows[] = {
 TEST(NumeralValues, GoOutAndInAsTheTableSays)
 {
   TermManager mgr;
-  for (const Row& row : kRows) {
+  for (const Spelling& row : kSpellings) {
     const Term* numeral = make_numeral(mgr, row.words, row.width);
     EXPECT_EQ(get_words(numeral), row.words) << row.decimal;
     EXPECT_EQ(get_digits(numeral, Base::kBinary), row.binary);
@@ -84,8 +84,8 @@ TEST(NumeralValues, GoOutAndInAsTheTableSays)
 TEST(NumeralValues, AreTakenModuloTheWidth)
 {
   TermManager mgr;
-  EXPECT_EQ(make_numeral(mgr, Words{0x1234, 9}, 8), mgr.make_bv_number(0x34, 8));
-  EXPECT_EQ(make_numeral(mgr, Words{}, 8), mgr.make_bv_number(0, 8));
+  EXPECT_EQ(make_numeral(mgr, Limbs{0x1234, 9}, 8), mgr.make_bv_number(0x34, 8));
+  EXPECT_EQ(make_numeral(mgr, Limbs{}, 8), mgr.make_bv_number(0, 8));
   EXPECT_EQ(make_numeral(mgr, "256", Base::kDecimal, 8), mgr.make_bv_number(0, 8));
   EXPECT_EQ(make_numeral(mgr, "FfFf", Base::kHexadecimal, 8), mgr.make_bv_number(255, 8));
   EXPECT_EQ(make_numeral(mgr, "0000000000000000001", Base::kBinary, 3), mgr.make_bv_number(1, 3));
@@ -97,7 +97,7 @@ TEST(NumeralValues, AgreeWithGmpAtRandomWidths)
   SCOPED_TRACE(random);
   for (int round = 0; round < 300; ++round) {
     const unsigned long w = 1 + random.index(700);
-    Words words((w + 63) / 64);
+    Limbs words((w + 63) / 64);
     for (std::uint64_t& word : words)
       word = random.bits();
     if (w % 64 != 0) words.back() &= (std::uint64_t{1} << (w % 64)) - 1;
