@@ -10,14 +10,15 @@
 namespace lumo {
 
 Eliminator::Eliminator(TermManager& mgr, std::span<const Term* const> assertions,
-                       const EliminationOptions& options)
+                       const EliminationOptions& options, const Background* background)
     : mgr_(mgr),
       prefix_(options.prefix),
-      graph_(mgr, assertions, options.kept),
-      chains_(graph_.get_num_nodes())
+      graph_(mgr, assertions, options.kept, background),
+      chains_(graph_.get_num_nodes()),
+      keeps_owners_(background != nullptr)
 {}
 
-Elimination Eliminator::run()
+void Eliminator::apply_rules()
 {
   prepare_nodes();
   while (!work_.empty()) {
@@ -25,6 +26,11 @@ Elimination Eliminator::run()
     work_.pop_back();
     if (graph_.is_free(n)) visit(n);
   }
+}
+
+Elimination Eliminator::run()
+{
+  apply_rules();
   Elimination result;
   result.assertions = build_assertions();
   result.kept = build_kept();
@@ -33,11 +39,65 @@ Elimination Eliminator::run()
   return result;
 }
 
+namespace {
+
+/// The first assertion that contains the node.
+std::size_t find_assertion(const GraphRecord& record, NodeIndex n)
+{
+  const auto& ends = record.num_nodes;
+  return static_cast<std::size_t>(std::upper_bound(ends.begin(), ends.end(), n) - ends.begin());
+}
+
+}  // namespace
+
+Batch Eliminator::run_batch(const GraphRecord& record)
+{
+  apply_rules();
+  Batch batch;
+  build_forms(record, batch);
+  batch.kept = build_kept();
+  batch.steps = build_steps();
+  for (const NodeIndex owner : step_owners_)
+    batch.step_assertions.push_back(find_assertion(record, owner));
+  for (std::size_t i = 0; i < facts_.size(); ++i) {
+    if (fact_owners_[i] == kAssertions) continue;
+    batch.facts.push_back(facts_[i]);
+    batch.fact_assertions.push_back(find_assertion(record, fact_owners_[i]));
+  }
+  return batch;
+}
+
+void Eliminator::build_forms(const GraphRecord& record, Batch& batch)
+{
+  std::vector<bool> is_done(graph_.get_num_nodes());
+  for (std::size_t i = 0; i < record.asserted.size(); ++i) {
+    const NodeIndex n = record.asserted[i];
+    const Term* form = nullptr;
+    if (is_done[n]) {
+      // An assertion before it says the same.
+    } else if (graph_.is_free(n)) {
+      batch.facts.push_back(graph_[n].term);
+      batch.fact_assertions.push_back(i);
+    } else {
+      form = graph_.build(n);
+    }
+    is_done[n] = true;
+    batch.forms.push_back(form != mgr_.make_true() ? form : nullptr);
+  }
+}
+
+const Term* Eliminator::find_form(NodeIndex n)
+{
+  // Regrouping has changed the meaning of the others in a chain.
+  const bool has_meaning = !chains_.contains(n) || chains_.find(n).root == n;
+  return has_meaning && graph_[n].is_built ? graph_[n].term : nullptr;
+}
+
 void Eliminator::visit(NodeIndex n)
 {
   const NodeIndex parent = graph_[n].parents;
   if (parent == kAssertions) {
-    facts_.push_back(graph_[n].term);
+    add_fact(graph_[n].term, kAssertions);
     return;
   }
   if (chains_.contains(parent)) {
@@ -84,11 +144,17 @@ FreeArguments Eliminator::get_free(NodeIndex n)
 void Eliminator::eliminate_application(NodeIndex n, FreeArguments free)
 {
   const Node& node = graph_[n];
-  add_step(node.symbol, node.args, free, node.term);
+  add_step(n, node.symbol, node.args, free, node.term);
   replace_by_leaf(n, steps_.back().constant);
 }
 
-void Eliminator::add_step(const Symbol* s, const Node::Arguments& args, FreeArguments free,
+void Eliminator::add_fact(const Term* constant, NodeIndex owner)
+{
+  facts_.push_back(constant);
+  if (keeps_owners_) fact_owners_.push_back(get_owner(owner));
+}
+
+void Eliminator::add_step(NodeIndex owner, const Symbol* s, const Node::Arguments& args, FreeArguments free,
                           const Term* original)
 {
   const Term* constant = mgr_.make_fresh_constant(prefix_, s->get_output_type());
@@ -98,12 +164,19 @@ void Eliminator::add_step(const Symbol* s, const Node::Arguments& args, FreeArgu
   const Term* application = is_final ? build_application(s, args, original) : nullptr;
   if (!is_final) pending_.push_back({steps_.size(), s, args});
   steps_.emplace_back(constant, application, free, original);
+  if (keeps_owners_) step_owners_.push_back(get_owner(owner));
 }
 
-NodeIndex Eliminator::add_step_leaf(const Symbol* s, const Node::Arguments& args, FreeArguments free,
-                                    const Term* original)
+NodeIndex Eliminator::get_owner(NodeIndex n) const
 {
-  add_step(s, args, free, original);
+  const auto found = owners_.find(n);
+  return found == owners_.end() ? n : found->second;
+}
+
+NodeIndex Eliminator::add_step_leaf(NodeIndex owner, const Symbol* s, const Node::Arguments& args,
+                                    FreeArguments free, const Term* original)
+{
+  add_step(owner, s, args, free, original);
   return graph_.add_leaf(steps_.back().constant);
 }
 
@@ -135,7 +208,7 @@ void Eliminator::replace_by_application(NodeIndex n, const Symbol* s, const Node
 bool Eliminator::is_chain_operator(NodeIndex n)
 {
   const Node& node = graph_[n];
-  const Kind kind = node.symbol->get_kind();
+  const Kind kind = node.kind;
   if (!is_operator(kind) || get_elimination_rule(kind).need != FreeNeed::kAllChain) return false;
   // A factor that is a numeral has a rule of its own.
   return kind != Kind::kBvMul || (!graph_.is_numeral(node.args[0]) && !graph_.is_numeral(node.args[1]));
@@ -171,7 +244,7 @@ void Eliminator::visit_chain_leaf(NodeIndex n, NodeIndex parent)
   Chain& chain = chains_.find(parent);
   assert(chain.pending != n && "a constant waits in the work list once for each time that it becomes free");
   if (chain.root == kAssertions) {
-    facts_.push_back(graph_[n].term);
+    add_fact(graph_[n].term, parent);
     remove_leaf(n);
   } else if (chain.pending == kNoNode) {
     chain.pending = n;
@@ -200,11 +273,11 @@ void Eliminator::merge_leaves(Chain& chain, NodeIndex a, NodeIndex b)
   const Symbol* s = graph_[root].symbol;
   const Node::Arguments args{a, b, kNoNode};
   if (chain.num_leaves == 1) {
-    add_step(s, args, FreeArguments(0b11), graph_[root].term);
+    add_step(root, s, args, FreeArguments(0b11), graph_[root].term);
     replace_by_leaf(root, steps_.back().constant);
     return;
   }
-  const NodeIndex merged = add_step_leaf(s, args, FreeArguments(0b11), nullptr);
+  const NodeIndex merged = add_step_leaf(root, s, args, FreeArguments(0b11), nullptr);
   graph_.add_use(merged, root);
   assert(graph_[root].args[2] == kNoNode && "a pending leaf is the only one that was added");
   graph_[root].args[2] = merged;

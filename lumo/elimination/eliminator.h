@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "lumo/elimination/chains.h"
@@ -15,7 +16,19 @@
 
 namespace lumo {
 
-/// One run of `eliminate`.
+/// What elimination has made of assertions that come after others. Steps and facts belong to the first assertion that
+/// needs them; the number of assertions stands for the kept terms.
+struct Batch
+{
+  std::vector<const Term*> forms;  ///< by assertion; null where nothing remains
+  std::vector<const Term*> kept;   ///< the forms of the kept terms
+  std::vector<Step> steps;
+  std::vector<std::size_t> step_assertions;
+  std::vector<const Term*> facts;
+  std::vector<std::size_t> fact_assertions;
+};
+
+/// One run of `eliminate`, or of one query of a conversation.
 ///
 /// Free constants wait in a work list. Each is taken from it once, and its only use is looked at. If a rule
 /// applies, the application becomes a leaf, its arguments lose a use, and constants that are then left with
@@ -32,9 +45,15 @@ class Eliminator
 {
  public:
   /// The options' memory must outlive the object.
-  Eliminator(TermManager& mgr, std::span<const Term* const> assertions, const EliminationOptions& options);
+  Eliminator(TermManager& mgr, std::span<const Term* const> assertions, const EliminationOptions& options,
+             const Background* background = nullptr);
 
   [[nodiscard]] Elimination run();
+  /// The same, for assertions that come after others, of which the background tells. `record` is that of the
+  /// background.
+  [[nodiscard]] Batch run_batch(const GraphRecord& record);
+  /// After a run: the term that a node has become and that means the same, or null if there is none.
+  [[nodiscard]] const Term* find_form(NodeIndex n);
 
  private:
   /// An application of a step that is made in the end, since an argument may still change its form.
@@ -45,6 +64,7 @@ class Eliminator
     Node::Arguments args;
   };
 
+  void apply_rules();
   /// Looks at all nodes: which are exclusive, which are free, and which belong to which chain.
   void prepare_nodes();
   [[nodiscard]] bool is_chain_operator(NodeIndex n);
@@ -56,10 +76,14 @@ class Eliminator
   [[nodiscard]] FreeArguments get_free(NodeIndex n);
   /// Makes a step for the application: it becomes the step's constant.
   void eliminate_application(NodeIndex n, FreeArguments free);
-  void add_step(const Symbol* s, const Node::Arguments& args, FreeArguments free, const Term* original);
+  void add_step(NodeIndex owner, const Symbol* s, const Node::Arguments& args, FreeArguments free,
+                const Term* original);
   /// The same, with a new leaf for the step's constant.
-  NodeIndex add_step_leaf(const Symbol* s, const Node::Arguments& args, FreeArguments free,
+  NodeIndex add_step_leaf(NodeIndex owner, const Symbol* s, const Node::Arguments& args, FreeArguments free,
                           const Term* original);
+  void add_fact(const Term* constant, NodeIndex owner);
+  /// The application of the input that n is a part of, or n itself if it is not a new one.
+  [[nodiscard]] NodeIndex get_owner(NodeIndex n) const;
   /// Makes the application the leaf t, and drops its uses of its arguments.
   void replace_by_leaf(NodeIndex n, const Term* t);
   /// Makes the application another one with the same meaning.
@@ -72,6 +96,8 @@ class Eliminator
 
   void visit_ite(NodeIndex n);
   void visit_order_atom(NodeIndex n);
+  /// A new application, part of what the owner becomes.
+  NodeIndex add_application(NodeIndex owner, const Symbol* s, const Node::Arguments& args);
   void guard_order_atom(NodeIndex n, std::size_t free_position);
 
   void rewrite_shift(NodeIndex n);
@@ -85,6 +111,8 @@ class Eliminator
   [[nodiscard]] std::vector<Step> build_steps();
   [[nodiscard]] std::vector<const Term*> build_assertions();
   [[nodiscard]] std::vector<const Term*> build_kept();
+  /// The forms of assertions, null where nothing remains. The constants that are whole assertions become facts.
+  void build_forms(const GraphRecord& record, Batch& batch);
 
   TermManager& mgr_;
   std::string prefix_;  ///< of fresh constants
@@ -94,6 +122,11 @@ class Eliminator
   ChunkedVector<Step> steps_;
   std::vector<PendingApplication> pending_;  ///< of steps that have no application yet
   std::vector<const Term*> facts_;
+  /// For a batch: the applications of the input that steps and facts belong to
+  const bool keeps_owners_;
+  std::unordered_map<NodeIndex, NodeIndex> owners_;  ///< of applications that were added
+  std::vector<NodeIndex> step_owners_;
+  std::vector<NodeIndex> fact_owners_;
 };
 
 }  // namespace lumo

@@ -42,8 +42,8 @@ void Eliminator::visit_ite(NodeIndex n)
     return;
   }
   const NodeIndex negated =
-      add_step_leaf(mgr_.make_not_symbol(), {node.args[0], kNoNode, kNoNode}, FreeArguments(0b1), nullptr);
-  add_step(node.symbol, {negated, node.args[2], node.args[1]}, FreeArguments(0b11), node.term);
+      add_step_leaf(n, mgr_.make_not_symbol(), {node.args[0], kNoNode, kNoNode}, FreeArguments(0b1), nullptr);
+  add_step(n, node.symbol, {negated, node.args[2], node.args[1]}, FreeArguments(0b11), node.term);
   replace_by_leaf(n, steps_.back().constant);
 }
 
@@ -80,16 +80,22 @@ void Eliminator::guard_order_atom(NodeIndex n, std::size_t free_position)
 
   FreeArguments free;
   free.set(free_position);
-  const NodeIndex atom = add_step_leaf(node.symbol, node.args, free, node.term);
+  const NodeIndex atom = add_step_leaf(n, node.symbol, node.args, free, node.term);
   const NodeIndex limit = graph_.add_leaf(mgr_.make_bv_number(bound, w));
-  NodeIndex guard =
-      graph_.add_application(mgr_.make_eq_symbol(mgr_.make_bv_type(w)), {other, limit, kNoNode});
-  if (!truth) guard = graph_.add_application(mgr_.make_not_symbol(), {guard, kNoNode, kNoNode});
+  NodeIndex guard = add_application(n, mgr_.make_eq_symbol(mgr_.make_bv_type(w)), {other, limit, kNoNode});
+  if (!truth) guard = add_application(n, mgr_.make_not_symbol(), {guard, kNoNode, kNoNode});
   replace_by_application(n, truth ? mgr_.make_or_symbol() : mgr_.make_and_symbol(), {atom, guard, kNoNode});
 
   chains_.start(n);
   join_chain(n);
   work_.push_back(atom);
+}
+
+NodeIndex Eliminator::add_application(NodeIndex owner, const Symbol* s, const Node::Arguments& args)
+{
+  const NodeIndex n = graph_.add_application(s, args);
+  if (keeps_owners_) owners_.emplace(n, get_owner(owner));
+  return n;
 }
 
 // ------------------------------------------------------------------------------------------------------
@@ -137,7 +143,7 @@ void Eliminator::rewrite_product(NodeIndex n)
   NodeIndex product = x;
   if (odd_factor != QNumber(1)) {
     const NodeIndex numeral = graph_.add_leaf(mgr_.make_bv_number(odd_factor, w));
-    product = add_step_leaf(node.symbol, {x, numeral, kNoNode}, FreeArguments(0b1), nullptr);
+    product = add_step_leaf(n, node.symbol, {x, numeral, kNoNode}, FreeArguments(0b1), nullptr);
   }
   replace_by_moved(n, Kind::kBvLsl, product, k, node.term);
 }
@@ -149,7 +155,7 @@ void Eliminator::replace_by_moved(NodeIndex n, Kind direction, NodeIndex x, unsi
   const unsigned long w = graph_.get_width(n);
   const Symbol* extract = direction == Kind::kBvLsl ? mgr_.make_bv_extract_symbol(w - k - 1, 0, w)
                                                     : mgr_.make_bv_extract_symbol(w - 1, k, w);
-  const NodeIndex rest = add_step_leaf(extract, {x, kNoNode, kNoNode}, FreeArguments(0b1), original);
+  const NodeIndex rest = add_step_leaf(n, extract, {x, kNoNode, kNoNode}, FreeArguments(0b1), original);
   if (direction == Kind::kBvAsr) {
     replace_by_application(n, mgr_.make_bv_sign_extend_symbol(k, w - k), {rest, kNoNode, kNoNode});
     return;

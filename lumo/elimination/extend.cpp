@@ -1,6 +1,7 @@
 #include "lumo/elimination/extend.h"
 
 #include "lumo/calculators/calculator_table.h"
+#include "lumo/elimination/extend_step.h"
 #include "lumo/elimination/order_atom.h"
 #include "lumo/terms/exception.h"
 #include "lumo/terms/local_application.h"
@@ -8,12 +9,6 @@
 namespace lumo {
 
 namespace {
-
-void check_manager(const TermManager& mgr, const ModelStore& model)
-{
-  if (model.get_manager() == &mgr) return;
-  throw Exception("a model of another term manager was given, but one of this manager was expected");
-}
 
 /// The model checks the step's constant.
 void check_application(const TermManager& mgr, const Term* t)
@@ -40,6 +35,14 @@ bool is_decided(const TermManager& mgr, const Step& step, const LocalApplication
   return number == limit.bound;
 }
 
+}  // namespace
+
+void check_manager(const TermManager& mgr, const ModelStore& model)
+{
+  if (model.get_manager() == &mgr) return;
+  throw Exception("a model of another term manager was given, but one of this manager was expected");
+}
+
 void extend_by(TermManager& mgr, const Step& step, ModelStore& model, ModelStore::DefinitionStack& defs)
 {
   check_application(mgr, step.application);
@@ -60,8 +63,6 @@ void extend_by(TermManager& mgr, const Step& step, ModelStore& model, ModelStore
   (*calculator)(&mgr, &t, value, defs);
   model.replay(defs);
 }
-
-}  // namespace
 
 void extend(TermManager& mgr, const Trail& trail, ModelStore& model)
 {

@@ -31,25 +31,31 @@ void check_kept(const TermManager& mgr, const Term* t)
 }  // namespace
 
 TermGraph::TermGraph(TermManager& mgr, std::span<const Term* const> assertions,
-                     std::span<const Term* const> kept)
-    : mgr_(mgr)
+                     std::span<const Term* const> kept, const Background* background)
+    : mgr_(mgr), background_(background)
 {
   for (const Term* t : assertions)
     check_assertion(mgr, t);
   for (const Term* t : kept)
     check_kept(mgr, t);
   add_node(mgr.get_true_symbol(), mgr.make_true());  // the place of kAssertions
-  NodeMap node_of(mgr.get_num_terms());              // kAssertions, which is 0, where a term has no node yet
+  if (background_ != nullptr) background_->record->terms.push_back(nullptr);
+  NodeMap node_of(mgr.get_num_terms());  // kAssertions, which is 0, where a term has no node yet
   for (const Term* t : assertions)
     add_assertion(t, node_of);
   for (const Term* t : kept)
     add_kept(t, node_of);
+  background_ = nullptr;
 }
 
 void TermGraph::add_assertion(const Term* t, NodeMap& node_of)
 {
   add_terms(t, node_of);
   const NodeIndex n = node_of.get(t->get_id());
+  if (background_ != nullptr) {
+    background_->record->asserted.push_back(n);
+    background_->record->num_nodes.push_back(get_num_nodes());
+  }
   if (nodes_[n].is_asserted) return;
   nodes_[n].is_asserted = true;
   add_use(n, kAssertions);
@@ -68,7 +74,7 @@ void TermGraph::add_terms(const Term* root, NodeMap& node_of)
   stack_of_terms_.assign(1, root);
   while (!stack_of_terms_.empty()) {
     const Term* t = stack_of_terms_.back();
-    if (node_of.get(t->get_id()) != kAssertions) {
+    if (node_of.get(t->get_id()) != kAssertions || add_fixed(t, node_of)) {
       stack_of_terms_.pop_back();
       continue;
     }
@@ -79,14 +85,34 @@ void TermGraph::add_terms(const Term* root, NodeMap& node_of)
       if (args[i] == kAssertions) stack_of_terms_.push_back(t->get_arg(i));
     }
     if (stack_of_terms_.size() != height) continue;
-    const NodeIndex n = add_node(t->get_symbol(), t);
-    node_of.set(t->get_id(), n);
-    nodes_[n].args = args;
-    for (const NodeIndex arg : args) {
-      if (arg != kNoNode) add_use(arg, n);
-    }
+    add_term(t, args, node_of);
     stack_of_terms_.pop_back();
   }
+}
+
+void TermGraph::add_term(const Term* t, const Node::Arguments& args, NodeMap& node_of)
+{
+  const NodeIndex n = add_node(t->get_symbol(), t);
+  node_of.set(t->get_id(), n);
+  nodes_[n].args = args;
+  for (const NodeIndex arg : args) {
+    if (arg != kNoNode) add_use(arg, n);
+  }
+  if (background_ != nullptr) background_->record->terms.push_back(t);
+}
+
+bool TermGraph::add_fixed(const Term* t, NodeMap& node_of)
+{
+  if (background_ == nullptr) return false;
+  const Term* form = background_->known->find_fixed(t);
+  if (form == nullptr) return false;
+  const NodeIndex n = add_node(form->get_symbol(), form);
+  node_of.set(t->get_id(), n);
+  nodes_[n].kind = Kind::kConstant;
+  nodes_[n].is_built = true;
+  nodes_[n].num_uses = 2;  // by no node, as for kept terms
+  background_->record->terms.push_back(t);
+  return true;
 }
 
 NodeIndex TermGraph::add_node(const Symbol* s, const Term* t)

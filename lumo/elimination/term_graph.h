@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "lumo/elimination/known_terms.h"
 #include "lumo/elimination/node_map.h"
 #include "lumo/terms/chunked_vector.h"
 #include "lumo/terms/term_manager.h"
@@ -56,13 +57,30 @@ struct Node
 
 static_assert(sizeof(Node) == 40, "graphs have millions of nodes");
 
+/// How a graph grew out of terms, for callers that ask later what has become of them.
+struct GraphRecord
+{
+  std::vector<const Term*> terms;    ///< by node: what it was made from; null for the place of kAssertions
+  std::vector<NodeIndex> asserted;   ///< by assertion: its node
+  std::vector<NodeIndex> num_nodes;  ///< by assertion: how many nodes there were after it
+};
+
+/// What was known before the assertions: a graph does not look into terms that have a fixed form.
+struct Background
+{
+  const KnownTerms* known;
+  GraphRecord* record;  ///< is filled
+};
+
 /// The graph of the asserted terms: one node for each distinct term, in an order in which arguments come first,
 /// and those that elimination adds. It counts uses, which shows when a constant has a single one left.
 class TermGraph
 {
  public:
-  /// Leaves the graph empty if an assertion is refused, with the `Exception` that says why.
-  TermGraph(TermManager& mgr, std::span<const Term* const> assertions, std::span<const Term* const> kept);
+  /// Leaves the graph empty if an assertion is refused, with the `Exception` that says why. The background may be
+  /// null; it is used during the call only.
+  TermGraph(TermManager& mgr, std::span<const Term* const> assertions, std::span<const Term* const> kept,
+            const Background* background = nullptr);
 
   [[nodiscard]] NodeIndex get_num_nodes() const { return static_cast<NodeIndex>(nodes_.size()); }
   [[nodiscard]] Node& operator[](NodeIndex n) { return nodes_[n]; }
@@ -109,6 +127,10 @@ class TermGraph
   void add_assertion(const Term* t, NodeMap& node_of);
   void add_kept(const Term* t, NodeMap& node_of);
   void add_terms(const Term* root, NodeMap& node_of);
+  /// Adds a node for an application or a leaf whose arguments have nodes.
+  void add_term(const Term* t, const Node::Arguments& args, NodeMap& node_of);
+  /// Adds a leaf for t that is never free, if t has a fixed form.
+  bool add_fixed(const Term* t, NodeMap& node_of);
   /// Takes one use away; returns whether none is left.
   bool lose_use(NodeIndex n, NodeIndex parent, std::vector<NodeIndex>& freed);
   /// Builds a node whose arguments are built, else puts those that are not on the stack.
@@ -116,6 +138,7 @@ class TermGraph
   [[nodiscard]] const Term* make_term(const Node& node);
 
   TermManager& mgr_;
+  const Background* background_;  ///< while the terms are added
   ChunkedVector<Node> nodes_;
   std::vector<NodeIndex> assertions_;
   std::vector<NodeIndex> kept_;

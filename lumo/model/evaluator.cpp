@@ -1,6 +1,7 @@
 #include "lumo/model/evaluator.h"
 
 #include <array>
+#include <cassert>
 #include <utility>
 
 #include "lumo/terms/fold.h"
@@ -44,6 +45,13 @@ void Evaluator::unset_value(const Term* t)
     given_[place++] = given;
   }
   given_.resize(place);
+}
+
+const QNumber& Evaluator::get_given(const Term* t) const
+{
+  const Result* result = results_.find(t->get_id());
+  assert(result != nullptr && "a given value is a result");
+  return result->number;
 }
 
 bool Evaluator::has_value(const Term* t) const

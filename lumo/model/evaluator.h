@@ -57,13 +57,16 @@ class Evaluator
   void for_each_given(Visitor visit) const
   {
     for (const Term* t : given_) {
-      if (t != nullptr) visit(Given{t, results_.find(t->get_id())->number});
+      if (t != nullptr) visit(Given{t, get_given(t)});
     }
   }
 
  private:
   /// Results count if they are of the current epoch; given values, of every epoch.
   static constexpr std::uint32_t kGiven = std::numeric_limits<std::uint32_t>::max();
+
+  /// The value that t was given.
+  [[nodiscard]] const QNumber& get_given(const Term* t) const;
 
   struct Result
   {

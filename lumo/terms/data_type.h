@@ -12,8 +12,9 @@ class TermManagerKey
 {
  private:
   friend class TermManager;
-  TermManagerKey() {
-  }  // NOLINT(modernize-use-equals-default): with a defaulted one, any caller could write {}
+  // With a defaulted constructor, any caller could write {}.
+  // NOLINTNEXTLINE(modernize-use-equals-default)
+  TermManagerKey() {}
 };
 
 /// A sort: Bool, or bit-vectors of one width. A term manager owns one object per sort, so sorts of one

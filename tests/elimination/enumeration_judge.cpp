@@ -17,7 +17,37 @@ unsigned long get_num_bits(const Term* constant)
   return type->is_bool() ? 1 : type->get_width();
 }
 
-/// A model that gives the constants the bits of a number, the first constant the lowest ones.
+/// Gives each fresh constant the value of its application. One that is defined later may occur in it, so the
+/// steps are gone over until all have their values.
+void define_fresh(TermManager& mgr, const Trail& trail, ModelStore& model)
+{
+  std::unordered_set<const Term*> waiting;
+  for (const Step& step : trail.steps)
+    waiting.insert(step.constant);
+  ModelStore::DefinitionStack defs;
+  while (!waiting.empty()) {
+    for (const Step& step : trail.steps) {
+      if (!waiting.contains(step.constant)) continue;
+      const Terms used = collect_constants(mgr, {step.application});
+      if (std::any_of(used.begin(), used.end(), [&waiting](const Term* t) { return waiting.contains(t); }))
+        continue;
+      defs.emplace(step.constant, model.get_value(step.application), true);
+      model.replay(defs);
+      waiting.erase(step.constant);
+    }
+  }
+}
+
+Terms get_values(const Terms& terms, ModelStore& model)
+{
+  Terms values;
+  for (const Term* t : terms)
+    values.push_back(model.get_value(t));
+  return values;
+}
+
+}  // namespace
+
 ModelStore make_model(TermManager& mgr, const Terms& constants, unsigned long bits)
 {
   ModelStore model(&mgr);
@@ -42,27 +72,6 @@ std::string describe(ModelStore& model, const Terms& constants)
   return text;
 }
 
-/// Gives each fresh constant the value of its application. One that is defined later may occur in it, so the
-/// steps are gone over until all have their values.
-void define_fresh(TermManager& mgr, const Trail& trail, ModelStore& model)
-{
-  std::unordered_set<const Term*> waiting;
-  for (const Step& step : trail.steps)
-    waiting.insert(step.constant);
-  ModelStore::DefinitionStack defs;
-  while (!waiting.empty()) {
-    for (const Step& step : trail.steps) {
-      if (!waiting.contains(step.constant)) continue;
-      const Terms used = collect_constants(mgr, {step.application});
-      if (std::any_of(used.begin(), used.end(), [&waiting](const Term* t) { return waiting.contains(t); }))
-        continue;
-      defs.emplace(step.constant, model.get_value(step.application), true);
-      model.replay(defs);
-      waiting.erase(step.constant);
-    }
-  }
-}
-
 unsigned long count_assignments(const Terms& constants)
 {
   unsigned long num_bits = 0;
@@ -82,16 +91,6 @@ Terms join(const Terms& first, const Terms& second)
   all.insert(all.end(), second.begin(), second.end());
   return all;
 }
-
-Terms get_values(const Terms& terms, ModelStore& model)
-{
-  Terms values;
-  for (const Term* t : terms)
-    values.push_back(model.get_value(t));
-  return values;
-}
-
-}  // namespace
 
 Terms collect_constants(const TermManager& mgr, const Terms& terms)
 {

@@ -12,7 +12,7 @@ namespace lumo::test {
 /// term cannot get far. The action must not throw.
 inline void run_on_small_stack(const std::function<void()>& action)
 {
-  constexpr std::size_t kStackSize = 256 * 1024;
+  constexpr std::size_t kStackSize = std::size_t{256} * 1024;
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
   pthread_attr_setstacksize(&attributes, kStackSize);

@@ -48,6 +48,7 @@ TEST(TermTable, AgreesWithAMapOnIdsOfAllPatterns)
       if (value != 0) in_order.push_back(value);
     });
     std::vector<std::uint64_t> expected_in_order;
+    expected_in_order.reserve(expected.size());
     for (const auto& [id, value] : expected)
       expected_in_order.push_back(value);
     ASSERT_EQ(in_order, expected_in_order);

@@ -1,0 +1,109 @@
+#ifndef LUMO_ELIMINATION_INCREMENTAL_H
+#define LUMO_ELIMINATION_INCREMENTAL_H
+
+#include <cstddef>
+#include <limits>
+#include <memory>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "lumo/model/model_store.h"
+#include "lumo/terms/exception.h"
+#include "lumo/terms/term_manager.h"
+
+namespace lumo {
+
+/// Elimination between pushes and pops: a stack of assertions, of which a solver gets an equisatisfiable form that
+/// grows and shrinks with it.
+///
+/// The solver's stack has the same levels. `query` returns what must be asserted there: forms of the assertions that
+/// are new since the last query, and *restorations*. A restoration is the equation u = t of a step that replaced the
+/// application t by the fresh constant u, or a Boolean constant that was a whole assertion. It becomes necessary when
+/// a new assertion mentions a constant that the step has eliminated. What the solver was told before stays valid.
+/// docs/incremental.md has the argument.
+///
+/// A constant is eliminated if it has one use in all assertions and the solver was not told of it. Levels are counted
+/// from 0, the level of assertions that no `pop` takes back.
+///
+/// Every member that takes terms refuses null pointers, terms of another manager and terms that are not Boolean with an
+/// `Exception`; nothing has changed then. After a `std::bad_alloc`, only `reset` and the destructor may be called.
+/// Precondition for all calls: no `TermManager::release` or `clear` took a term away that the object has met.
+class IncrementalEliminator
+{
+ public:
+  /// `Addition::assertion` of a restoration.
+  static constexpr std::size_t kRestoration = std::numeric_limits<std::size_t>::max();
+
+  /// Something that the solver must be told.
+  struct Addition
+  {
+    std::size_t level;      ///< on which it must be asserted
+    const Term* term;       ///< what must be asserted there
+    std::size_t assertion;  ///< the index of the assertion that it stands for, or kRestoration
+  };
+  struct Query
+  {
+    /// By ascending levels. Those of the highest level may belong to the assumptions: if there are assumptions,
+    /// this level is get_num_levels() + 1, and the solver must pop it before the next query.
+    std::vector<Addition> additions;
+    /// The form of each assumption, in the order given.
+    std::vector<const Term*> assumptions;
+  };
+  /// How much is there now.
+  struct Counts
+  {
+    std::size_t assertions = 0;
+    std::size_t steps = 0;     ///< eliminated applications, without those that are restored
+    std::size_t restored = 0;  ///< steps whose equation the solver was told
+  };
+
+  /// Fresh constants are called `<prefix>!<number>`. Choose a prefix that no name declared later starts with.
+  explicit IncrementalEliminator(TermManager& mgr, std::string_view prefix = "u");
+  ~IncrementalEliminator();
+  IncrementalEliminator(const IncrementalEliminator&) = delete;
+  IncrementalEliminator& operator=(const IncrementalEliminator&) = delete;
+
+  /// Opens a level.
+  void push();
+  /// Takes the assertions of the highest levels back, with the levels. More than there are is an `Exception`.
+  void pop(std::size_t num_levels = 1);
+  /// Takes everything back.
+  void reset();
+  /// How many levels were pushed and not popped; the present level.
+  [[nodiscard]] std::size_t get_num_levels() const;
+
+  /// Asserts a Boolean term on the present level. Returns its index in `get_assertions`.
+  std::size_t add_assertion(const Term* t);
+  /// The assertions on all levels, in their order.
+  [[nodiscard]] std::span<const Term* const> get_assertions() const;
+
+  /// What the solver must be told before it answers for all assertions and the assumptions, any Boolean terms, which
+  /// hold for this query only. The answer is that for the assertions and the assumptions themselves.
+  ///
+  /// Time is linear in what is new in the assertions and assumptions and in what is restored. Terms that the solver was
+  /// told of are not walked again.
+  [[nodiscard]] Query query(std::span<const Term* const> assumptions = {});
+
+  /// Makes a model of what the solver was told at the last query a model of the assertions and assumptions of that
+  /// query, as `lumo::extend` does: the model has values of the solver's constants, and gets those of eliminated ones.
+  /// Constants without a value count as 0 or false.
+  ///
+  /// Precondition: no assertion is new since the last query, and nothing was popped since then. Refuses a model of
+  /// another manager with an `Exception`.
+  void extend(ModelStore& model) const;
+
+  [[nodiscard]] Counts get_counts() const;
+
+ private:
+  class Implementation;
+
+  TermManager& mgr_;
+  std::string prefix_;
+  std::unique_ptr<Implementation> implementation_;
+};
+
+}  // namespace lumo
+
+#endif

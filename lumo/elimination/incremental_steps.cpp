@@ -1,0 +1,91 @@
+#include "lumo/elimination/incremental_steps.h"
+
+#include <limits>
+
+#include "lumo/terms/exception.h"
+
+namespace lumo {
+
+void IncrementalSteps::note_begin(std::vector<Begin>& begins, std::size_t level, std::size_t index) const
+{
+  while (begins.size() <= level)
+    begins.push_back({index, restored_.size()});
+}
+
+void IncrementalSteps::add_step(const Step& step, std::size_t level)
+{
+  if (steps_.size() >= std::numeric_limits<KnownTerms::Taker>::max() - KnownTerms::kFirstStep)
+    throw Exception("the assertions lead to more than 2^32 - 3 eliminations");
+  note_begin(step_begins_, level, steps_.size());
+  steps_.push_back({step, level, false});
+  set_taker(step, static_cast<KnownTerms::Taker>(steps_.size() - 1 + KnownTerms::kFirstStep));
+}
+
+void IncrementalSteps::add_fact(const Term* constant, std::size_t level)
+{
+  note_begin(fact_begins_, level, facts_.size());
+  facts_.push_back({constant, level});
+  known_.set_taker(constant, KnownTerms::kFact);
+}
+
+void IncrementalSteps::restore(std::size_t index, std::size_t level)
+{
+  steps_[index].is_restored = true;
+  restored_.push_back({index, level});
+}
+
+void IncrementalSteps::set_taker(const Step& step, KnownTerms::Taker taker)
+{
+  for (std::size_t i = 0; i < step.application->get_num_args(); ++i) {
+    if (step.free[i]) known_.set_taker(step.application->get_arg(i), taker);
+  }
+}
+
+void IncrementalSteps::pop(std::size_t level)
+{
+  for (; !restored_.empty() && restored_.back().level > level; restored_.pop_back())
+    steps_[restored_.back().index].is_restored = false;
+  pop_steps(level);
+  pop_facts(level);
+}
+
+/// One query may have added steps on several levels, in any order, so those of the lower ones move down.
+void IncrementalSteps::pop_steps(std::size_t level)
+{
+  if (step_begins_.size() <= level + 1) return;
+  const Begin begin = step_begins_[level + 1];
+  step_begins_.resize(level + 1);
+  std::size_t end = begin.index;
+  std::vector<std::size_t> moved;  // by index, counted from begin.index
+  for (std::size_t i = begin.index; i < steps_.size(); ++i) {
+    moved.push_back(end);
+    if (steps_[i].level > level) {
+      set_taker(steps_[i].step, KnownTerms::kNobody);
+    } else {
+      steps_[end] = steps_[i];
+      set_taker(steps_[end].step, static_cast<KnownTerms::Taker>(end + KnownTerms::kFirstStep));
+      ++end;
+    }
+  }
+  steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(end), steps_.end());
+  for (std::size_t i = begin.num_restored; i < restored_.size(); ++i) {
+    if (restored_[i].index >= begin.index) restored_[i].index = moved[restored_[i].index - begin.index];
+  }
+}
+
+void IncrementalSteps::pop_facts(std::size_t level)
+{
+  if (fact_begins_.size() <= level + 1) return;
+  std::size_t end = fact_begins_[level + 1].index;
+  fact_begins_.resize(level + 1);
+  for (std::size_t i = end; i < facts_.size(); ++i) {
+    if (facts_[i].level > level) {
+      known_.set_taker(facts_[i].constant, KnownTerms::kNobody);
+    } else {
+      facts_[end++] = facts_[i];
+    }
+  }
+  facts_.erase(facts_.begin() + static_cast<std::ptrdiff_t>(end), facts_.end());
+}
+
+}  // namespace lumo
