@@ -1,10 +1,17 @@
 #include "lumo/elimination/incremental_steps.h"
 
+#include <algorithm>
 #include <limits>
 
 #include "lumo/terms/exception.h"
 
 namespace lumo {
+
+namespace {
+
+constexpr std::size_t kNowhere = std::numeric_limits<std::size_t>::max();
+
+}  // namespace
 
 void IncrementalSteps::note_begin(std::vector<Begin>& begins, std::size_t level, std::size_t index) const
 {
@@ -58,19 +65,31 @@ void IncrementalSteps::pop_steps(std::size_t level)
   std::size_t end = begin.index;
   std::vector<std::size_t> moved;  // by index, counted from begin.index
   for (std::size_t i = begin.index; i < steps_.size(); ++i) {
-    moved.push_back(end);
     if (steps_[i].level > level) {
+      moved.push_back(kNowhere);
       set_taker(steps_[i].step, KnownTerms::kNobody);
     } else {
+      moved.push_back(end);
       steps_[end] = steps_[i];
       set_taker(steps_[end].step, static_cast<KnownTerms::Taker>(end + KnownTerms::kFirstStep));
       ++end;
     }
   }
   steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(end), steps_.end());
-  for (std::size_t i = begin.num_restored; i < restored_.size(); ++i) {
-    if (restored_[i].index >= begin.index) restored_[i].index = moved[restored_[i].index - begin.index];
+  move_restored(begin, moved);
+}
+
+/// A restoration can be on a lower level than its step, if one query made the step and restored it for an older one. It
+/// then outlives the step, as a definition that constrains nothing else.
+void IncrementalSteps::move_restored(const Begin& begin, const std::vector<std::size_t>& moved)
+{
+  std::size_t end = std::min(begin.num_restored, restored_.size());
+  for (std::size_t i = end; i < restored_.size(); ++i) {
+    Restoration restoration = restored_[i];
+    if (restoration.index >= begin.index) restoration.index = moved[restoration.index - begin.index];
+    if (restoration.index != kNowhere) restored_[end++] = restoration;
   }
+  restored_.erase(restored_.begin() + static_cast<std::ptrdiff_t>(end), restored_.end());
 }
 
 void IncrementalSteps::pop_facts(std::size_t level)

@@ -66,6 +66,9 @@ class IncrementalSteps
   void note_begin(std::vector<Begin>& begins, std::size_t level, std::size_t index) const;
   void set_taker(const Step& step, KnownTerms::Taker taker);
   void pop_steps(std::size_t level);
+  /// Corrects the indices of restorations that were noted after `begin`; `moved` says where the steps from begin.index on
+  /// went.
+  void move_restored(const Begin& begin, const std::vector<std::size_t>& moved);
   void pop_facts(std::size_t level);
 #pragma GCC visibility pop
 
