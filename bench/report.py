@@ -127,6 +127,18 @@ def compare_elimination(program, repetitions):
     yield report_line("eliminate, extend, check", "Z3", 0.05, medians[worst], f"{worst}/{NUM_APPLICATIONS}")
 
 
+def compare_queries(program, repetitions):
+    found = {}
+    for _ in range(repetitions):
+        output = subprocess.run([program], check=True, text=True, stdout=subprocess.PIPE).stdout
+        for line in output.splitlines()[1:]:
+            fields = line.split()
+            found.setdefault(fields[0], []).append(float(fields[3]))
+    medians = {kind: statistics.median(values) for kind, values in found.items()}
+    worst = max(medians, key=medians.get)
+    yield report_line("query of 50 assertions on 100,000", "the first", 0.05, medians[worst], worst)
+
+
 def describe_machine():
     """The processor's name; the compiler is the one that the programs were built with."""
     info = pathlib.Path("/proc/cpuinfo")
@@ -146,6 +158,7 @@ def measure(options):
         if program == "calculators":
             lines += compare_calls(report)
     lines += compare_elimination(str(options.folder / "elimination_bench"), options.repetitions)
+    lines += compare_queries(str(options.folder / "incremental_bench"), options.repetitions)
     return lines
 
 
