@@ -95,7 +95,7 @@ const Term* make_literal(TermManager& mgr, Random& random, const Terms& pool)
   return random.flip() ? t : mgr.make_term(mgr.make_not_symbol(), {t});
 }
 
-constexpr std::size_t kNumShares = 10;
+constexpr std::size_t kNumConversationShares = 10;
 
 class RandomConversations : public testing::TestWithParam<std::size_t>
 {};
@@ -148,7 +148,7 @@ TEST_P(RandomConversations, HaveRightAnswersAndModels)
   EXPECT_GT(num_restored, 20U);
 }
 
-INSTANTIATE_TEST_SUITE_P(Share, RandomConversations, testing::Range(std::size_t{0}, kNumShares));
+INSTANTIATE_TEST_SUITE_P(Share, RandomConversations, testing::Range(std::size_t{0}, kNumConversationShares));
 
 }  // namespace
 }  // namespace lumo::test
