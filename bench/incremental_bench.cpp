@@ -103,17 +103,18 @@ std::size_t read_number(int argc, char** argv, int i, std::size_t otherwise)
 
 int main(int argc, char** argv)
 {
-  using namespace lumo::bench;
-  const std::size_t stack = read_number(argc, argv, 1, 100'000);
-  const std::size_t queries = read_number(argc, argv, 2, 2'000);
-  const std::size_t news = read_number(argc, argv, 3, 50);
+  namespace bench = lumo::bench;
+  using bench::News;
+  const std::size_t stack = bench::read_number(argc, argv, 1, 100'000);
+  const std::size_t queries = bench::read_number(argc, argv, 2, 2'000);
+  const std::size_t news = bench::read_number(argc, argv, 3, 50);
   if (stack == 0 || queries == 0) {
     std::fprintf(stderr, "incremental_bench: the sizes must be positive numbers\n");
     return 2;
   }
   std::printf("%-8s %9s %9s %8s %10s\n", "new", "first ms", "query us", "ratio", "told");
-  run("apart", News::kApart, stack, queries, news);
-  run("shared", News::kShared, stack, queries, news);
-  run("restore", News::kRestore, stack, queries, news);
+  bench::run("apart", News::kApart, stack, queries, news);
+  bench::run("shared", News::kShared, stack, queries, news);
+  bench::run("restore", News::kRestore, stack, queries, news);
   return 0;
 }
