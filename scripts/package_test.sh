@@ -68,6 +68,7 @@ use_packages()
     || fail "lumo does not accept its own model: $model"
 
   quietly "$@" make -C "$prefix/tmp/embed"
+  # The first block of the page; the second one is about the other program.
   expected=$(awk '$0 == "```text" { inside = 1; next } inside && /^```$/ { exit } inside' examples/embed/README.md)
   if [ "$("$@" "$prefix/tmp/embed/embed")" != "$expected" ]; then fail "embed prints something else"; fi
 }

@@ -31,11 +31,10 @@ const Term* make_equation(TermManager& mgr, const Step& step)
 
 }  // namespace
 
+// Its functions are inline, so that a shared library does not export them.
 class IncrementalEliminator::Implementation
 {
  public:
-  // A shared library does not export the functions.
-#pragma GCC visibility push(hidden)
   Implementation(TermManager& mgr, std::string_view prefix) : mgr_(mgr), prefix_(prefix), steps_(known_) {}
 
   void push();
@@ -68,7 +67,6 @@ class IncrementalEliminator::Implementation
   /// Restores the steps below the index `end` that eliminated constants which the step mentions: when a model is
   /// extended, the step's turn comes before theirs.
   void restore_mentioned(const Step& step, std::size_t end, std::size_t level, Query& query);
-#pragma GCC visibility pop
 
   TermManager& mgr_;
   std::string prefix_;
@@ -87,20 +85,20 @@ class IncrementalEliminator::Implementation
 // ------------------------------------------------------------------------------------------------------
 // The stack of assertions
 
-std::size_t IncrementalEliminator::Implementation::get_level(std::size_t assertion) const
+inline std::size_t IncrementalEliminator::Implementation::get_level(std::size_t assertion) const
 {
   if (assertion == assertions_.size()) return get_level_of_assumptions();
   return static_cast<std::size_t>(std::upper_bound(levels_.begin(), levels_.end(), assertion) -
                                   levels_.begin());
 }
 
-void IncrementalEliminator::Implementation::push()
+inline void IncrementalEliminator::Implementation::push()
 {
   drop_assumptions();
   levels_.push_back(assertions_.size());
 }
 
-void IncrementalEliminator::Implementation::pop(std::size_t num_levels)
+inline void IncrementalEliminator::Implementation::pop(std::size_t num_levels)
 {
   if (num_levels > levels_.size()) {
     throw Exception("the number of levels to be popped is " + std::to_string(num_levels) +
@@ -115,7 +113,7 @@ void IncrementalEliminator::Implementation::pop(std::size_t num_levels)
   cut(level);
 }
 
-std::size_t IncrementalEliminator::Implementation::add_assertion(const Term* t)
+inline std::size_t IncrementalEliminator::Implementation::add_assertion(const Term* t)
 {
   check_boolean(mgr_, t, "an assertion");
   drop_assumptions();
@@ -123,13 +121,13 @@ std::size_t IncrementalEliminator::Implementation::add_assertion(const Term* t)
   return assertions_.size() - 1;
 }
 
-void IncrementalEliminator::Implementation::drop_assumptions()
+inline void IncrementalEliminator::Implementation::drop_assumptions()
 {
   if (has_assumptions_) cut(levels_.size());
   has_assumptions_ = false;
 }
 
-void IncrementalEliminator::Implementation::cut(std::size_t level)
+inline void IncrementalEliminator::Implementation::cut(std::size_t level)
 {
   steps_.pop(level);
   if (log_begins_.size() <= level + 1) return;
@@ -140,7 +138,7 @@ void IncrementalEliminator::Implementation::cut(std::size_t level)
 // ------------------------------------------------------------------------------------------------------
 // Queries
 
-IncrementalEliminator::Query IncrementalEliminator::Implementation::query(
+inline IncrementalEliminator::Query IncrementalEliminator::Implementation::query(
     std::span<const Term* const> assumptions)
 {
   for (const Term* t : assumptions)
@@ -189,8 +187,8 @@ IncrementalEliminator::Query IncrementalEliminator::Implementation::query(
   return query;
 }
 
-std::vector<std::size_t> IncrementalEliminator::Implementation::add_steps(const Batch& batch,
-                                                                          std::size_t first_assertion)
+inline std::vector<std::size_t> IncrementalEliminator::Implementation::add_steps(const Batch& batch,
+                                                                                 std::size_t first_assertion)
 {
   std::vector<std::size_t> indices;
   for (std::size_t i = 0; i < batch.steps.size(); ++i) {
@@ -205,8 +203,9 @@ std::vector<std::size_t> IncrementalEliminator::Implementation::add_steps(const 
   return indices;
 }
 
-void IncrementalEliminator::Implementation::note_forms(Eliminator& eliminator, const GraphRecord& record,
-                                                       std::size_t begin, std::size_t end)
+inline void IncrementalEliminator::Implementation::note_forms(Eliminator& eliminator,
+                                                              const GraphRecord& record, std::size_t begin,
+                                                              std::size_t end)
 {
   for (std::size_t n = begin; n < end; ++n) {
     const Term* form = eliminator.find_form(static_cast<NodeIndex>(n));
@@ -215,7 +214,7 @@ void IncrementalEliminator::Implementation::note_forms(Eliminator& eliminator, c
   }
 }
 
-void IncrementalEliminator::Implementation::tell(const Term* root, std::size_t level, Query& query)
+inline void IncrementalEliminator::Implementation::tell(const Term* root, std::size_t level, Query& query)
 {
   stack_.assign(1, root);
   while (!stack_.empty()) {
@@ -230,7 +229,8 @@ void IncrementalEliminator::Implementation::tell(const Term* root, std::size_t l
   }
 }
 
-void IncrementalEliminator::Implementation::restore(const Term* constant, std::size_t level, Query& query)
+inline void IncrementalEliminator::Implementation::restore(const Term* constant, std::size_t level,
+                                                           Query& query)
 {
   const KnownTerms::Taker taker = known_.get_taker(constant);
   if (taker == KnownTerms::kNobody) return;
@@ -246,8 +246,8 @@ void IncrementalEliminator::Implementation::restore(const Term* constant, std::s
   stack_.push_back(equation);
 }
 
-void IncrementalEliminator::Implementation::restore_mentioned(const Step& step, std::size_t end,
-                                                              std::size_t level, Query& query)
+inline void IncrementalEliminator::Implementation::restore_mentioned(const Step& step, std::size_t end,
+                                                                     std::size_t level, Query& query)
 {
   mentioned_.clear();
   for (std::size_t i = 0; i < step.application->get_num_args(); ++i) {
@@ -267,7 +267,7 @@ void IncrementalEliminator::Implementation::restore_mentioned(const Step& step, 
 // ------------------------------------------------------------------------------------------------------
 // Models
 
-void IncrementalEliminator::Implementation::extend(ModelStore& model) const
+inline void IncrementalEliminator::Implementation::extend(ModelStore& model) const
 {
   check_manager(mgr_, model);
   for (const IncrementalSteps::Fact& fact : steps_.get_facts()) {
@@ -280,7 +280,7 @@ void IncrementalEliminator::Implementation::extend(ModelStore& model) const
   }
 }
 
-IncrementalEliminator::Counts IncrementalEliminator::Implementation::get_counts() const
+inline IncrementalEliminator::Counts IncrementalEliminator::Implementation::get_counts() const
 {
   const std::size_t num_restored = steps_.get_num_restored();
   return {assertions_.size(), steps_.get_steps().size() - num_restored, num_restored};

@@ -91,14 +91,14 @@ check_headers()
   fi
 }
 
-# check_embed PROGRAM: that it is linked with a library of the right kind, and prints what its page says.
+# check_embed PROGRAM N: that it is linked with a library of the right kind, and prints what block N of the page says.
 check_embed()
 {
   local needs=static
   if objdump -p "$1" | grep -q 'NEEDED *liblumo\.so\.'; then needs=shared; fi
   if [ "$needs" != "$kind" ]; then fail "$1 is linked with a $needs library"; fi
-  awk '$0 == "```text" { inside = 1; next } inside && /^```$/ { exit } inside' "$source/examples/embed/README.md" \
-    > "$work/expected"
+  awk -v block="$2" '$0 == "```text" { ++n; next } /^```/ && n == block { exit } n == block' \
+    "$source/examples/embed/README.md" > "$work/expected"
   if [ ! -s "$work/expected" ]; then fail "the page of embed does not say what it prints"; fi
   "$1" > "$work/printed" || fail "$1 ends with status $?"
   diff "$work/expected" "$work/printed" || fail "$1 prints something else than its page says"
@@ -108,7 +108,8 @@ check_find_package()
 {
   quietly cmake -S "$source/examples/embed" -B "$work/by-cmake" -DCMAKE_PREFIX_PATH="$root"
   quietly cmake --build "$work/by-cmake"
-  check_embed "$work/by-cmake/embed"
+  check_embed "$work/by-cmake/embed" 1
+  check_embed "$work/by-cmake/conversation" 2
 
   # Another minor version may have another interface.
   cat > "$work/version.cmake" <<'END'
@@ -124,7 +125,8 @@ check_pkg_config()
 {
   cp -r "$source/examples/embed" "$work/by-make"
   quietly make -C "$work/by-make"
-  LD_LIBRARY_PATH=$libdir check_embed "$work/by-make/embed"
+  LD_LIBRARY_PATH=$libdir check_embed "$work/by-make/embed" 1
+  LD_LIBRARY_PATH=$libdir check_embed "$work/by-make/conversation" 2
 }
 
 # A shared library exports what its headers declare and no more: names in the namespace lumo (functions, objects,
