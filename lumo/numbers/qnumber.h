@@ -20,8 +20,8 @@ concept WordInteger = std::integral<T> && sizeof(T) <= sizeof(long);
 template <class T>
 concept UnsignedWord = std::unsigned_integral<T> && sizeof(T) == sizeof(long);
 
-/// The arithmetic types whose values a word would truncate without a warning: floating-point types and integers wider than
-/// a word. `std::integral` holds for `__int128` only in a compiler's GNU modes, so this does not use it.
+/// The arithmetic types whose values a word would truncate without a warning: floating-point types and integers
+/// wider than a word. `std::integral` holds for `__int128` only in a compiler's GNU modes, so this does not use it.
 template <class T>
 concept CutByWord = std::convertible_to<T, long> && !WordInteger<T> && !std::is_enum_v<T> &&
                     !std::is_class_v<T> && !std::is_union_v<T>;
@@ -29,7 +29,7 @@ concept CutByWord = std::convertible_to<T, long> && !WordInteger<T> && !std::is_
 /// An exact rational number of two words, optimised for values that fit a machine word.
 ///
 /// The small form keeps numerator and denominator in the object itself; the big form (`den == 0`) keeps them
-/// in a heap block of two GMP integers. Invariants, which every member keeps:
+/// in a heap block of two GMP integers. Every member preserves these invariants:
 ///
 /// I1. The value is in lowest terms and its denominator is positive; zero is 0/1.
 /// I2. A small numerator is never LONG_MIN, so that negation and magnitude of a small number cannot overflow.
@@ -40,8 +40,8 @@ concept CutByWord = std::convertible_to<T, long> && !WordInteger<T> && !std::is_
 /// Operands and outputs of every operation may be the same object. Nothing here reports an error: a value
 /// that does not fit a word moves to GMP.
 ///
-/// Any number of threads may calculate at the same time. As with an `int`, while one thread changes a number, no other may
-/// use it; any number of threads may read a number that none changes.
+/// Any number of threads may calculate at the same time. As with an `int`, while one thread changes a number, no
+/// other may use it; any number of threads may read a number that none changes.
 class QNumber
 {
  public:
@@ -259,7 +259,8 @@ class QNumber
     kSubtracted
   };
 
-  /// Returns the condition, and lays out the code for it, more strongly than [[likely]] does, at the cost of the other case.
+  /// Returns the condition, and lays out the code for it, more strongly than [[likely]] does, at the cost of the
+  /// other case.
   [[nodiscard]] static bool is_usual(bool condition)
   {
     return __builtin_expect_with_probability(static_cast<long>(condition), 1, 0.9999) != 0;
