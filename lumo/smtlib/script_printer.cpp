@@ -92,7 +92,7 @@ AssertionSets add_assertions(PrintedTerms& terms, Terms assertions)
   return sets;
 }
 
-/// Constants that occur without being given, in the order of their making.
+/// Sorts the constants that were not given by the order in which they were made.
 void sort_constants(std::span<const Term*> constants)
 {
   const auto is_older = [](const Term* lhs, const Term* rhs) { return lhs->get_id() < rhs->get_id(); };

@@ -118,7 +118,7 @@ void TermPrinter::write_leaf_or_open(const Term* t)
   }
 }
 
-/// Begins an application, or the chain of which it is the last member.
+/// Begins an application, or the chain whose last member it is.
 void TermPrinter::open(const Term* t, PrintedTerms::Slot slot)
 {
   write_operator(t->get_symbol());

@@ -82,7 +82,7 @@ TEST(ReaderRefuses, CommandsBeyondOneQuery)
       {"(check-sat)(push 1)",
        "f:1:12: a push was found, but only one level around one check-sat was expected"},
       {"(push 1)(pop 1)",
-       "f:1:9: a pop was found before check-sat, but all assertions were expected to count"},
+       "f:1:9: a pop was found before check-sat, but it was expected after it"},
       {"(check-sat)(pop 1)", "f:1:12: 1 level is popped, but 0 can be"},
       {"(push x)", "f:1:7: the symbol x was found, but a number of levels was expected"},
       {"(push 99999999999999999999999)",
