@@ -25,7 +25,7 @@ class AssertionSets
 
   explicit AssertionSets(std::size_t num_assertions) : num_assertions_(num_assertions) {}
 
-  /// Whether each assertion is a set of its own; most texts need no room for the sets.
+  /// Whether each assertion is a set of its own; then the sets need no memory, as for most texts.
   [[nodiscard]] bool are_singletons() const { return parents_.empty(); }
 
   [[nodiscard]] Index find(Index i)

@@ -101,8 +101,7 @@ void ScriptReader::check_push(const Command& command) const
 
 void ScriptReader::check_pop(const Command& command)
 {
-  if (!has_query_)
-    fail(command, "a pop was found before check-sat, but it was expected after it");
+  if (!has_query_) fail(command, "a pop was found before check-sat, but it was expected after it");
 }
 
 void ScriptReader::note_skipped(const Command& command)

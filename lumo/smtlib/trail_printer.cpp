@@ -22,7 +22,8 @@ using Slot = PrintedTerms::Slot;
 constexpr std::string_view kHeader =
     "; The applications that lumo eliminated from a script, in the order of elimination.\n"
     ";\n"
-    "; Each definition gives the application that a fresh constant replaced. The :lumo-step after it names the\n"
+    "; Each definition gives the application that a fresh constant replaced. The :lumo-step after it names "
+    "the\n"
     "; fresh constant and then the free arguments of the application, which occur nowhere else: lumo extend\n"
     "; chooses their values so that the application has the value that a model gives the fresh constant. A\n"
     "; definition without a :lumo-step is a part that several others share. An asserted constant replaced a\n"

@@ -187,7 +187,7 @@ TEST(RunSimplify, DoesNotWriteOverTheScript)
     const SubcommandRun run = simplify(options);
     EXPECT_EQ(run.status, commands::kFailed);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "lumo: " + script + " would be written over, but it is the script that is read\n");
+    EXPECT_EQ(run.err, "lumo: " + script + " would be overwritten, but it is the script that is read\n");
     EXPECT_EQ(folder.read("script"), kSimplifyScript);
     EXPECT_EQ(folder.count_files(), 1U);
   }
