@@ -39,7 +39,7 @@ unsigned long absolute(long n)
 
 /// The pairs that a call of gcd(a, b) on an empty table fills: those of its remainder chain within the bound,
 /// each in both orders. The chain ends at a pair that is known; if both are
-/// within the bound and |a| < |b|, that is already its second one, the first one exchanged.
+/// within the bound and |a| < |b|, that is already its second pair, which is the first one exchanged.
 Pairs chain_entries(long a, long b)
 {
   Pairs result;
