@@ -32,7 +32,7 @@ const Family kFamilies[] = {
     {"WideWithProducts", {.widths = {33, 64, 65}, .max_applications = 6}, Equivalence::kSkipped, 10},
 };
 
-/// The share of a test; shares have their own random streams and can run in parallel
+/// The number of shares of the formulas; each has its own random stream, so they can run in parallel
 constexpr std::size_t kNumShares = 20;
 
 class Differential : public testing::TestWithParam<std::size_t>

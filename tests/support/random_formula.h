@@ -27,7 +27,7 @@ struct RandomFormula
 /// such that at least half of the constants occur once: in one argument of one term, or as one assertion.
 ///
 /// Sizes are skewed towards small ones. Subterms are shared, within an assertion and between assertions, and
-/// numerals are often those at which operators turn. The constants x0, x1, ... must be new to the manager.
+/// numerals are often limits of operators. The constants x0, x1, ... must be new to the manager.
 [[nodiscard]] RandomFormula make_random_formula(TermManager& mgr, Random& random,
                                                 const FormulaLimits& limits);
 
