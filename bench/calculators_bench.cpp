@@ -1,5 +1,5 @@
-// Nanoseconds for a call of each calculator, in a case that it solves, over those of 10,000 values (256
-// at width 8) that it solves. Names are operator/case/width. Every numeral that a call gives exists already after
+// Nanoseconds for a call of each calculator, in a case that it solves, over those of 10,000 values (of
+// 256 at width 8) that it solves. Names are operator/case/width. Every numeral that a call gives exists already after
 // a first round, so the time is that of the call without making numerals. A unit that is comparable between machines
 // is the search for one of 10,000 numerals' symbols in a hash map. Then refused calls, without an exception,
 // next to calls of the same operator that are solved, and the inverse modulo 2^w of an odd number, by the calculators
