@@ -168,7 +168,7 @@ class TermTable
 
   std::vector<Slot> slots_;  ///< none, or 2^bits_, of which at most three quarters are taken
   unsigned bits_ = 0;
-  std::vector<Page*> by_number_;  ///< for the smallest numbers; null where there is no page
+  std::vector<Page*> by_number_;  ///< for the smallest numbers; null if the page does not exist
   std::size_t num_pages_ = 0;
   std::vector<std::unique_ptr<Page[]>> blocks_;  ///< the memory of the pages
   std::size_t num_spare_ = 0;                    ///< pages at the front of the last block that are not in use

@@ -132,7 +132,7 @@ TEST(Gcd, ReturnsAKnownEntryAsItStands)
   gcd_cache[12 * kRow + 18] = 41;
   EXPECT_EQ(gcd(12, 18), 41);
   EXPECT_EQ(gcd(-12, 18), 41);
-  EXPECT_EQ(gcd(12 + 18 * 1000, 18), 6) << "the chain starts beyond the bound and goes on with 18, 12";
+  EXPECT_EQ(gcd(12 + 18 * 1000, 18), 6) << "the chain starts beyond the bound and continues with 18, 12";
   forget_all();
 }
 

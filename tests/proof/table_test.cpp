@@ -56,7 +56,7 @@ struct CallResult
 QNumber get_number(const TermManager& mgr, const Term* value)
 {
   QNumber number;
-  EXPECT_TRUE(get_value_number(mgr, value, number)) << "what was pushed is no value";
+  EXPECT_TRUE(get_value_number(mgr, value, number)) << "a pushed term is not a value";
   return number;
 }
 
