@@ -144,8 +144,7 @@ void print_description(std::ostream& out, const CLI::App& app)
       << make_sentences(what_it_does)
       << make_paragraph(
              "A term is unconstrained if it can take any value, whatever the rest of the script is. A "
-             "constant "
-             "that occurs once is unconstrained, and often an application to it, too.")
+             "constant that occurs once is unconstrained, and often an application to it, too.")
       << ".PP\nFiles are SMT-LIB 2 scripts over Booleans and bit-vectors, and models as\nsolvers print "
          "them.\n"
          "The file name\n.B \\-\nstands for the standard input.\n";

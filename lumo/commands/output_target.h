@@ -17,9 +17,8 @@ struct OutputTarget
   };
 
   Kind kind = Kind::kFile;
-  int descriptor = -1;  ///< of kOpen
-  std::filesystem::path
-      path;  ///< otherwise: the folder's canonical path and the name in it, not a symbolic link
+  int descriptor = -1;         ///< of kOpen
+  std::filesystem::path path;  ///< otherwise: the folder's canonical path and the name in it, not a link
 };
 
 /// Finds out what a name means. Throws a SubcommandFailure if no file can be written under the name, for example if

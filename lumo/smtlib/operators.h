@@ -57,8 +57,7 @@ struct Operator
 /// Why an operator refuses some arguments.
 struct Misfit
 {
-  std::size_t
-      argument;  ///< the index of the argument that does not fit, or the number of arguments if that is wrong
+  std::size_t argument;  ///< the index of the wrong argument, or the number of arguments if that is wrong
   std::string sentence;  ///< empty if all fit
 };
 

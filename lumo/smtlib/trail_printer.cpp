@@ -22,12 +22,11 @@ using Slot = PrintedTerms::Slot;
 constexpr std::string_view kHeader =
     "; The applications that lumo eliminated from a script, in the order of elimination.\n"
     ";\n"
-    "; Each definition gives the application that a fresh constant replaced. The :lumo-step after it names "
-    "the\n"
-    "; fresh constant and then the free arguments of the application, which occur nowhere else: lumo extend\n"
-    "; chooses their values so that the application has the value that a model gives the fresh constant. A\n"
-    "; definition without a :lumo-step is a part that several others share. An asserted constant replaced a\n"
-    "; whole assertion, so it is true.\n";
+    "; Each definition gives the application that a fresh constant replaced. The :lumo-step after it\n"
+    "; has the fresh constant and then the free arguments of the application, which occur nowhere else:\n"
+    "; lumo extend chooses their values so that the application has the value that a model gives the\n"
+    "; fresh constant. A definition without a :lumo-step is a part that several others share. An\n"
+    "; asserted constant replaced a whole assertion, so it is true.\n";
 
 std::size_t count_ids(Terms constants, const Trail& trail)
 {

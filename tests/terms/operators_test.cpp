@@ -178,7 +178,8 @@ TEST_P(Operator, SymbolIsMadeOnce)
     distinct.insert(s);
   });
   EXPECT_EQ(mgr_.get_num_symbols(), num_symbols);
-  EXPECT_EQ(distinct.size(), num_symbols - 2) << "besides true and false, there are only this operator's symbols";
+  EXPECT_EQ(distinct.size(), num_symbols - 2)
+      << "besides true and false, there are only this operator's symbols";
 }
 
 TEST(OperatorSymbols, AskedForByTurnsAreTheSame)
