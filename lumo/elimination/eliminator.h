@@ -16,11 +16,11 @@
 
 namespace lumo {
 
-/// What elimination has made of assertions that come after others. Steps and facts belong to the first assertion that
-/// needs them; the number of assertions stands for the kept terms.
+/// The result of eliminating in assertions that follow others. Steps and facts belong to the first assertion that
+/// needs them; the number of assertions represents the kept terms.
 struct Batch
 {
-  std::vector<const Term*> forms;  ///< by assertion; null where nothing remains
+  std::vector<const Term*> forms;  ///< by assertion; null if nothing remains
   std::vector<const Term*> kept;   ///< the forms of the kept terms
   std::vector<Step> steps;
   std::vector<std::size_t> step_assertions;
@@ -50,10 +50,10 @@ class Eliminator
              const Background* background = nullptr);
 
   [[nodiscard]] Elimination run();
-  /// The same, for assertions that come after others, of which the background tells. `record` is that of the
+  /// The same, for assertions that follow others, which the background describes. `record` is that of the
   /// background.
   [[nodiscard]] Batch run_batch(const GraphRecord& record);
-  /// After a run: the term that a node has become and that means the same, or null if there is none.
+  /// After a run: the term that a node has become, with the same meaning, or null if there is none.
   [[nodiscard]] const Term* find_form(NodeIndex n);
 
  private:
@@ -97,7 +97,7 @@ class Eliminator
 
   void visit_ite(NodeIndex n);
   void visit_order_atom(NodeIndex n);
-  /// A new application, part of what the owner becomes.
+  /// A new application, part of the term that replaces the owner.
   NodeIndex add_application(NodeIndex owner, const Symbol* s, const Node::Arguments& args);
   void guard_order_atom(NodeIndex n, std::size_t free_position);
 
@@ -112,7 +112,7 @@ class Eliminator
   [[nodiscard]] std::vector<Step> build_steps();
   [[nodiscard]] std::vector<const Term*> build_assertions();
   [[nodiscard]] std::vector<const Term*> build_kept();
-  /// The forms of assertions, null where nothing remains. The constants that are whole assertions become facts.
+  /// The forms of assertions, null if nothing remains. The constants that are whole assertions become facts.
   void build_forms(const GraphRecord& record, Batch& batch);
 
   TermManager& mgr_;

@@ -56,7 +56,7 @@ void IncrementalSteps::pop(std::size_t level)
   pop_facts(level);
 }
 
-/// One query may have added steps on several levels, in any order, so those of the lower ones move down.
+/// One query may have added steps on several levels, in any order, so those of lower levels move down.
 void IncrementalSteps::pop_steps(std::size_t level)
 {
   if (step_begins_.size() <= level + 1) return;

@@ -110,7 +110,7 @@ bool TermGraph::add_fixed(const Term* t, NodeMap& node_of)
   node_of.set(t->get_id(), n);
   nodes_[n].kind = Kind::kConstant;
   nodes_[n].is_built = true;
-  nodes_[n].num_uses = 2;  // by no node, as for kept terms
+  nodes_[n].num_uses = 2;  // not by a node, as for kept terms
   background_->record->terms.push_back(t);
   return true;
 }

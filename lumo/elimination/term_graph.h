@@ -57,15 +57,15 @@ struct Node
 
 static_assert(sizeof(Node) == 40, "graphs have millions of nodes");
 
-/// How a graph grew out of terms, for callers that ask later what has become of them.
+/// How a graph was made from terms, for callers that need the forms of these terms later.
 struct GraphRecord
 {
-  std::vector<const Term*> terms;    ///< by node: what it was made from; null for the place of kAssertions
+  std::vector<const Term*> terms;    ///< by node: the term that it was made from; null for kAssertions
   std::vector<NodeIndex> asserted;   ///< by assertion: its node
-  std::vector<NodeIndex> num_nodes;  ///< by assertion: how many nodes there were after it
+  std::vector<NodeIndex> num_nodes;  ///< by assertion: the number of nodes after it was added
 };
 
-/// What was known before the assertions: a graph does not look into terms that have a fixed form.
+/// The state before the assertions: a graph does not walk terms that have a fixed form.
 struct Background
 {
   const KnownTerms* known;
