@@ -80,7 +80,7 @@ const Term* after_numeral(TermManager& mgr, unsigned long w)
   return mgr.make_term((mgr.*kMake)(w), {numeral(mgr, w), constant(mgr, "x", w)});
 }
 
-/// Between x and the greatest number in unsigned order, or in signed order
+/// A predicate on the greatest number, in unsigned or in signed order, and x
 template <UniformFactory kMake, bool kIsSigned>
 const Term* after_greatest(TermManager& mgr, unsigned long w)
 {

@@ -7,10 +7,10 @@
 
 namespace lumo::bench {
 
-/// A case that a calculator solves, or refuses at once: an application, made for a width of at least 8.
+/// A case that a calculator solves, or refuses immediately: an application, made for a width of at least 8.
 struct CalculatorCase
 {
-  const char* name;  ///< operator/what its arguments are
+  const char* name;  ///< operator/kinds of its arguments
   const Term* (*make)(TermManager& mgr, unsigned long w);
 };
 
@@ -25,13 +25,13 @@ struct RefusedCase
   const Term* (*make_solved)(TermManager& mgr, unsigned long w);
 };
 
-/// Refusals that need more work than a look at the arguments
+/// Refusals that need more work than reading the arguments
 [[nodiscard]] std::span<const RefusedCase> get_refused_cases();
 
-/// The application of t's operator to values alone
+/// The application of t's operator to values only
 [[nodiscard]] const Term* apply_to_values(TermManager& mgr, const Term* t);
 
-/// A pseudo-random pattern of a width; the state goes on to the next one.
+/// A pseudo-random pattern of a width; advances the state.
 [[nodiscard]] QNumber draw_pattern(unsigned long w, unsigned long& state);
 /// A word of at most 63 bits in the same way
 [[nodiscard]] unsigned long draw_word(unsigned long& state);

@@ -1,7 +1,7 @@
-// Nanoseconds a call of each calculator, in a case that it solves, over those of 10,000 values (as many as there are
-// at width 8) that it solves. Names are operator/case/width. Every numeral that a call gives exists already after
-// a first round, so that what is measured is the call and not the making of numerals. As a unit that other machines
-// have, too: the search for one of 10,000 numerals' symbols in a hash map. Then refused calls, without an exception,
+// Nanoseconds for a call of each calculator, in a case that it solves, over those of 10,000 values (of
+// 256 at width 8) that it solves. Names are operator/case/width. Every numeral that a call gives exists already after
+// a first round, so the time is that of the call without making numerals. A unit that is comparable between machines
+// is the search for one of 10,000 numerals' symbols in a hash map. Then refused calls, without an exception,
 // next to calls of the same operator that are solved, and the inverse modulo 2^w of an odd number, by the calculators
 // and by GMP.
 
@@ -69,7 +69,7 @@ bool is_extension(const Term* t)
   return kind == Kind::kBvZeroExtend || kind == Kind::kBvSignExtend;
 }
 
-/// The values of t for which a call ends in that way; afterwards all numerals that such a call makes exist.
+/// The values of t for which a call has this outcome; afterwards all numerals that such a call makes exist.
 std::vector<const Term*> select_values(TermManager& mgr, const Term* t, std::vector<const Term*> values,
                                        bool is_solved)
 {
@@ -96,13 +96,13 @@ void run_calculator(benchmark::State& state, const CalculatorCase& c, unsigned l
   std::vector<const Term*> values = make_values(mgr, s->get_output_type(), is_extension(t));
   adhoccalculator::AdHocCalculator& calculator = *find_calculator(mgr, s);
   ModelStore::DefinitionStack defs;
-  // Where the calculator solves some, it is measured on these alone; else on its refusals.
+  // If the calculator solves some values, measure only these; otherwise its refusals.
   std::vector<const Term*> solved = select_values(mgr, t, values, true);
   if (!solved.empty()) values.swap(solved);
   run_over(state, values, [&](const Term* value) { return call_once(calculator, mgr, t, value, defs); });
 }
 
-/// Calls without exceptions, all refused or, for the same values where both can be, all solved
+/// Calls without exceptions, all refused or all solved, for the same values if possible
 void run_status(benchmark::State& state, const bench::RefusedCase& c, unsigned long w, bool is_solved)
 {
   TermManager mgr;

@@ -1,17 +1,17 @@
 // The whole job around a solver, from parsed terms to an extended and checked model, on graphs of five shapes
-// whose size grows; beside it, Z3's own elimination of unconstrained terms on the same graphs, also with a model.
+// whose size grows; compared with Z3's own elimination of unconstrained terms on the same graphs, also with a model.
 //
 //   elimination_bench [MOST-APPLICATIONS [SECONDS-FOR-Z3 [SHAPE...]]]
 //
-// Prints a table: for each shape, or those that are named, and number of applications n, per application and in
+// Prints a table: for each shape, or those that are named, and number of applications n, for each application and in
 // processor time,
 // - lumo ns     time of eliminate, extend and find_violated, the best of three runs;
-// - lumo bytes  the most heap at a time during that, beyond the terms themselves;
-// - term bytes  the heap that the parsed terms take;
+// - lumo bytes  the peak of the heap during that, without the terms themselves;
+// - term bytes  the heap of the parsed terms;
 // - print ns, parse ns  time to write them as a script and to read it again;
 // - Z3 ns       time of `(then simplify elim-uncnstr smt)` from asserting expressions that exist to a model;
 // - Z3/lumo     the ratio of the two times.
-// Where Z3 does not end in the time that it is given, or dies, the table says so, and larger sizes are not tried.
+// If Z3 does not end within its time limit, or dies, the table says so, and larger sizes are not tried.
 
 #include <algorithm>
 #include <csignal>
@@ -52,7 +52,7 @@ namespace {
 struct Measured
 {
   double seconds = 0;
-  std::size_t bytes = 0;       ///< at the peak, beyond the terms
+  std::size_t bytes = 0;       ///< at the peak, without the terms
   std::size_t term_bytes = 0;  ///< of the manager and the terms
   std::size_t num_applications = 0;
 };
@@ -70,7 +70,7 @@ Measured run_lumo(const Shape& shape, std::size_t n)
   reset_peak_heap_bytes();
   const double start = now();
   const Elimination elimination = eliminate(mgr, formula.assertions);
-  ModelStore model(&mgr);  // what remains of these shapes is nothing, so every model of the rest will do
+  ModelStore model(&mgr);  // nothing remains of these shapes, so every model is a model of the rest
   extend(mgr, elimination.trail, model);
   const bool is_model = find_violated(mgr, formula.assertions, model) == formula.assertions.size();
   measured.seconds = now() - start;
@@ -132,7 +132,7 @@ Z3_solver make_z3_solver(Z3_context z3)
   return solver;
 }
 
-/// To be called in a process of its own: nothing is released, and a deep term may exhaust the stack.
+/// Call this in a separate process: it releases nothing, and a deep term may exhaust the stack.
 double run_z3(const Shape& shape, std::size_t n, unsigned limit)
 {
   TermManager mgr;

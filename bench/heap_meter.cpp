@@ -12,7 +12,7 @@ namespace lumo::bench {
 
 namespace {
 
-// Z3 has threads of its own.
+// Z3 has its own threads.
 std::atomic<std::size_t> heap_bytes{0};
 std::atomic<std::size_t> peak_bytes{0};
 

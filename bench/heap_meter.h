@@ -5,12 +5,12 @@
 
 namespace lumo::bench {
 
-/// The bytes that operator new has handed out and not got back, counted as large as malloc made the blocks.
+/// The bytes that operator new has allocated and that were not freed, with the block sizes of malloc.
 [[nodiscard]] std::size_t get_heap_bytes();
-/// The most that get_heap_bytes() has been since the last reset.
+/// The maximum of get_heap_bytes() since the last reset.
 [[nodiscard]] std::size_t get_peak_heap_bytes();
 void reset_peak_heap_bytes();
-/// From now on, what GMP allocates counts as well. To be called before it has allocated anything, save for
+/// From now on, GMP's allocations count as well. Call this before GMP has allocated anything except
 /// its scratch integers.
 void meter_gmp();
 

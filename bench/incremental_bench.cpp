@@ -2,13 +2,13 @@
 //
 //   incremental_bench [STACK [QUERIES [NEW]]]
 //
-// STACK assertions are on the base level; then come QUERIES queries. Each follows NEW assertions on a level of their own,
-// which is popped after it. Prints, in processor time and for each kind of new assertions,
+// STACK assertions are on the base level; then follow QUERIES queries. Each comes after NEW assertions on a
+// separate level, which is popped after it. Prints, in processor time and for each kind of new assertions,
 // - first ms   time of the first query, which eliminates in the whole stack;
 // - query us   mean time of a later one, with the pushes, assertions and pops around it;
-// - ratio      of the second to the first.
-// New assertions `apart` have constants of their own. `shared` ones mention large terms of the stack that the solver was
-// told of. `restore` ones mention constants that were eliminated in the stack.
+// - ratio      the second divided by the first.
+// New assertions `apart` have their own constants. `shared` ones contain large terms of the stack that were sent to
+// the solver. `restore` ones contain constants that were eliminated in the stack.
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// The program around registered benchmarks, which takes Google Benchmark's options.
+// The main program for registered benchmarks, with Google Benchmark's options.
 
 #include <benchmark/benchmark.h>
 

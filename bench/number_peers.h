@@ -27,7 +27,7 @@ struct Variable
   Raw raw;
 };
 
-// Inline functions in C cannot be template arguments everywhere, so they get a wrapper.
+// Not every compiler accepts inline functions of C as template arguments, so they get a wrapper.
 inline void init_fmpz(fmpz* z) { fmpz_init(z); }
 inline void clear_fmpz(fmpz* z) { fmpz_clear(z); }
 inline void assign_fmpz(fmpz* z, const fmpz* x) { fmpz_set(z, x); }
@@ -41,7 +41,7 @@ inline void assign_mpq(__mpq_struct* q, const __mpq_struct* x) { mpq_set(q, x); 
 inline void init_mpq(__mpq_struct* q) { mpq_init(q); }
 inline void clear_mpq(__mpq_struct* q) { mpq_clear(q); }
 
-// Each peer offers the same operations on its own type of number. `divide` truncates if kTruncates is set,
+// Each peer has the same operations on its own type of number. `divide` truncates if kTruncates is set,
 // and rounds down otherwise, as lumo's numbers do for words and for anything longer.
 
 struct Lumo
@@ -148,7 +148,7 @@ struct FlintRational
   static bool equal(const Number& x, const Number& y) { return fmpq_equal(&x.raw, &y.raw) != 0; }
 };
 
-/// What a checked machine word costs: the floor for every number type.
+/// The cost of a checked machine word: the lower bound for every number type.
 struct PlainWord
 {
   using Number = long;

@@ -3,7 +3,7 @@
 // A job is named operation/class/peer, as in add/small_int/lumo. One pass runs the operation on a whole array
 // of targets with a whole array of operands; every pass pairs them differently, so that no branch predictor
 // learns the results. In-place operations start every pass from the same values, restored between the passes
-// and outside the measured time. Reported is the time of one operation.
+// and outside the measured time. The report has the time of one operation.
 
 #include <chrono>
 #include <cstddef>
@@ -80,7 +80,7 @@ void draw_word_rational(Source& source, mpq_ptr out)
 }
 
 constexpr std::size_t kMany = 1024;
-constexpr std::size_t kFew = 64;  // long integers leave the caches soon
+constexpr std::size_t kFew = 64;  // many long integers would exceed the caches
 
 constexpr OperandClass kSmallInteger = {"small_int", draw_small_integer, kMany};
 constexpr OperandClass kLongIntegers[] = {

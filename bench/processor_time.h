@@ -5,7 +5,7 @@
 
 namespace lumo::bench {
 
-/// The seconds of the processor that this process has taken: what else the machine does then counts little.
+/// The processor time of this process in seconds: other load on the machine has little effect on it.
 [[nodiscard]] inline double now()
 {
   timespec time{};

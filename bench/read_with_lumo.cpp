@@ -11,5 +11,5 @@ int main(int argc, char** argv)
   lumo::TermManager mgr;
   const std::string text = lumo::commands::read_file(argv[1]);
   const bool is_read = !lumo::smtlib::read_script(mgr, text).assertions.empty();
-  std::_Exit(is_read ? 0 : 1);  // The peers do not release what they have made either.
+  std::_Exit(is_read ? 0 : 1);  // The peers do not release their terms either.
 }

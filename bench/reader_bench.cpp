@@ -1,10 +1,10 @@
-// How long lumo, Z3's parser and cvc5 take to read a script, and how much memory, each in a process of its own.
+// Time and memory that lumo, Z3's parser and cvc5 need to read a script, each in a separate process.
 //
 //   reader_bench [N [MOST [SHAPE...]]]    tables for N applications, and lumo alone for MOST
 //
-// The processes are `read_with_lumo FILE` and `read_with_z3 FILE`, which lie beside this program, and `cvc5`.
-// Times are user and system time of the whole process, the best of three; memory is the most that was resident.
-// A peer that takes more than a minute or dies counts as one that is never the better of the two.
+// The processes are `read_with_lumo FILE` and `read_with_z3 FILE`, in the folder of this program, and `cvc5`.
+// Times are user and system time of the whole process, the best of three; memory is the peak of the resident size.
+// A peer that takes more than a minute or dies counts as slower and larger than lumo.
 
 #include <algorithm>
 #include <array>
@@ -38,7 +38,7 @@ struct Cost
   double megabytes = 0;
 };
 
-/// Runs a program; nothing if it fails or takes too long.
+/// Runs a program; returns nothing if it fails or takes too long.
 std::optional<Cost> run(const std::vector<std::string>& words)
 {
   constexpr rlim_t kMostSeconds = 60;

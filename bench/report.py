@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Runs the benchmarks and compares lumo with its peers: a table with what is wanted and what was reached.
+"""Runs the benchmarks and compares lumo with its peers: prints a table of targets and results.
 
     report.py FOLDER [--json FILE] [--repetitions N] [--min-time SECONDS]
 
-FOLDER is that of the benchmark programs. Every figure is a ratio of medians from one run of one program: lumo's
-time divided by the peer's, the worst one where a row has several jobs.
+FOLDER has the benchmark programs. Every figure is a ratio of medians from one run of one program: lumo's
+time divided by the peer's, the worst one if a row has several jobs.
 """
 
 import argparse
@@ -22,7 +22,7 @@ import ratios
 
 @dataclass
 class Row:
-    """What a row compares: jobs of a program, or all that begin with a text, the peer, and the ratio that is wanted."""
+    """What a row compares: jobs of a program, or all jobs with a prefix, the peer, and the target ratio."""
     text: str
     program: str
     jobs: list | str
@@ -61,8 +61,8 @@ ROWS = [
     Row("inverse modulo 2^w", "calculators", jobs("inverse", "8 32 64 256 1024 65536"), "gmp", 0.5),
 ]
 
-# Calls of calculators in units of a search in a hash map of 10,000 symbols. Those that refuse are left out, and those
-# that need an inverse have rows of their own, since their time grows with the width.
+# Calls of calculators in units of a search in a hash map of 10,000 symbols. Refused calls are left out, and those
+# that need an inverse have separate rows, since their time grows with the width.
 CALLS = [
     ("calculator call, widths 8 and 32", "8|32", False, 40),
     ("calculator call, widths 64 and 256", "64|256", False, 100),

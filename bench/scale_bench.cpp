@@ -1,12 +1,12 @@
-// How time and memory grow with the size of a problem. The figures are per item, so each should stay about the
-// same from size to size, but for what memory caches make of it.
+// How time and memory grow with the size of a problem. The figures are for each item, so each should stay about the
+// same for all sizes, except for the effects of memory caches.
 //
 //   scale_bench [MOST-ITEMS [MOST-ITEMS-OF-TEXT [MOST-BITS]]]
 //
 // Times are the processor's; bytes are those of the heap, GMP's included.
 // - graphs: ns and bytes for each application of a chain, a graph of shared terms, and others
 // - leaves: ns and bytes to declare constants, to find them by their names, to make fresh ones, and numerals
-// - texts: ns to print and to read each application, or each constant with a name that stands between bars
+// - texts: ns to print and to read each application, or each constant with a name between bars
 // - widths: ns for each bit of a call of a calculator and of the operator's value; products, and the inverse
 //   of a factor, are known to take more than linear time
 
@@ -43,7 +43,7 @@ namespace {
 struct Cost
 {
   double seconds = 0;
-  std::size_t bytes = 0;  ///< at the peak, beyond what there was at the start
+  std::size_t bytes = 0;  ///< at the peak, without those at the start
 };
 
 Cost measure(const std::function<void()>& action)
@@ -94,7 +94,7 @@ Formula make_doubling(TermManager& mgr, std::size_t n)
   return formula;
 }
 
-/// One term with n uses, in n assertions of which none can be eliminated.
+/// One term with n uses, in n assertions, none of which can be eliminated.
 Formula make_fan(TermManager& mgr, std::size_t n)
 {
   constexpr unsigned long kWidth = 32;
@@ -119,7 +119,7 @@ void run_graph(const Shape& shape, std::size_t n)
   TermManager mgr;
   Formula formula;
   Elimination elimination;
-  ModelStore model(&mgr);  // the empty model is one of what is left
+  ModelStore model(&mgr);  // the empty model is a model of the rest
   std::size_t violated = 0;
   const Cost costs[] = {
       measure([&] { formula = shape.make(mgr, n); }),
@@ -147,7 +147,7 @@ void run_graphs(std::size_t most)
 // -----------------------------------------------------------------------------------------------------------
 // Leaves
 
-/// A name that only stands between bars, of each printable character that can
+/// A name that needs bars, with every printable character that it may contain
 std::string make_name(std::size_t i)
 {
   static const std::string kCharacters = [] {

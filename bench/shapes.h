@@ -11,11 +11,11 @@ namespace lumo::bench {
 
 struct Formula
 {
-  std::vector<const Term*> constants;  ///< in the order of their making
+  std::vector<const Term*> constants;  ///< in the order in which they were made
   std::vector<const Term*> assertions;
 };
 
-/// Asserted terms of about n applications whose graph has a shape that is hard on one or another way of
+/// Asserted terms of about n applications whose graph has a shape that is hard for some method of
 /// eliminating; all of them can be eliminated as a whole, and all have a model.
 struct Shape
 {
@@ -31,7 +31,7 @@ struct Shape
 [[nodiscard]] Formula make_link(TermManager& mgr, std::size_t n);
 /// One constant under layers of complement and multiplication by 5.
 [[nodiscard]] Formula make_spine(TermManager& mgr, std::size_t n);
-/// Every layer mentions the one below twice, so that the tree of the graph is exponential in n.
+/// Every layer contains the one below twice, so the tree of the graph is exponential in n.
 [[nodiscard]] Formula make_shared(TermManager& mgr, std::size_t n);
 
 inline constexpr std::array<Shape, 5> kShapes = {{
@@ -42,7 +42,7 @@ inline constexpr std::array<Shape, 5> kShapes = {{
     {"shared", make_shared},
 }};
 
-/// How many distinct applications the assertions have.
+/// The number of distinct applications in the assertions.
 [[nodiscard]] std::size_t count_applications(const Formula& formula);
 
 }  // namespace lumo::bench

@@ -1,16 +1,16 @@
 // Terms, numerals and models against their peers. A job is named operation/number of terms/peer:
 //
-// - hit, miss   the value of a symbol that is a numeral, and of one that is none, from the manager's table and
+// - hit, miss   the value of a symbol that is a numeral, and of one that is not, from the manager's table and
 //               from a hash map that has the symbols' addresses as keys;
 // - find        the numeral of a value and a width that exists already, from the manager and from Z3;
 // - make        the same for one that does not exist yet, in a manager or context that grows from empty;
 // - apply       a new application of an operator to two constants, likewise;
-// - model       a new model, one definition and the value of the newest term, in a manager of so many constants, and
-//               in a manager that has nothing else.
+// - model       a new model, one definition and the value of the newest term, in a manager with the job's number of
+//               constants, and in an empty manager.
 //
-// make and apply also count the bytes of heap that the manager takes for each, its tables included.
+// make and apply also count the bytes of heap that the manager needs for each, including its tables.
 //
-// Symbols and values are visited in an order that neither the memory nor the tables have.
+// Symbols and values are visited in an order that differs from those of the memory and the tables.
 
 #include <absl/container/flat_hash_map.h>
 #include <algorithm>
@@ -35,7 +35,7 @@ namespace {
 constexpr unsigned kWidth = 32;
 constexpr std::size_t kSizes[] = {1'000, 10'000, 100'000, 1'000'000};
 
-/// A multiplicative sequence, reproducible and without a pattern in its upper bits.
+/// A multiplicative sequence, reproducible and irregular in its upper bits.
 class Sequence
 {
  public:
@@ -49,7 +49,7 @@ class Sequence
   std::uint64_t state_ = 1;
 };
 
-/// n different values of kWidth bits without an order
+/// n different values of kWidth bits in irregular order
 std::vector<unsigned long> make_values(std::size_t n)
 {
   std::vector<unsigned long> values(n);
@@ -66,7 +66,7 @@ void shuffle(std::vector<T>& list)
     std::swap(list[i - 1], list[sequence.next() % i]);
 }
 
-/// A manager with n numerals and as many constants, and their symbols in no order.
+/// A manager with n numerals and as many constants, and their symbols in irregular order.
 struct Numerals
 {
   explicit Numerals(std::size_t n)
@@ -85,7 +85,7 @@ struct Numerals
   std::vector<const Symbol*> others;
 };
 
-/// Runs operation(i) for all indices below n again and again.
+/// Runs operation(i) repeatedly for all indices below n.
 template <class Operation>
 void visit(benchmark::State& state, std::size_t n, Operation operation)
 {
@@ -132,7 +132,7 @@ struct Z3Numerals
   Z3Numerals() : sort(Z3_mk_bv_sort(z3, kWidth)) { Z3_inc_ref(z3, Z3_sort_to_ast(z3, sort)); }
 
   [[nodiscard]] Z3_ast make(unsigned long value) const { return Z3_mk_unsigned_int64(z3, value, sort); }
-  /// What nobody refers to, Z3 forgets.
+  /// Z3 destroys terms without references.
   void keep(unsigned long value) const { Z3_inc_ref(z3, make(value)); }
 
   solvers::Z3Session z3;
@@ -158,7 +158,8 @@ void find_in_z3(benchmark::State& state, std::size_t n)
   visit(state, n, [&](std::size_t i) { benchmark::DoNotOptimize(numerals.make(values[i])); });
 }
 
-/// Measures run(owner) with a new owner each time, whose making and end do not count; it makes n things.
+/// Measures run(owner) with a new owner each time, whose construction and destruction do not count; the run makes n
+/// things.
 template <class Owner, class Run>
 void make_all(benchmark::State& state, std::size_t n, Run run)
 {
@@ -176,7 +177,7 @@ void make_all(benchmark::State& state, std::size_t n, Run run)
   state.counters["bytes"] = static_cast<double>(bytes) / static_cast<double>(n);
 }
 
-/// A manager in which numerals are to be made
+/// A manager in which the benchmark makes numerals
 struct NewNumerals
 {
   explicit NewNumerals(std::size_t n) : values(make_values(n)) {}
@@ -203,7 +204,7 @@ struct NewZ3Numerals
   std::vector<unsigned long> values;
 };
 
-/// A manager with n constants, each of which is to be added to the next one
+/// A manager with n constants, each of which the benchmark adds to the next one
 struct NewApplications
 {
   explicit NewApplications(std::size_t n) : add(mgr.make_bv_add_symbol(kWidth))

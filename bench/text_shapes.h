@@ -7,7 +7,7 @@
 
 namespace lumo::bench {
 
-/// A script of about n applications whose text has a shape that is hard on one or another way of reading.
+/// A script of about n applications whose text has a shape that is hard for some method of reading.
 struct TextShape
 {
   const char* name;
@@ -22,9 +22,9 @@ struct TextShape
 [[nodiscard]] std::string make_link_text(std::size_t n);
 /// One constant under layers of products and complements.
 [[nodiscard]] std::string make_spine_text(std::size_t n);
-/// Lets, each in the body of the one before, that mention the variable of the one before twice.
+/// Lets, each in the body of the previous one, that contain the variable of the previous one twice.
 [[nodiscard]] std::string make_lets_text(std::size_t n);
-/// Definitions without parameters that mention the one before twice.
+/// Definitions without parameters that contain the previous one twice.
 [[nodiscard]] std::string make_defs_text(std::size_t n);
 /// Equations with hexadecimal literals of 1024 bits.
 [[nodiscard]] std::string make_hex_text(std::size_t n);

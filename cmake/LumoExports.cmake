@@ -1,7 +1,7 @@
 include(CheckLinkerFlag)
 
-# Lets a shared library export what the namespace lumo contains and nothing else, under a version. What is internal in
-# that namespace is hidden where it is declared. A linker that knows no version scripts exports everything.
+# Lets a shared library export only the contents of the namespace lumo, under a version. Internal parts of
+# that namespace are hidden where they are declared. A linker without version scripts exports everything.
 function(lumo_limit_exports target)
   get_target_property(type ${target} TYPE)
   if(NOT type STREQUAL "SHARED_LIBRARY")

@@ -1,4 +1,4 @@
-# Installs the library with its headers and what lets other projects find it, and the program if it is built.
+# Installs the library with its headers and the files by which other projects find it, and the program if it is built.
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
@@ -17,10 +17,10 @@ install(FILES
   "${PROJECT_SOURCE_DIR}/cmake/FindGMP.cmake"
   DESTINATION "${package_dir}" COMPONENT Development)
 
-# A package has the licence where its distribution expects it, so it leaves this component out.
+# Packages leave this component out, since they install the licence where the distribution expects it.
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT License)
 
-# What a linker that is not the C++ compiler's must be told to link with a static library
+# The options that a linker other than the C++ compiler's needs to link with a static library
 set(pc_libs_private)
 foreach(library ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
   if(library MATCHES "^(stdc\\+\\+|c\\+\\+|c\\+\\+abi|m)$")

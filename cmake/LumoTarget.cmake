@@ -7,13 +7,13 @@ function(lumo_target_defaults target)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
   if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # It expects anonymous namespaces in the main file only.
+    # The warning expects anonymous namespaces only in the main file.
     target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
   endif()
 endfunction()
 
-# What the libraries that others may link have besides. Before 1.0, each minor version may change the interface, so it
-# is part of the name by which a program finds the library.
+# Further settings of the libraries that others may link. Before 1.0, each minor version may change the interface,
+# so it is part of the name by which a program finds the library.
 function(lumo_library_defaults target)
   lumo_target_defaults(${target})
   set(soversion ${PROJECT_VERSION_MAJOR})

@@ -10,9 +10,9 @@
 (declare-const f (_ BitVec 8))
 (declare-const g (_ BitVec 128))
 
-; Two free arguments: one takes the value, the other what leaves it alone.
+; Two free arguments: one takes the value, the other the neutral element.
 (assert (= (bvadd a b) #x0c))
-; One free argument beside a numeral: the operation is undone, modulo 2^8.
+; One free argument and a numeral: the inverse operation gives the value, modulo 2^8.
 (assert (= (bvsub #x05 c) #x07))
 ; An odd factor has an inverse modulo 2^8.
 (assert (= (bvmul d #x03) #x40))

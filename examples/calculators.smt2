@@ -1,5 +1,5 @@
-; One request for each calculator that solves something: what each assertion asks for is explained beside its
-; operator in docs/calculators.md. The definitions that `lumo invert` prints for this file, with these assertions,
+; One request for each calculator that solves something; docs/calculators.md explains each one with its
+; operator. The definitions that `lumo invert` prints for this file, with these assertions,
 ; are satisfiable.
 (set-logic QF_BV)
 

@@ -1,4 +1,4 @@
-; If-then-else: the calculator steers the condition to a branch that can take the value.
+; If-then-else: the calculator chooses the condition that selects a branch which can take the value.
 (set-logic QF_BV)
 
 (declare-const c Bool)
@@ -13,6 +13,6 @@
 (assert (= (ite c x y) #x05))
 ; The first branch is a numeral: the condition becomes false.
 (assert (= (ite d #x01 u) #x07))
-; The branch that is not selected is an application; it needs no value, so v alone is defined.
+; The branch that is not selected is an application; it needs no value, so only v gets one.
 (assert (= (ite true v (bvmul v w)) #x09))
 (check-sat)

@@ -1,4 +1,4 @@
-; Requests without an answer. `lumo invert` names each on standard error, answers the rest, and ends with exit
+; Requests that are refused. `lumo invert` reports each on standard error, answers the others, and ends with exit
 ; status 1.
 (set-logic QF_BV)
 
@@ -9,17 +9,17 @@
 
 ; 1: This one has an answer.
 (assert (= (bvadd x y) #x05))
-; 2: A numeral's neighbour does not exist above the largest value.
+; 2: The largest value has no neighbour above it.
 (assert (bvult #xff z))
 ; 3: An even factor has no inverse.
 (assert (= (bvmul z #x02) #x06))
-; 4: The calculator takes both arguments for different constants.
+; 4: The calculator treats both arguments as different constants.
 (assert (= (bvadd z z) #x06))
 ; 5: Only constants can be defined, and (bvmul x y) would need the value 4.
 (assert (= (bvadd (bvmul x y) #x01) #x05))
 ; 6: The first assertion has given x another value.
 (assert (= (bvsub x #x01) #x08))
-; 7: Nothing is applied here.
+; 7: This is not an application.
 (assert p)
 ; 8, 9: The calculators of remainders refuse every call.
 (assert (= (bvurem y z) #x07))

@@ -10,7 +10,7 @@
 
 namespace lumo::fuzz {
 
-/// An integer that is not negative, of at most that many bits; often a power of two give or take a little.
+/// An integer that is not negative, of at most that many bits; often near a power of two.
 inline test::Integer draw_natural(FuzzedDataProvider& bytes, unsigned long max_bits)
 {
   test::Integer result;
@@ -35,7 +35,7 @@ inline test::Integer draw_integer(FuzzedDataProvider& bytes, unsigned long max_b
   return result;
 }
 
-/// Any word; often a power of two give or take a little, so that sums and products come close to a limit.
+/// Any word; often near a power of two, so that sums and products come close to a limit.
 inline long draw_word(FuzzedDataProvider& bytes)
 {
   if (bytes.ConsumeBool()) return bytes.ConsumeIntegral<long>();

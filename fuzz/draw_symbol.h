@@ -9,7 +9,7 @@
 
 namespace lumo::fuzz {
 
-/// A width from 1 to the limit, often one at which number code turns.
+/// A width from 1 to the limit, often a limit of number code.
 inline unsigned long draw_width(FuzzedDataProvider& bytes, unsigned long max_width)
 {
   constexpr std::array<unsigned long, 16> kTurns = {1,  2,  3,  4,  7,  8,  31,  32,
@@ -18,7 +18,7 @@ inline unsigned long draw_width(FuzzedDataProvider& bytes, unsigned long max_wid
   return turn <= max_width ? turn : bytes.ConsumeIntegralInRange<unsigned long>(1, max_width);
 }
 
-/// Parameters of an operator whose sorts have at most that many bits, which are at least 2.
+/// Parameters of an operator whose sorts have at most the given number of bits, which is at least 2.
 inline Parameters draw_parameters(FuzzedDataProvider& bytes, Kind kind, unsigned long max_width)
 {
   const auto number = [&bytes](unsigned long low, unsigned long high) {

@@ -1,8 +1,8 @@
-// A calculator called with any arguments and any value, on a stack that holds a definition already.
+// A calculator called with any arguments and any value, on a stack that already has a definition.
 //
-// Where all sorts fit a word, the call must do exactly what the reference says: the same definitions, or the same
-// refusal. At every width a refusal has one of the known texts and leaves the stack alone, and definitions make the
-// application take the value, save in the cases that are unsound by design.
+// If all sorts fit a word, the call must have exactly the result of the reference: the same definitions, or the same
+// refusal. At every width a refusal has one of the known texts and leaves the stack unchanged, and definitions give
+// the application the value, except in the cases that are unsound by design.
 
 #include <algorithm>
 #include <array>
@@ -32,9 +32,9 @@ using test::Outcome;
 using test::Reference;
 using Failure = Outcome::Failure;
 
-/// All that the reference takes.
+/// The maximal width of the reference.
 constexpr unsigned long kReferenceWidth = 62;
-/// It searches for inverse factors one by one.
+/// The reference searches for inverse factors one by one.
 constexpr unsigned long kReferenceFactorWidth = 10;
 constexpr unsigned long kMaxWidth = 200;
 
@@ -178,7 +178,7 @@ class Run
     }
   }
 
-  /// A value that the calculator may be given, or should not be.
+  /// A valid or an invalid value for the calculator.
   const Term* draw_value(const DataType* type)
   {
     switch (bytes_.ConsumeIntegralInRange<int>(0, 9)) {

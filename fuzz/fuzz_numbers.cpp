@@ -1,5 +1,5 @@
 // Sequences of operations on a few numbers, each operand and output any of them, against GMP's rational numbers.
-// After each operation every number has its value, in the form that the rules of small and big give it.
+// After each operation every number has its value, in the form that the rules for small and big require.
 
 #include <array>
 #include <climits>
@@ -25,7 +25,7 @@ using test::FormModel;
 using test::Integer;
 using test::Rational;
 
-/// A number and what it must be.
+/// A number and its expected value and form.
 struct Cell
 {
   QNumber number;
@@ -36,7 +36,7 @@ struct Cell
   [[nodiscard]] bool is_zero() const { return mpz_sgn(value.num()) == 0; }
   [[nodiscard]] bool is_natural() const { return is_integer() && mpz_sgn(value.num()) >= 0; }
   [[nodiscard]] bool is_small() const { return form == Form::kSmall; }
-  /// Takes a new number over.
+  /// Replaces the number.
   void become(QNumber result, const Rational& expected, Form expected_form)
   {
     number = std::move(result);

@@ -1,5 +1,5 @@
 // The reader of scripts on arbitrary bytes: it accepts them or throws an Exception. What it accepts can be printed, and
-// what is read again is the same.
+// reading that again gives the same script.
 
 #include <sstream>
 #include <string_view>
@@ -14,7 +14,7 @@
 namespace lumo::fuzz {
 namespace {
 
-/// The terms whose conjunction the assertions are: a printed script may assert several of them at once, and in
+/// The conjuncts of the assertions: a printed script may assert several of them at once, and in
 /// another order.
 std::unordered_set<const Term*> collect_conjuncts(const smtlib::Script& script)
 {

@@ -1,5 +1,5 @@
-// The reader of scripts on valid ones that a generator of the tests makes from the input: Z3's parser must find the same
-// meaning in them.
+// The reader of scripts on valid scripts that a generator of the tests makes from the input: Z3's parser must find
+// the same meaning in them.
 
 #include "fuzz/target.h"
 #include "tests/smtlib/random_script.h"

@@ -1,5 +1,5 @@
 // A random formula through the whole of `lumo solve`: eliminated, solved, extended and checked. Z3 must have the same
-// answer for the formula as it stands, and must find it true under the model.
+// answer for the original formula, and must find it true under the model.
 
 #include <string>
 #include <vector>
@@ -15,7 +15,7 @@
 namespace lumo::fuzz {
 namespace {
 
-/// Of either solver; a formula that takes longer is passed over.
+/// The limit of each solver; a formula that takes longer is skipped.
 constexpr unsigned kMilliseconds = 1000;
 
 /// For second opinions; shared by all inputs, since a context takes long to make.
@@ -50,7 +50,7 @@ class Run
   }
 
  private:
-  /// A sat needs no second opinion: a model under which everything is true is one.
+  /// The answer sat needs no second opinion: the model proves it.
   void check_model(const std::vector<ModelValue>& model)
   {
     z3::context& z3 = get_context();

@@ -33,7 +33,7 @@ z3::context& get_context()
   return context;
 }
 
-/// The values of terms as Z3 computes them, step by step from those of their arguments.
+/// The values of terms, computed by Z3 step by step from those of their arguments.
 class Z3Values
 {
  public:

@@ -1,5 +1,5 @@
 // The reader of trails on arbitrary bytes: it accepts them or throws an Exception. What it accepts can be printed, and
-// what is read again is the same. A model is extended along it, or that is refused with an Exception.
+// reading that again gives the same trail. Extending a model along it succeeds or throws an Exception.
 
 #include <algorithm>
 #include <sstream>

@@ -9,10 +9,10 @@
 
 namespace lumo::fuzz {
 
-/// What a target does with one input. Each target defines it.
+/// Runs the target on one input. Each target defines it.
 void run_input(const std::uint8_t* data, std::size_t size);
 
-/// Ends the program, whereupon the fuzzer keeps the input.
+/// Ends the program; the fuzzer then stores the input.
 [[noreturn]] inline void fail(const std::string& message)
 {
   std::cerr << message << std::endl;

@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-// The version of the headers. Macros, so that a program can choose between interfaces before it is compiled.
+// The version of the headers. They are macros, so that the preprocessor can choose between interfaces.
 #define LUMO_VERSION_MAJOR 0
 #define LUMO_VERSION_MINOR 1
 #define LUMO_VERSION_PATCH 0

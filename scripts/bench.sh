@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Builds the benchmarks and compares lumo with its peers: prints a table of ratios, with those that are wanted.
+# Builds the benchmarks and compares lumo with its peers: prints a table of ratios, with their targets.
 #
 #   scripts/bench.sh [--json FILE] [--repetitions N] [--min-time SECONDS]
 #
-# Takes some minutes, on a machine that should have nothing else to do. Installs what is missing first.
+# Takes some minutes, on a machine that should have nothing else to do. Installs missing packages first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

@@ -5,19 +5,19 @@
                   [--needs FILES] PAGE...
 
 Runs in the root of the sources. A block in another language than these, or one that nothing checks, is a
-fault. Comments that do not show say what a block cannot say itself; CONTRIBUTING.md lists them.
+fault. Hidden comments add information to a block; CONTRIBUTING.md lists them.
 
 console  Each line after `$ ` is run, all of a page in one temporary folder with a link to `examples/`, where
-         `lumo` is the program. Both of its outputs together are the lines that follow.
-sh       As above if it uses nothing but solvers and common tools; a `text` block behind it is what it prints.
+         `lumo` is the program. The lines that follow are its standard output and error together.
+sh       As above if it uses only solvers and common tools; a `text` block after it is its output.
          Other commands are not run: their scripts, presets and options must exist, and something else must
          run them.
-cpp      With a `main` it is a program, and a `text` block behind it is what it prints. Other blocks are put
+cpp      With a `main` it is a program, and a `text` block after it is its output. Other blocks are put
          into functions and compiled.
 smt2     A script that lumo reads, and one of the examples if the text before it says so; or assertions of an
          example, followed by the definitions that `lumo invert` answers them with.
 cmake    CMake accepts it in a small project.
-text     What the block before it prints, or nothing that a test can print, for a reason that a hidden comment
+text     The output of the block before it, or text that no test can print, for a reason that a hidden comment
          gives.
 """
 
@@ -33,7 +33,7 @@ import subprocess
 import sys
 import tempfile
 
-# No files beside the sources
+# Write no files next to the sources
 sys.dont_write_bytecode = True
 import markdown_pages  # noqa: E402
 
@@ -48,9 +48,9 @@ STANDARD_HEADERS = ("array", "iostream", "string", "utility", "vector")
 ASSIGNMENT = re.compile(r"\w+=")
 WARNINGS = ["-Wall", "-Wextra", "-Werror", "-Wno-unused"]
 
-# Commands in `sh` blocks that a test can run in no time, without consequences
+# Commands in `sh` blocks that a test can run quickly and without side effects
 HARMLESS = ("build/demo/bin/lumo", "cat", "cut", "cvc5", "grep", "lumo", "sed", "tail", "z3")
-# Commands that show or load a file, which for one in a build folder must be there
+# Commands that show or load a file; a file of a build folder must exist
 READERS = ("man", "source")
 # Scripts that .ci/run does not start, and why
 NOT_IN_CI = {
@@ -72,14 +72,14 @@ class Site:
         self.folder = pathlib.Path(folder)
         self.tools = tools
         (self.folder / "examples").symlink_to(ROOT / "examples")
-        # The README calls the program by the path at which the demo builds it.
+        # The README calls the program by its path in the build of the demo.
         programs = self.folder / "build/demo/bin"
         programs.mkdir(parents=True)
         (programs / "lumo").symlink_to(pathlib.Path(tools.lumo).resolve())
         self.environment = dict(os.environ, PATH=f"{programs}:{os.environ['PATH']}")
 
     def run(self, args, text=""):
-        """The status of a command, and what it prints to both outputs."""
+        """The status of a command, and its standard output and error."""
         done = subprocess.run(args, cwd=self.folder, env=self.environment, input=text, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT, text=True, check=False)
         return done.returncode, done.stdout
@@ -113,7 +113,7 @@ def expect_equal(what, found, wanted):
 
 
 def join_lines(lines):
-    """Lines together with those that a backslash at their end makes part of them."""
+    """Lines, joined with the next line if they end in a backslash."""
     joined = []
     is_open = False
     for line in lines:
@@ -173,7 +173,7 @@ def check_preset(name):
 
 
 def check_build_tool(words):
-    """cmake and ctest: presets and options exist. .ci/run and scripts/test.sh try them out."""
+    """cmake and ctest: presets and options exist. .ci/run and scripts/test.sh run them."""
     options = find_options("CMakeLists.txt") | find_options("tests/CMakeLists.txt")
     for i, word in enumerate(words):
         before = words[i - 1] if i else ""
@@ -201,7 +201,7 @@ def is_started_by_ci(script):
 
 
 def check_script(words):
-    """A script of this repository: what it is called with exists, and something runs it."""
+    """A script of this repository: its options and arguments exist, and something runs it."""
     path, arguments = words[0], words[1:]
     script = ROOT / path
     if not os.access(script, os.X_OK):
@@ -238,7 +238,7 @@ def check_sh(site, block):
 
 
 def check_printed(block, what, output, status):
-    """What a block prints is the text that follows; without one, it need not print, but must succeed."""
+    """A block prints the text that follows it; without such a text, it must only succeed."""
     if block.printed is not None:
         expect_equal(what, output, block.printed.text)
     elif status != 0:
@@ -292,7 +292,7 @@ def check_smt2(site, block):
 
 
 def check_requests(site, block):
-    """Assertions of an example by themselves, with what they are answered."""
+    """Single assertions of an example, with the definitions that answer them."""
     assertions = [line for line in block.lines if line.startswith("(assert ")]
     answer = [line + "\n" for line in block.lines if line not in assertions]
     for path in sorted((ROOT / "examples").rglob("*.smt2")):
@@ -329,7 +329,7 @@ def check_cmake(site, block):
 
 
 def attach_texts(blocks):
-    """Gives each block that prints something the `text` block with its output."""
+    """Assigns to each block that prints something the `text` block with its output."""
     for block in blocks:
         block.printed = None
         block.is_output = False

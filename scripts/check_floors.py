@@ -7,7 +7,7 @@ A folder of lumo/ includes only itself and folders on lower floors. A folder of 
 of lumo/ with its name may include, directly or through other files of tests/. Of libraries, only lumo/solvers/ has
 Z3's headers and only lumo/cli/ has CLI11's; tests may use Z3 as an independent judge.
 
-Prints one line for each include that does not, and fails if there is one.
+Prints one line for each include that violates this, and fails if there is one.
 """
 
 import pathlib
@@ -17,7 +17,7 @@ import sys
 FLOORS = ["numbers", "terms", "model", "calculators", "elimination", "smtlib", "solvers", "commands", "cli"]
 # Folders of tests/ without a folder in lumo/, and the floor that they may reach
 TESTS_ALONE = {"proof": "solvers", "threads": "elimination"}
-# Used by tests of several floors: each of its files counts as a part of what includes it.
+# Used by tests of several floors: each of its files counts as a part of the files that include it.
 SUPPORT = "support"
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)', re.MULTILINE)
@@ -62,7 +62,7 @@ def check_product(root):
     for path in find_sources(root, "lumo"):
         where = path.relative_to(root)
         room = where.parts[1]
-        # What lies in no folder, such as the header of the version, includes none of them.
+        # Files outside of the folders, such as the header of the version, include none of them.
         floor = get_floor(room) if len(where.parts) > 2 else -1
         if floor is None:
             faults.append(f"{where}:1: the folder lumo/{room}/ has no floor")
@@ -82,7 +82,7 @@ def check_product(root):
 
 
 class Reach:
-    """What files of tests/ include through other files of tests/. A header stands for its source, too."""
+    """The headers that files of tests/ include through other files of tests/. A header represents its source, too."""
 
     def __init__(self, root):
         self.root = root

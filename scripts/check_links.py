@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
-"""Checks that every link of pages to a file or a heading leads somewhere, and lists those that do not.
+"""Checks that every link of pages to a file or a heading has a target, and lists those that do not.
 
     check_links.py PAGE...
 
-A page is Markdown, or HTML that was made of it, in which no link may have stayed text. Links to other
+A page is Markdown, or HTML that was made from it, in which no link may be left as text. Links to other
 machines are not followed.
 """
 
@@ -13,11 +13,11 @@ import pathlib
 import sys
 import urllib.parse
 
-# No files beside the sources
+# Write no files next to the sources
 sys.dont_write_bytecode = True
 import markdown_pages  # noqa: E402
 
-# Elements whose text is no text of a page
+# Elements whose text is not text of the page
 CODE = ("code", "pre", "script", "style")
 
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Says which lines and branches of lumo's own sources the tests reach, and fails if they are too few.
+# Lists the lines and branches of lumo's own sources that the tests do not reach, and fails if there are too many.
 #
 #   scripts/coverage.sh
 #
@@ -11,8 +11,8 @@
 #   the others                         95 % of the lines
 #
 # Three kinds of branches do not count: those that only an exception of a called function takes, those of assertions,
-# and those on a line that says GCOVR_EXCL_BR_LINE, with the reason why no test can take them. Installs what is missing
-# first. To see the counts beside the sources, in pages that know less about exceptions:
+# and those on a line that says GCOVR_EXCL_BR_LINE, with the reason why no test can take them. Installs missing packages
+# first. This shows the counts with the sources, in pages that know less about exceptions:
 #
 #   gcovr --exclude-throw-branches --html-details build/coverage/coverage.html build/coverage
 set -euo pipefail

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Prints as a table what a run of programs with g++'s counters reached, and fails if a folder misses its limit.
+"""Prints a table of the lines and branches that a run of programs with g++'s counters reached, and fails if a folder
+misses its limit.
 
     coverage_table.py build/coverage --full lumo/numbers lumo/calculators --most lumo/terms
 
@@ -7,8 +8,8 @@ A folder of --full must have all of its lines and branches reached, one of --mos
 a row for each folder, and below it each of its files in which something was not reached: the numbers of the lines,
 and for --full, with a `b`, those of lines that were reached, but not all of their branches.
 
-The counts come from gcov itself, which says of every branch, reached or not, whether only an exception takes it. What
-several objects have of one line, as they do for a header, is added up.
+The counts come from gcov itself, which says for every branch, reached or not, whether only an exception takes it. If
+several objects have counts of one line, as for a header, they are added up.
 """
 
 import argparse
@@ -26,7 +27,7 @@ ROOT = pathlib.Path.cwd().resolve()
 
 
 def read_gcov(note):
-    """What gcov says of one object: for each file the numbers, counts and branches of its lines."""
+    """The output of gcov for one object: for each file the numbers, counts and branches of its lines."""
     output = subprocess.run(["gcov", "--json-format", "--stdout", "--branch-probabilities", note],
                             check=True, capture_output=True, text=True).stdout
     found = []
@@ -40,7 +41,7 @@ def read_gcov(note):
 
 
 def find_branches(line):
-    """The counts of the branches of a line. A call that may throw is none: neither its exception nor its return."""
+    """The counts of the branches of a line. A call that may throw does not count as a branch."""
     branches = line["branches"]
     counts = []
     for i, branch in enumerate(branches):
@@ -51,7 +52,7 @@ def find_branches(line):
 
 
 class Marks:
-    """Which lines of a source do not count, and of which only the branches do not."""
+    """The lines of a source that do not count, and those whose branches do not count."""
 
     def __init__(self, path):
         self.no_lines = set()
@@ -59,7 +60,7 @@ class Marks:
         is_skipping = False
         for number, text in enumerate(path.read_text(encoding="utf-8").splitlines(), 1):
             is_skipping = (is_skipping or "GCOVR_EXCL_BR_START" in text) and "GCOVR_EXCL_BR_STOP" not in text
-            # At the end of a block, g++ counts what it destroys there for exceptions.
+            # At the end of a block, g++ counts the destructors that it calls there for exceptions.
             if "GCOVR_EXCL_LINE" in text or re.fullmatch(r"[\s{};]*", text):
                 self.no_lines.add(number)
             if is_skipping or "GCOVR_EXCL_BR_LINE" in text or re.match(r"\s*assert\(", text):
@@ -67,7 +68,7 @@ class Marks:
 
 
 class Count:
-    """How many lines and branches of a file there are, how many of them were reached, and where not."""
+    """The numbers of lines and branches of a file, of those that were reached, and the lines that were not."""
 
     def __init__(self):
         self.lines = [0, 0]
@@ -120,7 +121,7 @@ def count_files(build, folders):
 
 
 def show(reached, total):
-    """A share as the table has it. Only what is complete reads 100 %."""
+    """A share in the form of the table. Only a complete one is 100 %."""
     if total == 0:
         return "-"
     return f"{reached}/{total} {int(1000 * reached / total) / 10:5.1f} %"
@@ -153,7 +154,7 @@ def main():
             if missing:
                 print_row("  " + name, count, missing)
 
-        # A source without figures was not built, or not looked at.
+        # A source without figures was not built, or not examined.
         failures += [f"there are no figures for {source}" for source in sorted(pathlib.Path(folder).glob("*.cpp"))
                      if str(source) not in files]
         if folder in args.full and total.branches[0] < total.branches[1]:

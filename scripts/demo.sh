@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Builds the program lumo, lets it solve an example, and has the solver z3 confirm that the model that it prints
-# makes the example's assertions true. Installs what is missing first.
+# makes the example's assertions true. Installs missing packages first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

@@ -3,7 +3,7 @@
 # build/docs/html/index.html.
 #
 # Fails if Doxygen warns, if a class or a namespace has no comment, or if a link of a page leads nowhere, in the
-# sources or in what is made of them. Installs what is missing first.
+# sources or in the result. Installs missing packages first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -25,8 +25,8 @@ if grep -hoE '"el" href="[^"]*"[^<]*</a></td><td class="desc"></td>' "$html/anno
   | sed -E 's/.*>([^<]+)<\/a>.*/\1/' | sort -u | grep .; then
   fail "these have no comment"
 fi
-# What is left where Doxygen does not take a table for one
+# Left in the text if Doxygen does not recognise a table
 if grep -lE 'ilinebr|\|&mdash;\|' "$html"/*.html; then fail "the tables of these pages are broken"; fi
-# Only in the pages: Doxygen's own links to what it leaves out, such as private classes, are not all right.
+# Only in the pages: some of Doxygen's own links to things that it leaves out, such as private classes, are wrong.
 python3 scripts/check_links.py "$html"/index.html "$html"/md_*.html || fail "these links lead nowhere"
 echo "$html/index.html"

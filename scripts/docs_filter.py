@@ -3,9 +3,9 @@
 
     docs_filter.py PAGE
 
-Doxygen 1.9 gives headings no anchors of their own, and anchors are names for all pages together: the heading
-`solve` of docs/program.md becomes `docs-program-solve`. Links to files that are no pages lead to the copies
-beside the pages.
+Doxygen 1.9 gives headings no anchors, and all pages share one set of anchor names: the heading
+`solve` of docs/program.md becomes `docs-program-solve`. Links to files that are not pages lead to the copies
+next to the pages.
 """
 
 import html
@@ -14,12 +14,12 @@ import pathlib
 import re
 import sys
 
-# No files beside the sources
+# Write no files next to the sources
 sys.dont_write_bytecode = True
 import markdown_pages  # noqa: E402
 
 
-# A link to an anchor, whose label is taken as it stands
+# A link to an anchor, whose label stays unchanged
 LABEL = re.compile(r"\[[^\]]*\]\([^()\s]*#[^()\s]*\)")
 
 
@@ -38,7 +38,7 @@ def rewrite_link(target, page):
 
 
 def escape_code(piece):
-    """The piece of code without what means something else to Doxygen; links are left alone.
+    """The piece of code without text that has a special meaning for Doxygen; links stay unchanged.
 
     An apostrophe ends what a single backtick began, but not what two did. A backslash, which a bar needs in a
     table, is text between backticks.
@@ -49,7 +49,7 @@ def escape_code(piece):
 
 
 def escape(text):
-    """The text without what means something else to Doxygen.
+    """The text without parts that have a special meaning for Doxygen.
 
     A number sign or an at sign before a word starts a command.
     """

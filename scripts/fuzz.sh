@@ -7,10 +7,10 @@
 #
 # TARGET is one of those that fuzz/CMakeLists.txt names, such as `numbers`; all of them if none is given.
 #
-# A run for a time goes on where the last one stopped: it keeps the inputs that reach something new in
+# A run for a time continues where the last one stopped: it stores the inputs that reach new code in
 # build/fuzz/corpus/TARGET. Inputs that crash a target, or on which it fails or takes too long, go to
 # build/fuzz/crashes; `build/fuzz/fuzz/fuzz_TARGET FILE` repeats one. Prints one line for each target, and fails if
-# one of them crashes. Installs what is missing first.
+# one of them crashes. Installs missing packages first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -57,7 +57,7 @@ fi
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
-# The longest input of a target: longer ones take longer, and seldom show more.
+# The longest input of a target: longer ones take longer, and rarely find more.
 longest_input()
 {
   case "$1" in
@@ -93,7 +93,7 @@ run_target()
     < /dev/null
 }
 
-# last_match TARGET PATTERN: the number that stands last behind the pattern in the target's log, or 0
+# last_match TARGET PATTERN: the last number after the pattern in the target's log, or 0
 last_match()
 {
   local found

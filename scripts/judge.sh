@@ -4,11 +4,11 @@
 #   scripts/judge.sh [DIR [SECONDS]]
 #
 # DIR is tests/data if none is given, SECONDS the limit of each run of a solver, 20 if none is given. The expected
-# answer is what the file states with (set-info :status ...), or else what DIR/index.tsv says of it. z3 and cvc5 get
+# answer is what the file states with (set-info :status ...), or else the one in DIR/index.tsv. z3 and cvc5 get
 # each file together with lumo's model as further assertions, and must find it satisfiable. The environment
-# variable LUMO names the program; else it is built in build/release.
+# variable LUMO names the program; without it, the script builds it in build/release.
 #
-# Prints a line per file and a summary; ends with an error if an answer or a model is wrong.
+# Prints a line for each file and a summary; ends with an error if an answer or a model is wrong.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 folder=${1:-$root/tests/data}
@@ -41,7 +41,7 @@ make_question()
   echo "(check-sat)"
 }
 
-# ask SOLVER FILE: its answer, which warnings may surround, or what it says instead.
+# ask SOLVER FILE: prints its answer without surrounding warnings, or its other output.
 ask()
 {
   local said
@@ -77,7 +77,7 @@ for file in "$folder"/*.smt2; do
   if [ "$answer" = sat ]; then
     num_models=$((num_models + 1))
     make_question "$file" "$work/out" > "$work/question.smt2"
-    # A model that is not read as a whole would be judged in part only.
+    # If the model is not read completely, only a part of it would be judged.
     if [ "$(grep -c '^ *(define-fun' "$work/out")" -ne "$(grep -cE '^(\(declare-const|\(declare-fun)' "$file")" ]; then
       verdict='WRONG: the model is not of all constants'
     fi

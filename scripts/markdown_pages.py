@@ -11,7 +11,7 @@ _HIDDEN = re.compile(r"^<!--\s*([a-z ]+?)(?::\s*(.*?))?\s*-->$", re.DOTALL | re.
 
 @dataclass
 class Block:
-    """A fenced block, and what its page says of it."""
+    """A fenced block, and the information of its page about it."""
 
     language: str
     line: int  # of its first line of text, from 1
@@ -34,12 +34,12 @@ def mark_code(lines):
 
 
 def strip_code(line):
-    """The line without what stands between backticks."""
+    """The line without the text between backticks."""
     return re.sub(r"`[^`]*`", "``", line)
 
 
 def slug(title, taken):
-    """The anchor that a heading gets: as forges make it, with a number if an earlier one has the same."""
+    """The anchor of a heading, as forges make it, with a number if an earlier one has the same anchor."""
     text = re.sub(r"[^\w\- ]", "", title.lower()).replace(" ", "-")
     anchor, count = text, 0
     while anchor in taken:
@@ -50,7 +50,7 @@ def slug(title, taken):
 
 
 def get_title(line):
-    """The title, if the line is a heading; else None."""
+    """The title, if the line is a heading; otherwise None."""
     match = _HEADING.match(line)
     return match.group(1) if match else None
 

@@ -1,8 +1,8 @@
 """Makes mutants of C++ sources: the same text with one small mistake.
 
 The sources are read as tokens, not parsed, and rely on the layout that clang-format gives them: an operator with
-blanks on both sides is binary, angle brackets without blanks hold template arguments. What is taken wrongly for
-something else mostly does not compile.
+blanks on both sides is binary, angle brackets without blanks hold template arguments. Most mutants of
+misread tokens do not compile.
 """
 
 import re
@@ -30,18 +30,18 @@ BINARY = {
 }
 COMPARISONS = {"<", "<=", ">", ">=", "==", "!="}
 WORDS = {"true": "false", "false": "true", "LONG_MAX": "(LONG_MAX - 1)", "LONG_MIN": "(LONG_MIN + 1)"}
-# Names that are easily taken for each other
+# Names that are easily confused
 NAMES = {"plus_one": "minus_one", "minus_one": "plus_one", "make_true": "make_false", "make_false": "make_true",
          "make_sum": "make_difference", "make_difference": "make_sum", "is_bv_ult": "is_bv_ule", "is_bv_ule": "is_bv_ult",
          "is_bv_slt": "is_bv_sle", "is_bv_sle": "is_bv_slt"}
-# The same for names that must be exchanged together: both of a statement
+# The same for names that must be exchanged together in a statement
 NAME_PAIRS = [{"BVAddSimpl": "BVSubSimpl", "make_bv_add_symbol": "make_bv_sub_symbol"},
               {"BVSubSimpl": "BVAddSimpl", "make_bv_sub_symbol": "make_bv_add_symbol"},
               {"BVNotSimpl": "BVNegSimpl", "make_bv_not_symbol": "make_bv_neg_symbol"},
               {"BVNegSimpl": "BVNotSimpl", "make_bv_neg_symbol": "make_bv_not_symbol"},
               {"BVRolSimpl": "BVRorSimpl", "make_bv_rotate_left_symbol": "make_bv_rotate_right_symbol"},
               {"BVRorSimpl": "BVRolSimpl", "make_bv_rotate_right_symbol": "make_bv_rotate_left_symbol"}]
-# What calculators read of a term, the last argument of the call, and the terms that it can be
+# Functions by which calculators read a term, the last argument of the call, and its possible values
 READERS = {"read_width", "read_number", "is_numeral", "find_numeral", "is_true", "is_truth_value"}
 TERMS = {"t": set(), "value": set(), "t->get_arg(0)": {"a", "x", "c"}, "t->get_arg(1)": {"b", "th"}}
 ASSIGNMENTS = {"=", "+=", "-=", "*=", "/=", "%=", "&=", "|=", "^=", "<<=", ">>="}
@@ -297,8 +297,8 @@ class SourceFile:
         return False
 
     def commute(self, first, last, next_first, next_last):
-        """Whether neither of two statements touches what the other one sets, as far as their text tells: that is
-        so for assignments without calls, and for calls of GMP, which sets its first argument."""
+        """Whether neither of two statements uses what the other one sets, as far as their text shows. That is known
+        for assignments without calls, and for calls of GMP, which sets its first argument."""
         one, two = self.read_effect(first, last), self.read_effect(next_first, next_last)
         if not one or not two:
             return False
@@ -318,7 +318,7 @@ class SourceFile:
 
 
     def mutate_calls(self):
-        """What is read is another term, and two arguments or elements of a list change places."""
+        """Another term is read, or two arguments or elements of a list are exchanged."""
         in_code = self.find_code()
         for i, token in enumerate(self.tokens):
             if token.text not in ("(", "{") or not in_code[i] or i in self.frozen:
@@ -376,7 +376,7 @@ class SourceFile:
             begin = i + 1
 
     def mutate_refusals(self):
-        """A refusal holds also, or only, beyond a word."""
+        """A refusal also, or only, applies to widths beyond a word."""
         for i, token in enumerate(self.tokens):
             if token.text != "if" or self.text(i + 1) != "(":
                 continue
@@ -394,7 +394,7 @@ class SourceFile:
                     self.add(i + 2, closing - 1, f"({condition}) || {width} > 64", "refusal widened beyond words")
 
     def find_width(self, i):
-        """An expression for a width where the token i stands, null if no sort there has one."""
+        """An expression for a width at the token i, None if no sort there has one."""
         begin = i
         while begin > 0 and self.source[self.tokens[begin].begin - 1 : self.tokens[begin].end] != "\n{":
             begin -= 1
@@ -431,7 +431,7 @@ def make_mutants(path, source):
         line = source.count("\n", 0, begin)
         text = lines[line].strip()
         repetition = sum(other.strip() == text for other in lines[: line + 1])
-        # The same change at several places of a line is numbered.
+        # The same change at several places of a line gets a number.
         seen[line, description] = seen.get((line, description), 0) + 1
         number = seen[line, description]
         change = description if number == 1 else f"{description} ({number})"

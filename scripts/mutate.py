@@ -5,15 +5,15 @@
 
 Puts one small mistake at a time into a copy of the sources (scripts/mutants.py has the kinds), builds the test
 programs of the same folder and runs them. If they pass, the mutant has survived: a test is missing, or the mutant
-means the same. Mutants of the second kind stand in scripts/mutate_equivalent.txt, each with the reason. With
+means the same. scripts/mutate_equivalent.txt lists mutants of the second kind, each with the reason. With
 --sanitize, the survivors are tried once more with the sanitizers of the preset `asan`.
 
 PATH is a source or a folder of sources, lumo/numbers/ and lumo/calculators/ if none is given. With --sample, only N mutants,
-drawn by the seed, are tried. Results are kept in build/mutate/results.tsv, and an interrupted run goes on from
-there: a killed mutant counts until its file changes, a survivor also until a test of its folder does.
+drawn by the seed, are tried. Results are kept in build/mutate/results.tsv, and an interrupted run continues
+from there: a killed mutant counts until its file changes, a survivor also until a test of its folder does.
 
 Prints each survivor and a table. Fails if a mutant survived that is not known as equivalent, if a known one was
-killed, or if an entry of the list fits none. Needs what the group `coverage` of scripts/setup.sh installs.
+killed, or if an entry of the list matches none. Needs what the group `coverage` of scripts/setup.sh installs.
 """
 
 import argparse
@@ -54,7 +54,7 @@ STATUSES = ("killed", "timed out", "not compiling", "equivalent", "survived")
 
 
 class Failure(Exception):
-    """What ends the run with a message."""
+    """Ends the run with a message."""
 
 
 def digest(*paths):
@@ -88,14 +88,14 @@ class TestProgram:
 
 
 def read_test_programs(folder):
-    """What tests/FOLDER/CMakeLists.txt declares."""
+    """The declarations of tests/FOLDER/CMakeLists.txt."""
     text = (ROOT / "tests" / folder / "CMakeLists.txt").read_text()
     programs = []
     for arguments in re.findall(r"lumo_add_test\(([^)]*)\)", text):
         words = arguments.split()
         sources = [f"tests/{folder}/{word}" for word in words if word.endswith(".cpp")]
         if "WITHOUT_LUMO" in words:
-            # Such a program compiles the numbers and the calculators itself.
+            # This program compiles the numbers and the calculators itself.
             sources += sorted(f"lumo/{room}/{p.name}" for room in ("numbers", "calculators")
                               for p in (ROOT / "lumo" / room).glob("*.cpp") if p.stem != "calculator_table")
         includes = re.search(r"INCLUDES((?:\s+[a-z]\S*)*)", arguments)
@@ -129,7 +129,7 @@ def write_ninja(build, options):
     objects = set()
 
     def compile_all(sources, includes=()):
-        # What is compiled with other headers has objects of its own.
+        # Sources that are compiled with other headers have separate objects.
         folder = "".join(f"{name}/objects/" for name in includes)
         for source in sources:
             if folder + source not in objects:
@@ -220,7 +220,7 @@ class Worker:
         return status == 0
 
     def measure(self, folders):
-        """How long the tests take without a mutant, which they all must pass."""
+        """The time of the tests without a mutant; they must all pass."""
         for build in self.builds:
             for folder in folders:
                 for program in read_test_programs(folder):
@@ -297,7 +297,7 @@ class Worker:
 
 
 class Results:
-    """What is known from earlier runs, kept in a file to which each result is added at once."""
+    """The results of earlier runs, in a file to which each result is added immediately."""
 
     def __init__(self, builds):
         self.path = OUT / "results.tsv"
@@ -321,7 +321,7 @@ class Results:
         return self.file_digests[mutant.path], self.test_digests[folder]
 
     def find(self, mutant):
-        """(status, note), or null if the mutant is to be tried."""
+        """(status, note), or None if the mutant must be tried."""
         of_file, of_tests = self.get_digests(mutant)
         found = self.known.get((mutant.key(), of_file))
         if not found:
@@ -340,7 +340,7 @@ class Results:
 
 
 class EquivalentMutants:
-    """The list of mutants that mean the same as the source.
+    """The list of mutants that are equivalent to the source.
 
     An entry begins with `FILE: LINE`, the line being the text of the source without indentation, or `FILE#N: LINE`
     for the N-th of several equal lines. Indented lines below it have `change: ...`, at least one of them, and then
@@ -378,7 +378,7 @@ class EquivalentMutants:
 
 
 def get_room(path):
-    """The room in which a source lies, or an empty string."""
+    """The room of a source, or an empty string."""
     folder, _, rest = path.partition("/")
     return rest.partition("/")[0] if folder == "lumo" else ""
 
@@ -397,7 +397,7 @@ def collect_mutants(paths):
 
 
 def arrange(mutants):
-    """The workers take mutants from both ends, so that one file keeps one worker; headers, which take the longest,
+    """The workers take mutants from both ends, so one worker handles one file; headers, which take the longest,
     come last."""
     first_folder = get_room(mutants[0].path)
 
@@ -410,7 +410,7 @@ def arrange(mutants):
 
 
 def try_all(mutants, results, jobs):
-    """Tries what the results do not have yet."""
+    """Tries the mutants without a result."""
     remaining = [mutant for mutant in mutants if not results.find(mutant)]
     if not remaining:
         return
@@ -458,7 +458,7 @@ def try_all(mutants, results, jobs):
 
 
 def report(mutants, results, equivalent):
-    """Prints survivors and the table; returns whether all is as it should be."""
+    """Prints survivors and the table; returns whether the run succeeded."""
     table, is_good = {}, True
     for mutant in mutants:
         status, note = results.find(mutant)

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # Makes Debian packages of lumo: lumo, with the program, and liblumo-dev, with the library and its headers. Prints where
-# they are. Installs what is missing first.
+# they are. Installs missing packages first.
 #
 #   scripts/package.sh
 #
-# scripts/package_test.sh tries them.
+# scripts/package_test.sh tests them.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Tries Debian packages of lumo.
+# Tests Debian packages of lumo.
 #
 #   scripts/package_test.sh FOLDER              in a fresh Debian: installs the packages in FOLDER, uses them, removes
 #                                               them, and fails if they leave a file behind
@@ -7,14 +7,14 @@
 #
 # Using them means to solve a script, to check the model, and to build and run the program in examples/embed/. The fresh
 # Debian is a folder under build/ that debootstrap fills from the mirror that apt uses here: that takes root, a network,
-# and some minutes. Installs what is missing first.
+# and some minutes. Installs missing packages first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 readonly script=examples/solve/checksum.smt2
 readonly root=$PWD/build/package-root
 readonly log=build/package-test.log
-# What building examples/embed/ takes besides the packages
+# The tools that building examples/embed/ needs besides the packages
 readonly tools=(g++ make pkgconf)
 
 fail()
@@ -23,7 +23,7 @@ fail()
   exit 1
 }
 
-# quietly COMMAND...: keeps what it prints in the log, and shows the end of that if it fails.
+# quietly COMMAND...: appends its output to the log, and shows the end of the log if it fails.
 quietly()
 {
   "$@" >> "$log" 2>&1 || {
@@ -49,14 +49,14 @@ make_fresh_debian()
   quietly debootstrap --variant=minbase "$release" "$root" "$mirror"
 }
 
-# All files, but for what apt and dpkg note about their work
+# All files, except the records of apt and dpkg about their work
 list_files()
 {
   inside find / -xdev \( -path /proc -o -path /sys -o -path /dev -o -path /tmp -o -path /var/log -o -path /var/cache \
     -o -path /var/lib/dpkg -o -path /var/lib/apt \) -prune -o -print | sort
 }
 
-# use_packages PREFIX RUN...: RUN runs a command where the packages are; PREFIX stands before the names of their files.
+# use_packages PREFIX RUN...: RUN runs a command where the packages are; PREFIX precedes the names of their files.
 use_packages()
 {
   local prefix=$1 model expected

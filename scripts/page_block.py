@@ -9,7 +9,7 @@ Fails if not exactly one block of the page has the mark.
 import pathlib
 import sys
 
-# No files beside the sources
+# Write no files next to the sources
 sys.dont_write_bytecode = True
 
 import markdown_pages  # noqa: E402

@@ -3,10 +3,10 @@
 #
 #   scripts/setup.sh [run|test|check|bench|fuzz|coverage|docs|ship]...
 #
-# run (the default) is what the library and the program need, test adds the tests, check the tools of a full
-# check, bench the benchmarks, fuzz the fuzz targets, coverage what measures which code the tests reach,
-# docs what makes the reference, ship what makes and tries Debian packages. Says and does nothing when all
-# packages are there. Needs root or sudo.
+# run (the default) has the packages for the library and the program, test adds those for the tests, check the tools of
+# a full check, bench the benchmarks, fuzz the fuzz targets, coverage the tools that measure which code the tests reach,
+# docs those that make the reference, ship those that make and test Debian packages. Prints and does nothing if all
+# packages are installed. Needs root or sudo.
 set -euo pipefail
 
 fail()
@@ -39,7 +39,7 @@ done
 
 installed=$'\n'
 if command -v dpkg-query > /dev/null; then
-  # It also ends with an error when it does not know one of the names, which is then simply not in its answer.
+  # It also fails if it does not know one of the names; that name is then not in its output.
   # shellcheck disable=SC2016  # the dollar signs are for dpkg-query
   installed+=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "${wanted[@]}" 2> /dev/null || true)
   installed+=$'\n'
@@ -74,7 +74,7 @@ run_apt()
 }
 
 echo "Installing ${missing[*]}"
-# A source of packages that does not answer matters only if the installation then fails, so go on.
+# A package source that does not answer matters only if the installation then fails, so continue.
 run_apt update || true
 if ! run_apt install --no-install-recommends "${missing[@]}"; then
   tail -n 20 "$log" >&2

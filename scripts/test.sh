@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Builds lumo with its tests, runs them all and ends with the closing lines of the run.
+# Builds lumo with its tests, runs all of them and prints the closing lines of the run.
 #
 #   scripts/test.sh [PRESET]
 #
-# PRESET is one of CMakePresets.json, debug if none is given. Installs what is missing first.
+# PRESET is one of CMakePresets.json, debug if none is given. Installs missing packages first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
@@ -33,7 +33,7 @@ status=0
 ctest --test-dir "$build" --no-tests=error --no-label-summary --output-on-failure --parallel "$(nproc)" \
   > "$test_log" 2>&1 || status=$?
 if [ "$status" -ne 0 ]; then
-  # What failed, without the lines on what passed
+  # The output of failed tests, without the lines about passed ones
   sed -E '/^ *Start +[0-9]+:/d; / Test +#[0-9]+: .* Passed /d; /^[0-9]+% tests passed/,$d' "$test_log" \
     | tail -n 200
 fi

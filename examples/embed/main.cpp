@@ -1,4 +1,4 @@
-// A solver eliminated 3 * y, and its model gives that product a value: what is y?
+// A solver eliminated 3 * y, and its model gives that product a value. This program finds y.
 
 #include <iostream>
 
@@ -10,7 +10,7 @@ using lumo::ModelStore;
 using lumo::Term;
 using lumo::TermManager;
 
-/// Prints the value of t's free argument y that makes t equal to the value, or why there is none.
+/// Prints the value of t's free argument y that makes t equal to the value, or the reason why there is none.
 void solve(TermManager& mgr, const Term* t, const Term* value, const Term* y)
 {
   std::cout << "3 * y = " << value->get_symbol()->get_name() << ": ";

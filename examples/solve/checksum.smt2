@@ -1,4 +1,4 @@
-; What occurs once only, |check sum|, a, b and is-signed, can take any value, and so can what is applied to it.
+; |check sum|, a, b and is-signed occur only once, so they can take any value, and so can applications to them.
 (set-logic QF_BV)
 (declare-const key (_ BitVec 8))
 (declare-const a (_ BitVec 8))

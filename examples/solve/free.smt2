@@ -1,5 +1,5 @@
-; Nothing of this is left for a solver: from the inside out, all becomes one unconstrained Boolean. The second branch
-; is no part of that, since z occurs three times, but with the condition free it does not matter.
+; Nothing is left for a solver: from the inside out, everything becomes one unconstrained Boolean. The second branch
+; is not free, since z occurs three times, but this does not matter, since the condition is free.
 (set-logic QF_BV)
 (declare-const x (_ BitVec 64))
 (declare-const y (_ BitVec 64))

@@ -1,4 +1,4 @@
-; Four rooms, five guests: what each guest wears is nobody's business, and is eliminated.
+; Four rooms, five guests: the clothes of the guests do not matter, and are eliminated.
 (set-logic QF_BV)
 (declare-const g1 (_ BitVec 2))
 (declare-const g2 (_ BitVec 2))

@@ -1,4 +1,4 @@
-// The calls that throw: each does what `try_calculate` of its class does, and throws the refusal.
+// The throwing calls: each calls `try_calculate` of its class, and throws the refusal.
 
 #include "lumo/calculators/adhoccalculators.h"
 

@@ -19,8 +19,8 @@ using DefinitionStack = std::stack<ModelStore::ModelDefinition, std::vector<Mode
 /// Computes values for the free arguments of an eliminated application.
 ///
 /// Elimination replaced the application t by a fresh constant, and a model gives that constant a value. The
-/// calculator of t's operator finds values for t's arguments that make t equal to it. Calculators hold no
-/// state: one object may be called any number of times, on terms of any manager.
+/// calculator of t's operator finds values for t's arguments that make t equal to this value. Calculators are
+/// stateless: one object may be called any number of times, on terms of any manager.
 ///
 /// Each class has a static function `try_calculate` that does the same as its `operator()`, but returns a refusal
 /// instead of throwing it, so that a refusal takes no longer than a solution.
@@ -34,14 +34,14 @@ class AdHocCalculator
   /// Pushes one definition, with its flag set, for each argument that gets a value, in the order that the
   /// calculator documents.
   ///
-  /// t is an application of the calculator's operator; value is what it must become: true or false, or a
-  /// numeral of t's width. Every Boolean value other than true counts as false, and a bit-vector value that is
-  /// not a numeral counts as 0 wherever the calculator reads its number. An argument is free if it is not a
-  /// numeral, true or false; it may then be a declared constant or a compound term.
+  /// t is an application of the calculator's operator; value is the value that it must take: true or false, or a
+  /// numeral of t's width. Every Boolean value other than true counts as false, and a bit-vector value that is not
+  /// a numeral counts as 0 wherever the calculator reads its number. An argument is free if it is not a numeral,
+  /// true or false; it is then a declared constant or a compound term.
   ///
-  /// Throws `error` with a text of its own if it cannot or must not solve the case, or a plain `Exception` if it
+  /// Throws `error` with a specific text if it cannot or must not solve the case, or a plain `Exception` if it
   /// needs a declared constant and finds none; in both cases it has pushed nothing. Exceptions of the term layer
-  /// pass through; after one between two pushes, the first definition stays on the stack.
+  /// pass through. If one is thrown between two pushes, the first definition stays on the stack.
   virtual void operator()(TermManager* mgr, const Term* t, const Term* value, DefinitionStack& defs) = 0;
 };
 
@@ -63,7 +63,7 @@ class NotAdHocCalculator : public AdHocCalculator
   static Refusal try_calculate(TermManager* mgr, const Term* t, const Term* value, DefinitionStack& defs);
 };
 
-/// Conjunction, t = a and b: a, then b take the value, although for false one of them would do.
+/// Conjunction, t = a and b: a, then b take the value, although for false one of them would suffice.
 /// Refuses an argument that is true or false, even where the other one alone could give the value.
 class AndAdHocCalculator : public AdHocCalculator
 {
@@ -72,7 +72,7 @@ class AndAdHocCalculator : public AdHocCalculator
   static Refusal try_calculate(TermManager* mgr, const Term* t, const Term* value, DefinitionStack& defs);
 };
 
-/// Disjunction, t = a or b: a, then b take the value, although for true one of them would do.
+/// Disjunction, t = a or b: a, then b take the value, although for true one of them would suffice.
 /// Refuses an argument that is true or false, even where the other one alone could give the value.
 class OrAdHocCalculator : public AdHocCalculator
 {
@@ -81,10 +81,10 @@ class OrAdHocCalculator : public AdHocCalculator
   static Refusal try_calculate(TermManager* mgr, const Term* t, const Term* value, DefinitionStack& defs);
 };
 
-/// Equivalence, t = (a iff b): if one argument is true or false, the other one takes what gives the value; of two
-/// free ones a becomes true, then b takes the value.
+/// Equivalence, t = (a iff b): if one argument is true or false, the other one takes the truth value that gives the
+/// value; of two free ones a becomes true, then b takes the value.
 /// Refuses two arguments that are both true or false.
-/// Differs: AndAdHocCalculator and OrAdHocCalculator refuse one such argument already, with another message.
+/// Differs: AndAdHocCalculator and OrAdHocCalculator already refuse one such argument, with another message.
 class IffAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -92,12 +92,11 @@ class IffAdHocCalculator : public AdHocCalculator
   static Refusal try_calculate(TermManager* mgr, const Term* t, const Term* value, DefinitionStack& defs);
 };
 
-/// If-then-else of any sort, t = ite(c, x, y): a free c becomes true if x is not a numeral, else false; then each
-/// branch that is not a numeral takes the value term itself, x before y.
-/// Refuses two numerals as branches if c is free, and one if c is true or false, also in the branch that c leaves
-/// out.
-/// Differs: the other Boolean calculators test arguments for being true or false; here a branch that is true or
-/// false counts as free.
+/// If-then-else of any sort, t = ite(c, x, y): a free c becomes true if x is not a numeral, otherwise false; then
+/// each branch that is not a numeral takes the value term itself, x before y. Refuses two numerals as branches if c
+/// is free. Refuses one numeral if c is true or false, also in the branch that c does not select. Differs: the
+/// other Boolean calculators test arguments for being true or false; here a branch that is true or false counts as
+/// free.
 class IteAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -182,7 +181,7 @@ class BVOrAdHocCalculator : public AdHocCalculator
 /// Bitwise exclusive or, t = a ^ b: if one argument is a numeral n, the other one takes value ^ n; of two free ones
 /// the first one that is a declared constant takes the value, then the other one 0.
 /// Refuses two numerals, and two free arguments that are both compound.
-/// Differs: BVAndAdHocCalculator and BVOrAdHocCalculator refuse one numeral already, with messages of their own,
+/// Differs: BVAndAdHocCalculator and BVOrAdHocCalculator already refuse one numeral, each with its own message,
 /// and read the width from the value instead of t.
 class BVXorAdHocCalculator : public AdHocCalculator
 {
@@ -192,7 +191,7 @@ class BVXorAdHocCalculator : public AdHocCalculator
 };
 
 /// Concatenation, t = a b: a takes the high bits of the value, then b the low ones.
-/// Refuses one or two numerals, and an a that is not a declared constant, although b alone could take its part.
+/// Refuses one or two numerals, and an a that is not a declared constant, even if b is one.
 /// Differs: BVOrAdHocCalculator and BVXorAdHocCalculator accept a declared constant in either place.
 class BVConcatAdHocCalculator : public AdHocCalculator
 {
@@ -203,8 +202,8 @@ class BVConcatAdHocCalculator : public AdHocCalculator
 
 /// Extraction, t = bits msb to lsb of x: x takes the value at those bits and 0 everywhere else.
 /// Refuses a numeral.
-/// Differs: BVNotAdHocCalculator and the other unary ones have other messages, and work on the value term; this one
-/// reads the value's number.
+/// Differs: BVNotAdHocCalculator and the other unary calculators have other messages, and work on the value term;
+/// this one reads the value's number.
 class BVSelectAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -214,7 +213,7 @@ class BVSelectAdHocCalculator : public AdHocCalculator
 
 /// Zero extension of x: for the value 0 x takes 0, for 1 it takes 1.
 /// Refuses every other value, also one that fits x.
-/// Differs: BVNotAdHocCalculator and the other unary ones refuse a numeral; BVSextAdHocCalculator and this one
+/// Differs: BVNotAdHocCalculator and the other unary calculators refuse a numeral; BVSextAdHocCalculator and this one
 /// give a value to any x, also to a numeral.
 class BVZextAdHocCalculator : public AdHocCalculator
 {
@@ -226,7 +225,7 @@ class BVZextAdHocCalculator : public AdHocCalculator
 /// Sign extension of x: for the value 0 x takes 0, for 1 it takes 1. An x of one bit takes 1 for the value 1
 /// although it then extends to all ones: that definition is wrong by design, and a caller must evaluate t under it.
 /// Refuses every other value, also -1.
-/// Differs: BVNotAdHocCalculator and the other unary ones refuse a numeral; BVZextAdHocCalculator and this one
+/// Differs: BVNotAdHocCalculator and the other unary calculators refuse a numeral; BVZextAdHocCalculator and this one
 /// give a value to any x, also to a numeral.
 class BVSextAdHocCalculator : public AdHocCalculator
 {
@@ -258,7 +257,7 @@ class BVLsrAdHocCalculator : public AdHocCalculator
 /// Arithmetic shift right, t = a >>s b: a takes the value, then b 0.
 /// Refuses one or two numerals, and an a that is not a declared constant.
 /// Differs: BVLslAdHocCalculator and BVLsrAdHocCalculator accept any a that is not a numeral;
-/// BVConcatAdHocCalculator and BVUdivAdHocCalculator have another message where only b is a declared constant.
+/// BVConcatAdHocCalculator and BVUdivAdHocCalculator have another message if only b is a declared constant.
 class BVAsrAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -293,7 +292,7 @@ class BVSubAdHocCalculator : public AdHocCalculator
 
 /// Multiplication, t = a * b: if one factor is an odd numeral c, the other one takes the value times the inverse of
 /// c; of two free factors the first one that is a declared constant takes the value, then the other one 1.
-/// Refuses two numerals, an even numeral even where a solution exists, and two free factors that are both
+/// Refuses two numerals, an even numeral even if a solution exists, and two free factors that are both
 /// compound.
 /// Differs: if one argument is a numeral, BVAddAdHocCalculator and BVSubAdHocCalculator pass the value term on; this
 /// one reads its number, which is 0 if the value is not a numeral.
@@ -344,8 +343,8 @@ class BVSremAdHocCalculator : public AdHocCalculator
 
 /// Unsigned less-than, t = a < b: if one operand is a numeral c, the other one takes c's neighbour (true) or c
 /// (false); two free operands, constants or not, take 0, then 1 (true) or 0 (false).
-/// Refuses two numerals, and true where c has no such neighbour.
-/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have a message each.
+/// Refuses two numerals, and the value true if c has no such neighbour.
+/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have different messages.
 class BVUltAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -355,8 +354,8 @@ class BVUltAdHocCalculator : public AdHocCalculator
 
 /// Unsigned less-or-equal, t = a <= b: if one operand is a numeral c, the other one takes c (true) or its neighbour
 /// (false); two free operands, constants or not, take 0 (true) or 1 (false), then 0.
-/// Refuses two numerals, and false where c has no such neighbour.
-/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have a message each.
+/// Refuses two numerals, and the value false if c has no such neighbour.
+/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have different messages.
 class BVUleAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -366,8 +365,8 @@ class BVUleAdHocCalculator : public AdHocCalculator
 
 /// Signed less-than, t = a <s b: as BVUltAdHocCalculator, with the neighbours in signed order; in width 1, where
 /// the pattern 1 is -1, two free operands take 1, then 0 for true.
-/// Refuses two numerals, and true where c has no such neighbour.
-/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have a message each.
+/// Refuses two numerals, and the value true if c has no such neighbour.
+/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have different messages.
 class BVSltAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -377,8 +376,8 @@ class BVSltAdHocCalculator : public AdHocCalculator
 
 /// Signed less-or-equal, t = a <=s b: as BVUleAdHocCalculator, with the neighbours in signed order; in width 1,
 /// where the pattern 1 is -1, two free operands take 0, then 1 for false.
-/// Refuses two numerals, and false where c has no such neighbour.
-/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have a message each.
+/// Refuses two numerals, and the value false if c has no such neighbour.
+/// Differs: for two numerals BVUltAdHocCalculator, BVUleAdHocCalculator and the signed pair have different messages.
 class BVSleAdHocCalculator : public AdHocCalculator
 {
  public:
@@ -387,8 +386,8 @@ class BVSleAdHocCalculator : public AdHocCalculator
 };
 
 /// One-bit comparison, t = bvcomp(a, b): as EqAdHocCalculator, with the value 1 for true and 0 for false.
-/// Refuses a value that is neither, before it looks at the operands; then what EqAdHocCalculator refuses.
-/// Differs: EqAdHocCalculator takes every value that is not true for false.
+/// Refuses a value that is neither, before it reads the operands; then the cases that EqAdHocCalculator refuses.
+/// Differs: EqAdHocCalculator treats every value that is not true as false.
 class BVCompAdHocCalculator : public AdHocCalculator
 {
  public:

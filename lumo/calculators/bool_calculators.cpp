@@ -92,7 +92,7 @@ Refusal IteAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, const
 
   // False is tested before true here, unlike in the other Boolean calculators.
   if (c->get_symbol() == mgr->get_false_symbol() || c->get_symbol() == mgr->get_true_symbol()) {
-    // A numeral is refused also in the branch that the condition leaves out.
+    // A numeral is also refused in the branch that the condition does not select.
     if (is_numeral(mgr, th) || is_numeral(mgr, el)) return "We cannot find a value for this atom!";
 
     push_definition(defs, th, value);

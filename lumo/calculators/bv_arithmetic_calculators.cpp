@@ -58,7 +58,7 @@ Refusal BVSubAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, con
   if (!a_is_number && !b_is_number) {
     const Selection selection = select_free_constant(mgr, a, b);
     if (selection.refusal) return selection.refusal;
-    // After an exchange a is the subtrahend, and 0 - (2^w - v) is v again.
+    // After an exchange, a is the subtrahend, and 0 - (2^w - v) = v modulo 2^w.
     push_definition(defs, a, mgr->make_bv_number(selection.swapped ? BVNumber::pow2(w) - v : v, w));
     push_definition(defs, b, mgr->make_bv_number(0, w));
     return {};

@@ -15,9 +15,8 @@ Refusal push_number(TermManager* mgr, DefinitionStack& defs, const Term* x, cons
   return {};
 }
 
-// The neighbours of a pattern c in either order; the extreme pattern of the order has none. The neighbour of
-// -1 or of 0 in signed order leaves the range of patterns, and the numeral's reduction to the width brings it
-// back.
+// The neighbours of a pattern c in each order; the extreme pattern of the order has none. In signed order, the
+// neighbour of -1 or of 0 leaves the range of patterns; making the numeral reduces it to the width.
 
 Refusal push_above(TermManager* mgr, DefinitionStack& defs, const Term* x, const QNumber& c, unsigned long w)
 {
@@ -31,9 +30,9 @@ Refusal push_below(TermManager* mgr, DefinitionStack& defs, const Term* x, const
   return push_number(mgr, defs, x, minus_one(c), w);
 }
 
-/// The pattern 2^(w-1) of the least number in signed order. The width 0, with which an application of another
-/// operator comes, has none, and -1 differs from every pattern and its successors: the term layer then refuses
-/// to make a numeral of that width.
+/// The pattern 2^(w-1) of the least number in signed order. The width 0 comes from an application of another
+/// operator and has no such pattern. Then -1 differs from every pattern and its successors, and the term layer
+/// refuses to make a numeral of that width.
 QNumber get_least_signed(unsigned long w) { return w != 0 ? BVNumber::pow2(w - 1) : QNumber(-1); }
 
 Refusal push_above_signed(TermManager* mgr, DefinitionStack& defs, const Term* x, const QNumber& c,
@@ -113,7 +112,7 @@ Refusal BVSltAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, con
     return want ? push_above_signed(mgr, defs, b, *a_number, w) : push_number(mgr, defs, b, *a_number, w);
   if (b_number)
     return want ? push_below_signed(mgr, defs, a, *b_number, w) : push_number(mgr, defs, a, *b_number, w);
-  // In width 1 the pattern 1 is -1, the lesser of the two.
+  // In width 1, the pattern 1 is -1, the lesser of the two.
   const bool one_is_less = w == 1;
   push_definition(defs, a, mgr->make_bv_number(want && one_is_less ? 1 : 0, w));
   push_definition(defs, b, mgr->make_bv_number(want && !one_is_less ? 1 : 0, w));
@@ -137,7 +136,7 @@ Refusal BVSleAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, con
     return want ? push_number(mgr, defs, b, *a_number, w) : push_below_signed(mgr, defs, b, *a_number, w);
   if (b_number)
     return want ? push_number(mgr, defs, a, *b_number, w) : push_above_signed(mgr, defs, a, *b_number, w);
-  // In width 1 the pattern 1 is -1, the lesser of the two.
+  // In width 1, the pattern 1 is -1, the lesser of the two.
   const bool one_is_less = w == 1;
   push_definition(defs, a, mgr->make_bv_number(!want && !one_is_less ? 1 : 0, w));
   push_definition(defs, b, mgr->make_bv_number(!want && one_is_less ? 1 : 0, w));

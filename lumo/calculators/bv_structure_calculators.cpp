@@ -8,21 +8,21 @@ namespace lumo::adhoccalculator {
 
 namespace {
 
-/// Either extension: 0 and 1 look alike at every width; no other value is taken back.
+/// Both extensions: 0 and 1 have the same pattern at every width; every other value is refused.
 Refusal solve_extension(TermManager* mgr, const Term* t, const Term* value, DefinitionStack& defs)
 {
   const QNumber& v = read_number(mgr, value);
   const Term* x = t->get_arg(0);
   const unsigned long w = read_width(mgr, x);
 
-  // The temporary number is also destroyed for exceptions, in branches that no test takes.
+  // The temporary number is also destroyed if an exception is thrown, in branches that no test takes.
   if (v.sign() != 0 && v != QNumber(1)) return "not free!";  // GCOVR_EXCL_BR_LINE
 
   push_definition(defs, x, mgr->make_bv_number(v, w));
   return {};
 }
 
-/// Either logical shift: a shift by zero changes nothing.
+/// Both logical shifts: a shift by zero changes nothing.
 Refusal solve_logical_shift(TermManager* mgr, const Term* t, const Term* value, DefinitionStack& defs)
 {
   const unsigned long w = read_width(mgr, t);
@@ -75,7 +75,7 @@ Refusal BVSelectAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, 
 
   if (is_numeral(mgr, x)) return "should have been handled at the normalization step";
 
-  // The value, then zeros below it, then zeros above both; r is cur bits wide.
+  // Start with the value, add zeros below it, then zeros above both; r is cur bits wide.
   unsigned long cur = msb + 1 - lsb;
   const QNumber& v = read_number(mgr, value);
   const Term* r = mgr->make_bv_number(v, cur);

@@ -9,9 +9,9 @@ namespace lumo {
 /// s is a symbol of mgr.
 [[nodiscard]] adhoccalculator::AdHocCalculator* find_calculator(const TermManager& mgr, const Symbol* s);
 
-/// Does what the calculator of t's operator does, but returns a refusal instead of throwing it: a refusal then
-/// costs no more than a solution. Exceptions of the term layer still pass through. A t that is not an application
-/// of an operator is refused by an `Exception`.
+/// Does the same as the calculator of t's operator, but returns a refusal instead of throwing it: a refusal then
+/// costs no more than a solution. Exceptions of the term layer still pass through. Throws an `Exception` if t is
+/// not an application of an operator.
 [[nodiscard]] adhoccalculator::Refusal try_calculate(TermManager* mgr, const Term* t, const Term* value,
                                                      adhoccalculator::DefinitionStack& defs);
 

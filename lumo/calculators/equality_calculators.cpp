@@ -52,7 +52,7 @@ Refusal BVCompAdHocCalculator::try_calculate(TermManager* mgr, const Term* t, co
   const QNumber& v = read_number(mgr, value);
 
   const bool is_zero = v == QNumber(0);
-  // The temporary number is also destroyed for exceptions, in branches that no test takes.
+  // The temporary number is also destroyed if an exception is thrown, in branches that no test takes.
   if (!is_zero && QNumber(1) != v) return "unexpected value from comp";  // GCOVR_EXCL_BR_LINE
 
   return solve_equality(mgr, t, !is_zero, defs);

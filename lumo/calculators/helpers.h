@@ -1,8 +1,8 @@
 #ifndef LUMO_CALCULATORS_HELPERS_H
 #define LUMO_CALCULATORS_HELPERS_H
 
-// What the calculators share among themselves. Not part of the library's interface: every source that
-// includes this has its own copy.
+// Helpers that the calculators share. Not part of the library's interface: every source that includes this header
+// has its own copy.
 
 #include <utility>
 
@@ -54,16 +54,16 @@ struct Operands
   return {a, b, a_is_number, b_is_number};
 }
 
-/// What `select_free_constant` has done: it found no constant, or it did and had to exchange the operands or not.
+/// The result of `select_free_constant`: whether it found a constant, and whether it exchanged the operands.
 struct Selection
 {
   Refusal refusal;
   bool swapped;
 };
 
-/// Puts an operand that is a declared constant first. If both are constants, a stays.
+/// Moves an operand that is a declared constant to the first place. If both are constants, a stays first.
 ///
-/// If neither is one, the refusal names the symbol of the second operand, and the two are left exchanged.
+/// If neither is a constant, the refusal names the symbol of the second operand, and the two stay exchanged.
 [[maybe_unused]] inline Selection select_free_constant(const TermManager* mgr, const Term*& a, const Term*& b)
 {
   bool swapped = false;
@@ -77,8 +77,8 @@ struct Selection
 
 /// The same for callers that want an exception: returns whether it exchanged a and b, and throws the refusal.
 ///
-/// That is a plain `Exception` and deliberately not an `AdHocCalculator::error`, so a handler for errors does not
-/// see it; an observer sees the message twice, first without the name.
+/// The exception is a plain `Exception` and deliberately not an `AdHocCalculator::error`, so a handler for errors
+/// does not catch it. An observer sees the message twice, first without the name.
 [[maybe_unused]] inline bool find_free_constant(TermManager* mgr, const Term*& a, const Term*& b)
 {
   const Selection selection = select_free_constant(mgr, a, b);
@@ -114,10 +114,10 @@ struct Selection
   return x;
 }
 
-/// For 0 < a < m an x in [0, m) with a * x = gcd(a, m) modulo m: the inverse of a if the two have no common
-/// factor, which is not tested. 0 for a = 0.
+/// For 0 < a < m, an x in [0, m) with a * x = gcd(a, m) modulo m: the inverse of a if the two have no common
+/// factor, which is not checked. For a = 0, the result is 0.
 ///
-/// An odd number has one inverse only modulo a power of two, so there a faster way to it gives the same.
+/// The inverse of an odd number modulo a power of two is unique, so a faster algorithm gives the same result there.
 [[maybe_unused]] inline QNumber calculate_modular_inverse(const QNumber& a, const QNumber& m)
 {
   unsigned long w;

@@ -22,8 +22,8 @@ void Refusal::raise() const
 {
   if (found_ == nullptr) throw AdHocCalculator::error(text_);
 
-  // The error is built, so an observer sees it; but what is thrown is a copy of its base, so that a handler of
-  // AdHocCalculator::error does not get it.
+  // The error is constructed, so an observer sees it. But a copy of its base is thrown, so a handler of
+  // AdHocCalculator::error does not catch it.
   AdHocCalculator::error e(text_);
   e << found_->get_name() << kTextAfterName;
   throw Exception(e);

@@ -7,8 +7,8 @@
 
 namespace lumo::adhoccalculator {
 
-/// What a call that does not throw returns: that the case is solved, or why it is refused. Two words, and
-/// nothing is allocated until the text is asked for.
+/// The result of a call that does not throw: the case is solved, or why it is refused. It has two words, and
+/// allocates nothing until the text is requested.
 class [[nodiscard]] Refusal
 {
  public:
@@ -27,19 +27,19 @@ class [[nodiscard]] Refusal
 
   /// Whether the case is refused.
   [[nodiscard]] constexpr explicit operator bool() const { return text_ != nullptr; }
-  /// Whether it is refused because there is no declared constant: the one refusal that is thrown as a plain
+  /// Whether it is refused because there is no declared constant: the only refusal that is thrown as a plain
   /// `Exception`.
   [[nodiscard]] constexpr bool is_missing_constant() const { return found_ != nullptr; }
-  /// The text that the exception has; empty if the case is solved. The symbol that it may name must still live.
+  /// The text of the exception; empty if the case is solved. Precondition: the symbol that it names still exists.
   [[nodiscard]] std::string get_text() const;
 
-  /// Throws what the calculator throws for this refusal: an `AdHocCalculator::error`, or a plain `Exception` if
+  /// Throws the calculator's exception for this refusal: an `AdHocCalculator::error`, or a plain `Exception` if
   /// a constant is missing. Precondition: the case is refused.
   [[noreturn]] void raise() const;
 
  private:
   const char* text_ = nullptr;     ///< null if the case is solved
-  const Symbol* found_ = nullptr;  ///< what is not a constant; null for every other refusal
+  const Symbol* found_ = nullptr;  ///< the symbol that is not a constant; null for every other refusal
 };
 
 }  // namespace lumo::adhoccalculator

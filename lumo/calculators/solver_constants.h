@@ -8,8 +8,8 @@
 
 namespace lumo {
 
-// Constants by which solvers name truth values, literals and heap positions. The module carries them and reads none
-// of them. No public header includes this one, so the names do not meet a user's macros.
+// Constants by which solvers name truth values, literals and heap positions. The module only declares them and does
+// not use them. No public header includes this header, so the names do not conflict with a user's macros.
 
 /// Truth values of a partial assignment, one byte each
 inline constexpr std::int8_t l_True = 1;

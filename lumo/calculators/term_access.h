@@ -1,9 +1,9 @@
 #ifndef LUMO_CALCULATORS_TERM_ACCESS_H
 #define LUMO_CALCULATORS_TERM_ACCESS_H
 
-// How the calculators read numerals. They can be compiled with the terms of another program, so they use only
-// what every term layer has; where a layer offers a faster way to the same answer, they take it, which is decided
-// at compile time. Private to the module: every source that includes this has its own copy.
+// How the calculators read numerals. They can be compiled with the terms of another program, so they use only the
+// functions that every term layer has. If a layer offers a faster way to the same result, they use it; the choice
+// is made at compile time. Private to the module: every source that includes this header has its own copy.
 
 #include <array>
 #include <concepts>
@@ -18,7 +18,7 @@ namespace lumo::adhoccalculator {
 namespace {  // NOLINT(google-build-namespaces): private to each source of the module by design
 
 /// Whether numerals can be read in place, without a search and a copy: `find_number(s)` points to the number of
-/// a numeral and is null for every other symbol. It has the answer of `is_number(s, out)`.
+/// a numeral and is null for every other symbol. It agrees with `is_number(s, out)`.
 template <class Manager>
 concept HasFindNumber = requires(const Manager* mgr, const Symbol* s)
 {
@@ -67,7 +67,8 @@ template <class Manager>
   }
 }
 
-/// The argument list of a functor, for one or more of its calls: an array if the functor takes one, else a vector.
+/// The argument list of a functor, for one or more of its calls: an array if the functor takes one, otherwise a
+/// vector.
 template <class Functor, std::same_as<const Term*>... Terms>
 [[maybe_unused]] auto make_arguments(Terms... terms)
 {

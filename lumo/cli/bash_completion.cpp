@@ -24,7 +24,7 @@ _lumo_files()
   mapfile -t COMPREPLY < <(compgen -f -- "$1")
 }
 
-# Scripts and folders, or whatever is there if no script is.
+# Scripts and folders, or all files if there is no script.
 _lumo_scripts()
 {
   compopt -o filenames 2> /dev/null
@@ -41,7 +41,7 @@ _lumo()
   local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]}
   local subcommand='' takes_options=yes i
   COMPREPLY=()
-  # For readline, the equals sign of --option=value is a word.
+  # Readline makes the equals sign of --option=value a separate word.
   if [[ $word == = ]]; then
     word=''
   elif [[ $before == = ]]; then
@@ -74,7 +74,7 @@ std::string_view get_action(ValueKind kind)
     case ValueKind::kNumber:
       break;
   }
-  return {};  // nothing can be offered
+  return {};  // no completion is possible
 }
 
 std::string join_option_names(const CLI::App& app)
@@ -95,7 +95,7 @@ std::string join_subcommand_names(const CLI::App& app)
   return words;
 }
 
-/// Behind an option that takes a value comes a value.
+/// After an option that takes a value, completes the value.
 void print_values(std::ostream& out, const CLI::App& app)
 {
   out << "  if [[ -n $takes_options ]]; then\n    case \"$subcommand $before\" in\n";

@@ -1,4 +1,4 @@
-// The lumo program: options in, exit status out. What it does is in the library.
+// The lumo program: parses the options, calls the subcommand, and returns its exit status.
 
 #include <cstdlib>
 #include <exception>
@@ -23,7 +23,7 @@ using lumo::cli::ProgressLine;
 using lumo::cli::Subcommand;
 using lumo::commands::kFailed;
 
-/// Prints a text that was asked for.
+/// Prints a text on request, such as the help.
 int print(const std::string& text)
 {
   return lumo::commands::run_subcommand(std::cerr, [&] {
@@ -32,7 +32,7 @@ int print(const std::string& text)
   });
 }
 
-/// Runs the subcommand that was given and returns its exit status.
+/// Runs the given subcommand and returns its exit status.
 int run_subcommand(const Options& options)
 {
   const lumo::cli::Values& values = options.get_values();
@@ -53,7 +53,7 @@ int run_subcommand(const Options& options)
     case Subcommand::kInvert:
       return lumo::commands::run_invert(values.invert_files, std::cin, std::cout, err, &line);
   }
-  return kFailed;  // GCOVR_EXCL_LINE: that was all of them
+  return kFailed;  // GCOVR_EXCL_LINE: the switch handles all values
 }
 
 int run(int argc, char** argv)
@@ -85,7 +85,7 @@ int run_guarded(int argc, char** argv)
 }
 
 // -----------------------------------------------------------------------------------------------------------
-// Memory that runs out where no exception can be thrown
+// Out of memory where no exception can be thrown
 
 /// Ends the program as a std::bad_alloc would.
 [[noreturn]] void end_without_memory()
@@ -95,7 +95,7 @@ int run_guarded(int argc, char** argv)
   _exit(kFailed);
 }
 
-// GMP would print a message of its own and abort.
+// By default, GMP would print its own message and abort.
 
 void* allocate(std::size_t size)
 {

@@ -13,7 +13,7 @@ namespace lumo::cli {
 
 namespace {
 
-/// What examples are for, and what to type
+/// An example: its purpose, and the commands
 struct Example
 {
   std::string_view purpose;
@@ -29,11 +29,11 @@ constexpr std::array<Example, 4> kExamples = {{
      "z3 rest.smt2 > model.txt\n"
      "lumo extend problem.smt2 --trail trail.smt2 --model model.txt > full.txt\n"
      "lumo check problem.smt2 --model full.txt"},
-    {"Draw the script's terms, with those marked that elimination takes away:",
+    {"Draw the script's terms, with the applications marked that elimination removes:",
      "lumo dot problem.smt2 | dot -Tsvg -o graph.svg"},
 }};
 
-/// A text as roff takes it. In what is typed, dashes and quotes are those of the keyboard.
+/// A text with roff's escapes. In typed text, dashes and quotes are those of the keyboard.
 std::string escape_roff(std::string_view text, bool is_typed)
 {
   std::string roff;
@@ -53,7 +53,7 @@ std::string escape_roff(std::string_view text, bool is_typed)
 
 std::string escape_typed(std::string_view text) { return escape_roff(text, true); }
 
-/// A text in lines that are not too long. None starts with what would make it a request to roff.
+/// A text in lines of limited length. No line starts like a roff request.
 std::string make_paragraph(const std::string& text)
 {
   constexpr std::size_t kLongest = 78;
@@ -90,7 +90,7 @@ std::string make_tag(const CLI::Option& option)
   return takes_value(option) ? tag + " " + make_italic(option.get_type_name()) : tag;
 }
 
-/// How an option is shown on the command line: its longest name, in brackets if it need not be there.
+/// The form of an option in the synopsis: its longest name, in brackets if it is optional.
 std::string make_usage(const CLI::Option& option)
 {
   std::string usage = make_bold(list_names(option).back());
@@ -143,8 +143,8 @@ void print_description(std::ostream& out, const CLI::App& app)
   out << ".SH DESCRIPTION\n.B lumo\n"
       << make_sentences(what_it_does)
       << make_paragraph(
-             "A term is unconstrained if it can take any value whatever the rest of the script says, as a "
-             "constant can that occurs once, and often what is applied to it.")
+             "A term is unconstrained if it can take any value, whatever the rest of the script is. A "
+             "constant that occurs once is unconstrained, and often an application to it, too.")
       << ".PP\nFiles are SMT-LIB 2 scripts over Booleans and bit-vectors, and models as\nsolvers print "
          "them.\n"
          "The file name\n.B \\-\nstands for the standard input.\n";

@@ -23,7 +23,7 @@ bool looks_like_file(const std::string& word)
   return std::filesystem::is_regular_file(word, ignored) || word == "-" || word.ends_with(".smt2");
 }
 
-/// A sentence as the program prints it. The subcommand may have none.
+/// A message of the program. `meant` and the subcommand may be empty.
 std::string make_line(const std::string& sentence, const std::string& meant, const std::string& subcommand)
 {
   const std::string suggestion = meant.empty() ? "" : "; perhaps " + make_excerpt(meant) + " was meant";
@@ -41,7 +41,7 @@ std::string explain_subcommand(const CLI::App& app, const std::string& word)
   return make_line(make_excerpt(word) + " is not a subcommand", meant, "");
 }
 
-/// The long option that is nearest, dashes aside: `-model` lacks one.
+/// The nearest long option; dashes are ignored, as in `-model`.
 std::string find_nearest_option(const CLI::App& app, const std::string& name)
 {
   std::vector<std::string> words;
@@ -62,7 +62,7 @@ std::string explain_option(const CLI::App& app, const std::string& word)
       find_nearest_option(app, name), subcommand);
 }
 
-/// The options that nobody knows are what most likely went wrong, even if CLI11 found something else first, as
+/// An unknown option is the most likely mistake, even if CLI11 reported another one first, for example
 /// that a file is missing.
 const CLI::App* find_app_with_unknown_option(const CLI::App& app, std::string& option)
 {
@@ -86,7 +86,7 @@ const CLI::App* find_given_subcommand(const CLI::App& app)
   return nullptr;
 }
 
-/// The option that got what is no number. Only options whose value is one can be the cause.
+/// The option whose value is not a number. Only options with numbers as values can be the cause.
 const CLI::Option* find_wrong_number(const CLI::App& subcommand)
 {
   for (const CLI::Option* option : list_options(subcommand)) {
@@ -96,8 +96,8 @@ const CLI::Option* find_wrong_number(const CLI::App& subcommand)
   return nullptr;
 }
 
-/// The option with which CLI11's sentence begins, flags without their dashes: the exception itself does not
-/// tell.
+/// The option at the start of CLI11's sentence, where flags have no dashes: the exception itself does not
+/// contain it.
 const CLI::Option* find_first_word(const CLI::App& subcommand, const std::string& sentence)
 {
   const std::string word = sentence.substr(0, sentence.find_first_of(": "));
@@ -113,7 +113,7 @@ std::string describe_mismatch(const CLI::Option& option)
   return name + " needs a value, " + option.get_type_name();
 }
 
-/// What is wrong, in CLI11's own words if it is none of the usual mistakes.
+/// Describes the mistake; in CLI11's words if it is not one of the usual mistakes.
 std::string describe(const CLI::App& subcommand, const CLI::ParseError& error)
 {
   if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr && !subcommand.remaining().empty())

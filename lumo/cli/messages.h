@@ -7,8 +7,8 @@
 
 namespace lumo::cli {
 
-/// One sentence on a command line that cannot be read, with what may have been meant, if that can be told, and
-/// where to find help. The app is the one that found the error.
+/// One sentence about a command line that cannot be parsed, with a suggestion if there is a near word, and the
+/// command that prints the help. The app is the one that found the error.
 [[nodiscard]] std::string explain(const CLI::App& app, const CLI::ParseError& error);
 
 }  // namespace lumo::cli

@@ -43,10 +43,10 @@ std::string_view describe_value(ValueKind kind)
     case ValueKind::kNumber:
       return "a number";
   }
-  return {};  // GCOVR_EXCL_LINE: that was all of them
+  return {};  // GCOVR_EXCL_LINE: the switch handles all values
 }
 
-/// CLI11 takes an empty value as if the option were not given.
+/// CLI11 treats an empty value as if the option were missing.
 void refuse_empty_values(const std::vector<const CLI::Option*>& options)
 {
   for (const CLI::Option* option : options) {
@@ -72,7 +72,7 @@ Options::Options()
     : app_(
           "Eliminates unconstrained terms from SMT-LIB 2 scripts over Booleans and bit-vectors, and makes "
           "models\n"
-          "of the scripts from models of what is left.",
+          "of the scripts from models of the rest.",
           "lumo")
 {
   app_.get_formatter()->label("REQUIRED", "(required)");
@@ -121,18 +121,18 @@ void Options::add_solve()
   commands::SolveOptions& solve = values_.solve;
   CLI::App* subcommand =
       add_subcommand(Subcommand::kSolve, "solve",
-                     "Eliminate, let a solver answer the rest, and print sat, unsat or unknown.");
+                     "Eliminate, let a solver solve the rest, and print sat, unsat or unknown.");
   add_script(subcommand, solve.file);
-  subcommand->add_flag("--model", solve.wants_model, "Print a checked model of all declared constants, too");
+  subcommand->add_flag("--model", solve.wants_model, "Also print a checked model of all declared constants");
   subcommand
       ->add_option("--solver", solve.method.solver_command,
-                   "A command that reads SMT-LIB 2 and answers; else it is Z3 within lumo")
+                   "The command of a solver that reads SMT-LIB 2; the default is the built-in Z3")
       ->type_name("COMMAND");
-  subcommand->add_option("--timeout", solve.method.seconds, "Give up when the solver has taken so long")
+  subcommand->add_option("--timeout", solve.method.seconds, "Stop the solver after this time")
       ->type_name("SECONDS");
   subcommand->add_flag_callback(
       "--no-elimination", [this] { values_.solve.method.eliminates = false; },
-      "Give the solver all of the script");
+      "Give the solver the whole script");
   subcommand->add_flag("--stats", solve.wants_statistics,
                        "Print sizes, eliminated applications and times to standard error");
   subcommand->add_flag("--json", solve.wants_json, "Print answer, model and statistics as one JSON object");
@@ -142,12 +142,12 @@ void Options::add_simplify()
 {
   commands::SimplifyOptions& simplify = values_.simplify;
   CLI::App* subcommand = add_subcommand(Subcommand::kSimplify, "simplify",
-                                        "Eliminate, and print what is left as a script for any solver.");
+                                        "Eliminate, and print the rest as a script for any solver.");
   add_script(subcommand, simplify.file);
   subcommand
-      ->add_option("-o,--output", simplify.rest, "The file for what is left; else it is standard output")
+      ->add_option("-o,--output", simplify.rest, "The file for the rest; the default is standard output")
       ->type_name("REST");
-  subcommand->add_option("--trail", simplify.trail, "The file for what extend needs to know")
+  subcommand->add_option("--trail", simplify.trail, "The file for the trail, which extend needs")
       ->type_name("TRAIL");
 }
 
@@ -156,12 +156,12 @@ void Options::add_extend()
   commands::ExtendOptions& extend = values_.extend;
   CLI::App* subcommand = add_subcommand(
       Subcommand::kExtend, "extend",
-      "Make a model of the script from a solver's model of what simplify left of it, and check it.");
+      "Make a model of the script from a solver's model of the rest that simplify printed, and check it.");
   add_script(subcommand, extend.file);
-  subcommand->add_option("--trail", extend.trail, "What simplify wrote for this")
+  subcommand->add_option("--trail", extend.trail, "The trail that simplify wrote")
       ->type_name("TRAIL")
       ->required();
-  subcommand->add_option("--model", extend.model, "What the solver answered")->type_name("MODEL")->required();
+  subcommand->add_option("--model", extend.model, "The output of the solver")->type_name("MODEL")->required();
 }
 
 void Options::add_check()
@@ -178,11 +178,11 @@ void Options::add_check()
 void Options::add_dot()
 {
   commands::DotOptions& dot = values_.dot;
-  CLI::App* subcommand =
-      add_subcommand(Subcommand::kDot, "dot",
-                     "Print the term graph for Graphviz, with the applications marked that will go.");
+  CLI::App* subcommand = add_subcommand(
+      Subcommand::kDot, "dot", "Print the term graph for Graphviz, with the eliminated applications marked.");
   add_script(subcommand, dot.file);
-  subcommand->add_flag("--after", dot.is_after, "Show what is left, with what stands for the others marked");
+  subcommand->add_flag("--after", dot.is_after,
+                       "Show the rest, with the constants marked that replace applications");
 }
 
 void Options::add_invert()
@@ -190,8 +190,8 @@ void Options::add_invert()
   CLI::App* subcommand = add_subcommand(
       Subcommand::kInvert, "invert",
       "Print definitions of constants that satisfy each assertion of the FILEs. An assertion (= t v)\n"
-      "asks for values of t's arguments that make t equal to the literal v, (not t) for values that\n"
-      "make t false, any other application t for values that make it true.");
+      "requests values of t's arguments that make t equal to the literal v, (not t) values that\n"
+      "make t false, any other application t values that make it true.");
   subcommand->add_option("FILE", values_.invert_files, "SMT-LIB 2 files; - is the standard input")
       ->type_name("")
       ->required();
@@ -234,7 +234,7 @@ ValueKind get_value_kind(const CLI::Option& option)
   for (const ValueName& row : kValueNames) {
     if (row.name == name) return row.kind;
   }
-  throw std::logic_error("nothing is known of the value " + name);  // GCOVR_EXCL_LINE
+  throw std::logic_error("there is no kind for the value " + name);  // GCOVR_EXCL_LINE
 }
 
 }  // namespace lumo::cli

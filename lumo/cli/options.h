@@ -28,7 +28,7 @@ enum class Subcommand : std::uint8_t
   kInvert,
 };
 
-/// What the subcommands were given.
+/// The values of the options and arguments of all subcommands.
 struct Values
 {
   commands::SolveOptions solve;
@@ -39,7 +39,7 @@ struct Values
   std::vector<std::string> invert_files;
 };
 
-/// The one table of the subcommands and their options: it reads the command line, and help, manual page and
+/// The only table of the subcommands and their options: it reads the command line, and help, manual page and
 /// completion are made from it.
 class Options
 {
@@ -48,11 +48,11 @@ class Options
   Options(const Options&) = delete;
   Options& operator=(const Options&) = delete;
 
-  /// Whatever CLI11 finds wrong, or is asked to print, is an exception of its own; so is an empty value.
+  /// Throws CLI11's exceptions for mistakes, for help and version, and for empty values.
   void parse(int argc, const char* const* argv);
 
   [[nodiscard]] const CLI::App& get_app() const { return app_; }
-  /// The subcommand that was given, after a parse that found nothing wrong.
+  /// The given subcommand. Precondition: `parse` succeeded.
   [[nodiscard]] Subcommand get_subcommand() const;
   [[nodiscard]] const Values& get_values() const { return values_; }
 
@@ -71,15 +71,15 @@ class Options
 };
 
 // -----------------------------------------------------------------------------------------------------------
-// What the help, the manual page and the completion show
+// Access for the help, the manual page and the completion
 
 /// The subcommands in the table's order.
 [[nodiscard]] std::vector<const CLI::App*> list_subcommands(const CLI::App& app);
-/// The options that are given by name, that for help first.
+/// The options with names, `--help` first.
 [[nodiscard]] std::vector<const CLI::Option*> list_options(const CLI::App& app);
-/// The arguments that are given by place.
+/// The positional arguments.
 [[nodiscard]] std::vector<const CLI::Option*> list_arguments(const CLI::App& app);
-/// How an option may be called, dashes included, short names first.
+/// The names of an option with their dashes, short names first.
 [[nodiscard]] std::vector<std::string> list_names(const CLI::Option& option);
 
 [[nodiscard]] inline bool takes_value(const CLI::Option& option)
@@ -93,13 +93,13 @@ class Options
 
 enum class ValueKind : std::uint8_t
 {
-  kScript,   ///< the name of a file, most often of an SMT-LIB 2 script
+  kScript,   ///< the name of a file, usually of an SMT-LIB 2 script
   kFile,     ///< the name of any file
-  kCommand,  ///< a line for the shell
+  kCommand,  ///< a shell command
   kNumber,
 };
 
-/// What the value of an option is, by the name that help gives it.
+/// The kind of an option's value, by the name of the value in the help.
 [[nodiscard]] ValueKind get_value_kind(const CLI::Option& option);
 
 struct ExitStatus

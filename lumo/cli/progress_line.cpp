@@ -31,7 +31,7 @@ bool has_fitting_terminal()
          std::string_view(terminal) != "dumb";
 }
 
-/// What goes elsewhere, a pager perhaps, may come to the same terminal.
+/// Other output, such as that for a pager, may appear on the same terminal.
 bool prints_to_file()
 {
   struct stat status
@@ -39,7 +39,7 @@ bool prints_to_file()
   return fstat(STDOUT_FILENO, &status) == 0 && S_ISREG(status.st_mode);
 }
 
-/// A program in the background leaves the terminal to the one in front.
+/// A background program must not write to the terminal.
 bool is_in_front()
 {
   const pid_t front = tcgetpgrp(STDERR_FILENO);
@@ -53,7 +53,7 @@ std::size_t get_num_columns()
   return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : kUsual;
 }
 
-/// There is nobody to tell that the terminal has gone.
+/// Ignores failures: if the terminal has gone, no message can be shown.
 void write_terminal(std::string_view text)
 {
   [[maybe_unused]] const ssize_t num_written = write(STDERR_FILENO, text.data(), text.size());
@@ -64,18 +64,18 @@ void write_terminal(std::string_view text)
 
 constexpr std::array<int, 4> kEndingSignals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
-// What the thread that draws and the handler of signals tell each other. The handler sets the first, the thread
-// the others; each does so before it looks at what the other says.
+// Flags shared by the drawing thread and the signal handler. The handler sets the first, the thread
+// the others; each sets its own flags before it reads the other's.
 std::atomic<bool> is_ending = false;
 std::atomic<bool> is_drawing = false;
 std::atomic<bool> is_shown = false;
 static_assert(std::atomic<bool>::is_always_lock_free);
 
-/// Erases the line and lets the signal do what it does without a handler: SA_RESETHAND has put that back.
+/// Erases the line and raises the signal again with its default effect, which SA_RESETHAND has restored.
 void end_by_signal(int signal)
 {
   is_ending = true;
-  // A terminal that takes no text for now must not keep the program alive.
+  // A terminal that is blocked must not keep the program alive.
   constexpr timespec kMoment{0, 1'000'000};
   for (int i = 0; i < 100 && is_drawing; ++i)
     nanosleep(&kMoment, nullptr);
@@ -108,8 +108,8 @@ void reset_handlers()
   }
 }
 
-/// Holds back all signals, so that a thread that starts meanwhile never gets one: they are for the thread that
-/// looks after the solver.
+/// Blocks all signals, so that a thread that starts meanwhile never gets one: they must go to the thread that
+/// controls the solver.
 class AllSignalsGuard
 {
  public:
@@ -138,7 +138,7 @@ ProgressLine::ProgressLine()
     const AllSignalsGuard guard;
     thread_ = std::thread([this] { run(); });
   } catch (const std::system_error&) {
-    return;  // GCOVR_EXCL_LINE: the work can do without the line
+    return;  // GCOVR_EXCL_LINE: the line is optional
   }
   current_line = this;
   set_handlers();
@@ -183,7 +183,7 @@ void ProgressLine::run()
     try {
       draw();
     } catch (const std::bad_alloc&) {
-      // The work may have taken all the memory for a moment. GCOVR_EXCL_LINE
+      // The work may temporarily use all the memory. GCOVR_EXCL_LINE
     }
   }
 }
@@ -212,7 +212,7 @@ bool ProgressLine::is_visible() const
 std::string ProgressLine::make_text() const
 {
   const std::chrono::duration<double> seconds = Clock::now() - phase_start_;
-  // In the last column, a terminal may go on to the next line.
+  // After text in the last column, a terminal may continue on the next line.
   return make_progress_text(phase_, num_terms_, seconds.count()).substr(0, get_num_columns() - 1);
 }
 

@@ -14,15 +14,15 @@
 
 namespace lumo::cli {
 
-/// A line at the end of the terminal on standard error that tells what the program is doing, once it has worked
-/// for a moment; a thread of its own writes it anew a few times a second. If standard error is no terminal, or one
-/// that cannot erase, there is neither line nor thread.
+/// A status line at the end of the terminal on standard error. It shows what the program is doing once it has
+/// worked for a moment; a separate thread redraws it a few times a second. If standard error is not a terminal, or
+/// one that cannot erase, there is neither line nor thread.
 ///
-/// While it may be on the screen, nothing else writes there: the line goes away, for good, with `stop`, with the
-/// object, and with a signal that ends the program; and for as long as the subcommand waits for standard input, or
-/// prints to where somebody may see it come.
+/// While the line may be on the screen, nothing else writes there. It disappears permanently at `stop`, at the end
+/// of the object, and when a signal ends the program. It disappears temporarily while the subcommand waits for
+/// standard input or prints to anything but a file.
 ///
-/// There is one at a time, used by the main thread.
+/// There is at most one object at a time; the main thread uses it.
 class ProgressLine : public commands::Progress
 {
  public:
@@ -32,7 +32,7 @@ class ProgressLine : public commands::Progress
   void enter(commands::Phase phase, std::size_t num_terms) override;
   /// Ends the line and the thread.
   void stop();
-  /// The same for the line that there is, if any, where the object cannot be reached.
+  /// The same for the current line, if any, for code that does not have the object.
   static void stop_current();
 
  private:
@@ -44,7 +44,7 @@ class ProgressLine : public commands::Progress
   [[nodiscard]] bool is_visible() const;
   [[nodiscard]] std::string make_text() const;
 
-  std::mutex mutex_;  ///< for what follows, except the thread
+  std::mutex mutex_;  ///< protects the following members, except the thread
   std::condition_variable wake_;
   bool is_stopped_ = false;
   commands::Phase phase_ = commands::Phase::kWait;
@@ -54,7 +54,7 @@ class ProgressLine : public commands::Progress
   std::thread thread_;
 };
 
-/// Passes on what is written to another stream, and before that stops a progress line.
+/// Stops the progress line, then forwards what is written to another stream.
 class LineStopper : public std::streambuf
 {
  public:

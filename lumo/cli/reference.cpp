@@ -33,7 +33,7 @@ int main(int argc, char** argv)
 {
   try {
     if (print_reference(argc, argv)) return 0;
-    std::cerr << "lumo_reference: man DATE or bash was expected, and a place to write to\n";
+    std::cerr << "lumo_reference: man DATE or bash was expected, and an output that can be written\n";
   } catch (const std::exception& e) {
     std::cerr << "lumo_reference: " << e.what() << '\n';
   }

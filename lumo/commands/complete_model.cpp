@@ -22,7 +22,7 @@ void check_model(TermManager& mgr, const smtlib::Script& script, const Eliminati
   const std::size_t violated = find_violated(mgr, script.get_asserted_terms(), model);
   if (violated == script.assertions.size()) return;
 
-  // What the solver was asked has the values that the solver gave: extending adds values for what is gone.
+  // The rest still has the values that the solver gave: extending only adds values of eliminated constants.
   const bool is_rest_true =
       find_violated(mgr, elimination.assertions, model) == elimination.assertions.size();
   throw CheckFailure(script.assertions[violated].place,

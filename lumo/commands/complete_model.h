@@ -14,11 +14,11 @@
 
 namespace lumo::commands {
 
-/// What should have become a model of a script did not.
+/// Thrown if no model of a script can be made.
 class CheckFailure : public Exception
 {
  public:
-  /// The place is that of the assertion that is not true, if it came to the check.
+  /// The place is that of the assertion that is not true, if the check failed.
   CheckFailure(std::optional<smtlib::Place> place, const std::string& sentence)
       : Exception(sentence), place_(place)
   {}
@@ -29,15 +29,15 @@ class CheckFailure : public Exception
   std::optional<smtlib::Place> place_;
 };
 
-/// Makes a model of a script from values of the constants that an elimination has left: extends it and checks it.
+/// Makes a model of a script from values of the constants in the rest of an elimination: extends it and checks it.
 ///
-/// The result has a value for each constant of the script, in the order of their declaration, and every assertion
-/// is true under them; else it is a CheckFailure, which also tells whether what is left was true.
+/// The result has a value for each constant of the script, in the order of their declaration, and makes every
+/// assertion true. Otherwise throws a CheckFailure, which also says whether the rest was true.
 [[nodiscard]] std::vector<ModelValue> complete_model(TermManager& mgr, const smtlib::Script& script,
                                                      const Elimination& elimination,
                                                      std::span<const ModelValue> values, PhaseClock& clock);
 
-/// Ends a subcommand since a model of the script of that name failed, with the status kCheckFailed. The consequence
+/// Ends a subcommand with the status kCheckFailed, since a model of the script `name` failed. The consequence
 /// ends the sentence.
 [[noreturn]] void throw_check_failure(const std::string& name, const CheckFailure& failure,
                                       const std::string& consequence);

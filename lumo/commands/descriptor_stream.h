@@ -8,7 +8,7 @@ namespace lumo::commands {
 
 /// Writes to a file descriptor, which it owns, without a buffer: for text that comes in large pieces.
 ///
-/// A short write and an interrupted one are continued. After a failure nothing more is written.
+/// Short and interrupted writes are continued. After a failure nothing more is written.
 class DescriptorBuffer : public std::streambuf
 {
  public:
@@ -17,11 +17,11 @@ class DescriptorBuffer : public std::streambuf
   DescriptorBuffer& operator=(const DescriptorBuffer&) = delete;
   ~DescriptorBuffer() override { close(); }
 
-  /// Takes a descriptor. Precondition: it has none.
+  /// Takes ownership of a descriptor. Precondition: it has none.
   void open(int descriptor) { descriptor_ = descriptor; }
-  /// Closes the descriptor, if it has one. What closing reports counts as a failure of writing.
+  /// Closes the descriptor, if it has one. An error of closing counts as a failure of writing.
   void close();
-  /// The value of errno for the first failure, or 0.
+  /// The errno of the first failure, or 0.
   [[nodiscard]] int get_error() const { return error_; }
 
  protected:

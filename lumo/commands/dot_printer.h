@@ -8,10 +8,10 @@
 
 namespace lumo::commands {
 
-/// Prints the graph of some assertions for Graphviz: one node per distinct term, edges to its arguments from left
-/// to right, and a node per assertion. Time and memory grow with the graph.
+/// Prints the graph of some assertions for Graphviz: one node for each distinct term, edges to its arguments from
+/// left to right, and a node for each assertion. Time and memory are linear in the graph.
 ///
-/// The marked terms, of which those that are not in the graph do not matter, are filled.
+/// Marked terms are filled; those that are not in the graph are ignored.
 void print_dot(std::ostream& out, std::span<const Term* const> assertions,
                std::span<const Term* const> marked);
 

@@ -16,7 +16,7 @@ bool is_application(const Term* t) { return t->get_num_args() != 0; }
 
 std::string describe(const Term* t) { return smtlib::make_excerpt(t->get_symbol()->get_name()); }
 
-/// The pushed definitions that are definitions of constants, as a stack in the same order.
+/// The pushed definitions of constants, as a stack in the same order.
 ModelStore::DefinitionStack select_constants(const TermManager& mgr, const Pushed& pushed)
 {
   ModelStore::DefinitionStack stack;
@@ -79,7 +79,7 @@ void Inverter::assign(const Pushed& pushed)
   model_.replay(stack);
 }
 
-/// Constants go back to the values of earlier requests, or to those that undefined constants have.
+/// Resets constants to the values of earlier requests, or to the value of undefined constants.
 void Inverter::withdraw(const Pushed& pushed)
 {
   Pushed earlier;
@@ -93,8 +93,8 @@ void Inverter::withdraw(const Pushed& pushed)
   assign(earlier);
 }
 
-/// A value for a compound argument cannot be printed as a definition of a constant. It does no harm to drop
-/// it where the argument is a branch of an if-then-else that is not selected; elsewhere it is a refusal.
+/// A value for a compound argument cannot be printed as a definition of a constant. Drop
+/// it if the argument is a branch of an if-then-else that is not selected; otherwise refuse.
 void Inverter::check_compound(const Term* t, const Pushed& pushed)
 {
   const Term* selected = nullptr;
@@ -119,7 +119,7 @@ void Inverter::check_value(const Request& request)
                   describe(request.value) + " was expected");
 }
 
-/// Only a condition that is a constant or a literal gets here with its value settled.
+/// Precondition: the condition is a constant or a literal, so its value is known.
 const Term* Inverter::find_selected_branch(const Term* t)
 {
   return t->get_arg(model_.get_value(t->get_arg(0)) == mgr_.make_true() ? 1 : 2);

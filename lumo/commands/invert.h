@@ -19,23 +19,23 @@ struct Request
   const Term* value;
 };
 
-/// What an assertion asks for: `(= t v)` asks that the application t takes the literal v, `(not t)` that the
-/// application t is false, any other application that it is true. A constant or a literal alone asks for
-/// nothing and is an `Exception`.
+/// The request of an assertion: `(= t v)` requests that the application t has the literal v as its value, `(not t)`
+/// that the application t is false, any other application that it is true. Throws an `Exception` for a constant or
+/// a literal alone.
 [[nodiscard]] Request make_request(TermManager& mgr, const Term* assertion);
 
-/// Answers requests over the constants of one manager with definitions that agree with each other.
+/// Answers requests over the constants of one manager with definitions that are consistent with each other.
 class Inverter
 {
  public:
   explicit Inverter(TermManager& mgr) : mgr_(mgr), model_(&mgr) {}
 
-  /// Runs the calculator of the request's operator and returns the definitions of constants that no earlier
-  /// request has made, in the calculator's order. The number is how messages call the request.
+  /// Runs the calculator of the request's operator and returns the new definitions of constants, which no earlier
+  /// request has made, in the calculator's order. Messages use the number for the request.
   ///
-  /// An `Exception` says why there is no answer: no calculator, the calculator's own refusal, a value for a
+  /// Throws an `Exception` if there is no answer: no calculator, a refusal of the calculator, a value for a
   /// compound argument, an application that the definitions do not give its value, or a constant that has
-  /// another value already. The request then leaves no trace.
+  /// another value already. Then the request has no effect.
   std::vector<ModelValue> solve(const Request& request, std::size_t number);
 
  private:

@@ -12,8 +12,8 @@
 
 namespace lumo::commands {
 
-/// Reads a model of some of the constants from a file, or from `in` if the file is `-`. What cannot be read is
-/// a SubcommandFailure.
+/// Reads a model of some of the constants from a file, or from `in` if the file is `-`. Throws a SubcommandFailure
+/// if it cannot be read.
 [[nodiscard]] std::vector<ModelValue> read_model_file(TermManager& mgr,
                                                       std::span<const Term* const> constants,
                                                       const std::string& file, std::istream& in,

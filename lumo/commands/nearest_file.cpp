@@ -27,8 +27,8 @@ std::size_t measure_file_name(const fs::path& typed, const fs::path& name)
   return of_stem == kNotNear || of_extension == kNotNear ? kNotNear : of_stem + of_extension;
 }
 
-/// The name in a folder that is nearest, among those of folders or of everything else; of several, the first in
-/// the order of the alphabet.
+/// The nearest name in a folder, either among folders or among everything else; of several, the first in
+/// alphabetical order.
 std::string find_nearest_entry(const fs::path& folder, const fs::path& typed, bool is_folder)
 {
   constexpr std::size_t kMostEntries = 10000;

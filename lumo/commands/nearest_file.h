@@ -8,7 +8,7 @@ namespace lumo::commands {
 
 /// The existing file whose path is nearest to that of a file that does not exist, component by component; empty if
 /// none is near. The distances are those of smtlib::find_nearest. The extension may be missing or have two
-/// mistakes, and does not count for how many mistakes the rest of the file's name may have.
+/// mistakes; it does not count for the number of mistakes that the rest of the file's name may have.
 [[nodiscard]] std::string find_nearest_file(const std::filesystem::path& typed);
 
 }  // namespace lumo::commands

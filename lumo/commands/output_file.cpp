@@ -38,7 +38,7 @@ void OutputFile::commit()
 int OutputFile::open_target()
 {
   if (target_.kind == OutputTarget::Kind::kFile) return make_temporary_file();
-  // A duplicate shares the position with all others that write to what is open; opening it by name would not.
+  // A duplicate shares its position with all other writers of the open file; opening it by name would not.
   const int descriptor = target_.kind == OutputTarget::Kind::kOpen
                              ? fcntl(target_.descriptor, F_DUPFD_CLOEXEC, 0)
                              : open(target_.path.c_str(), O_WRONLY | O_CLOEXEC);
@@ -61,7 +61,7 @@ int OutputFile::make_temporary_file()
                               std::generic_category().message(reason));
     }
   }
-  // The new file is as open to others as the old one.
+  // The new file gets the permissions of the old one.
   struct stat old_file
   {};
   constexpr mode_t kPermissions = 0777;

@@ -9,27 +9,27 @@
 
 namespace lumo::commands {
 
-/// A file that a subcommand makes. What was there under its name stays as it was until the new content is
-/// complete: that goes to a temporary file in the same folder, which `commit` puts in the place of the old one.
-/// What this process has open already is written to as it is; so are devices and pipes.
+/// A file that a subcommand writes. An existing file of that name stays unchanged until the new content is
+/// complete: the content is written to a temporary file in the same folder, and `commit` replaces the old file by
+/// it. Descriptors that this process already has open, devices and pipes are written to directly.
 ///
-/// What cannot be written is a SubcommandFailure that names the file.
+/// Throws a SubcommandFailure that names the file if it cannot be written.
 class OutputFile
 {
  public:
-  /// The target is what the name means.
+  /// The target is the meaning of the name.
   OutputFile(const std::string& name, OutputTarget target);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
-  /// Without `commit`, nothing is left of what was written.
+  /// Without `commit`, deletes what was written.
   ~OutputFile();
 
   /// The stream is not buffered.
   [[nodiscard]] std::ostream& get_stream() { return stream_; }
-  /// Makes sure that all of the content is written. Several files that belong together are all finished
-  /// before the first is committed.
+  /// Ensures that all of the content is written. If several files belong together, finish all of them
+  /// before you commit the first one.
   void finish();
-  /// Gives the finished content its name.
+  /// Renames the finished content to the name.
   void commit();
 
  private:
@@ -38,7 +38,7 @@ class OutputFile
   void discard();
   [[noreturn]] void fail(int reason) const;
 
-  std::string name_;  ///< as messages show it
+  std::string name_;  ///< for messages
   OutputTarget target_;
   std::filesystem::path temporary_;  ///< empty if the target is written to directly, or the work is done
   DescriptorStream stream_;

@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
   throw_write_failure(make_input_name(name), reason);
 }
 
-/// The number of the descriptor that a path stands for, if it is in the system's folder of this process's descriptors.
+/// The descriptor that a path denotes, if the path is in the system's folder of this process's descriptors.
 std::optional<int> find_descriptor(const fs::path& path)
 {
   std::error_code error;
@@ -42,7 +42,7 @@ fs::path make_canonical(const std::string& name, const fs::path& path)
   return folder / path.filename();
 }
 
-/// Where a symbolic link leads, or nothing: the links to what processes have open look like links to paths, but the
+/// The target of a symbolic link, or nothing: links to open files of processes look like links to paths, but the
 /// text of such a link is not a path.
 std::optional<fs::path> follow(const fs::path& link)
 {
@@ -61,7 +61,7 @@ OutputTarget classify(const std::string& name, const fs::path& path)
   return {is_special ? OutputTarget::Kind::kSpecial : OutputTarget::Kind::kFile, -1, path};
 }
 
-/// Whether two names or descriptors lead to one file that is not a character device.
+/// Whether two names or descriptors denote one file that is not a character device.
 bool is_one_file(const struct stat& first, const struct stat& second)
 {
   return first.st_dev == second.st_dev && first.st_ino == second.st_ino && !S_ISCHR(first.st_mode);
@@ -96,7 +96,8 @@ OutputTarget find_output_target(const std::string& name)
 bool is_one_output(const OutputTarget& first, const OutputTarget& second)
 {
   using Kind = OutputTarget::Kind;
-  // Of two names of one file, each gets a file of its own: what is there is replaced and not written to.
+  // Two names of one file are different outputs: each name is replaced by a new file, and the old file is not
+  // written to.
   if (first.kind == Kind::kFile && second.kind == Kind::kFile) return first.path == second.path;
   if (first.kind == Kind::kOpen && second.kind == Kind::kOpen && first.descriptor == second.descriptor)
     return true;

@@ -6,27 +6,27 @@
 
 namespace lumo::commands {
 
-/// What the name of an output means.
+/// The meaning of the name of an output.
 struct OutputTarget
 {
   enum class Kind
   {
-    kOpen,     ///< a file descriptor of this process, written to as it is: `-`, /dev/stdout, /dev/fd/5
-    kSpecial,  ///< a device or a pipe, opened under its name
-    kFile,     ///< a regular file, or a name that is free
+    kOpen,     ///< a file descriptor of this process, written to directly: `-`, /dev/stdout, /dev/fd/5
+    kSpecial,  ///< a device or a pipe, opened by its name
+    kFile,     ///< a regular file, or a new name
   };
 
   Kind kind = Kind::kFile;
   int descriptor = -1;         ///< of kOpen
-  std::filesystem::path path;  ///< else: the folder's canonical path and the name in it, no symbolic link
+  std::filesystem::path path;  ///< otherwise: the folder's canonical path and the name in it, not a link
 };
 
-/// Finds out what a name means. A name under which no file can be written, as that of a folder or one in a folder
-/// that does not exist, is a SubcommandFailure.
+/// Finds out what a name means. Throws a SubcommandFailure if no file can be written under the name, for example if
+/// it is a folder or in a folder that does not exist.
 [[nodiscard]] OutputTarget find_output_target(const std::string& name);
 
-/// Whether what is written to one of the two would take the place of what is written to the other, or mix with it. A
-/// character device, as /dev/null, takes several outputs.
+/// Whether the output to one of the two would replace the output to the other, or mix with it. A
+/// character device, for example /dev/null, accepts several outputs.
 [[nodiscard]] bool is_one_output(const OutputTarget& first, const OutputTarget& second);
 
 }  // namespace lumo::commands

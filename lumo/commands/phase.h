@@ -7,17 +7,17 @@
 
 namespace lumo::commands {
 
-/// What a subcommand is doing.
+/// The phases of a subcommand.
 enum class Phase : std::uint8_t
 {
-  kWait,  ///< for what comes on the standard input; for how long is not up to the program
+  kWait,  ///< for the standard input; the time does not depend on the program
   kRead,
   kEliminate,
   kSolve,
   kExtend,
   kCheck,
-  kPrint,  ///< to the standard output and what else is open already
-  kWrite,  ///< to files that have names
+  kPrint,  ///< to the standard output and other open descriptors
+  kWrite,  ///< to files that it opens by name
 };
 
 inline constexpr std::size_t kNumPhases = 8;

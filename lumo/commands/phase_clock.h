@@ -19,11 +19,11 @@ class PhaseClock
   PhaseClock(const PhaseClock&) = delete;
   PhaseClock& operator=(const PhaseClock&) = delete;
 
-  /// The subcommand goes on to a phase, on so many terms; 0 if their number is not known or does not matter.
+  /// Enters a phase, on num_terms terms; 0 if their number is not known or does not matter.
   void enter(Phase phase, std::size_t num_terms = 0);
-  /// What comes until the next phase counts for none. The observer is not told.
+  /// The time until the next phase counts for no phase. The observer is not notified.
   void leave();
-  /// The times so far, without what is not over.
+  /// The times of the completed phases.
   [[nodiscard]] const PhaseSeconds& get_seconds() const { return seconds_; }
 
  private:

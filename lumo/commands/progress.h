@@ -17,11 +17,11 @@ class Progress
   Progress& operator=(const Progress&) = delete;
   virtual ~Progress() = default;
 
-  /// The subcommand goes on to a phase, on so many terms; 0 if their number is not known or does not matter.
+  /// The subcommand enters a phase, on num_terms terms; 0 if their number is not known or does not matter.
   virtual void enter(Phase phase, std::size_t num_terms) = 0;
 };
 
-/// What a person reads: `solving: 1,200,000 terms, 3.4 s`.
+/// The text of the status line: `solving: 1,200,000 terms, 3.4 s`.
 [[nodiscard]] std::string make_progress_text(Phase phase, std::size_t num_terms, double seconds);
 
 }  // namespace lumo::commands

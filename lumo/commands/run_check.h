@@ -12,14 +12,14 @@ namespace lumo::commands {
 struct CheckOptions
 {
   std::string file;
-  std::string model;  ///< in the form of an answer to `get-model`
+  std::string model;  ///< in the form of a response to `get-model`
 };
 
 /// Does `lumo check` and returns its exit status. One of the files may be `-`, which stands for `in`.
 ///
-/// If every assertion of the script is true under the model, where constants that it leaves out are 0 or false,
-/// `valid` goes to `out`. Else `invalid` does, the first assertion that is false and the values of its constants
-/// go to `err`, and the status is kRefused.
+/// If every assertion of the script is true under the model, writes `valid` to `out`; constants that the model
+/// leaves out are 0 or false. Otherwise writes `invalid` to `out`, writes the first assertion that is not true and
+/// the values of its constants to `err`, and returns kRefused.
 int run_check(const CheckOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
               Progress* progress = nullptr);
 

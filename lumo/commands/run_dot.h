@@ -12,11 +12,11 @@ namespace lumo::commands {
 struct DotOptions
 {
   std::string file;       ///< `-` stands for the standard input
-  bool is_after = false;  ///< whether to show what eliminating has left
+  bool is_after = false;  ///< whether to show the rest after elimination
 };
 
-/// Does `lumo dot` and returns its exit status: prints the term graph before eliminating, in which the
-/// applications that will go are marked, or the one after it, in which the constants that stand for them are.
+/// Does `lumo dot` and returns its exit status. Prints the term graph before elimination, with the applications
+/// marked that will be eliminated, or the graph after it, with the constants marked that replace them.
 int run_dot(const DotOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
             Progress* progress = nullptr);
 

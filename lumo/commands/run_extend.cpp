@@ -15,7 +15,7 @@ namespace lumo::commands {
 
 namespace {
 
-/// What a model of the rest may give values to: the script's constants and the trail's.
+/// The constants that a model of the rest may define: those of the script and of the trail.
 std::vector<const Term*> list_constants(const smtlib::Script& script, const Trail& trail)
 {
   std::vector<const Term*> constants = script.constants;

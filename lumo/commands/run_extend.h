@@ -12,13 +12,13 @@ namespace lumo::commands {
 struct ExtendOptions
 {
   std::string file;   ///< the script before `lumo simplify`
-  std::string trail;  ///< what `lumo simplify` wrote beside the rest
-  std::string model;  ///< what a solver answered to the rest
+  std::string trail;  ///< the trail that `lumo simplify` wrote
+  std::string model;  ///< the output of a solver for the rest
 };
 
 /// Does `lumo extend` and returns its exit status. One of the files may be `-`, which stands for `in`.
 ///
-/// The model of the script goes to `out` if every assertion is true under it; else the status is kCheckFailed.
+/// Writes the model of the script to `out` if every assertion is true under it; otherwise returns kCheckFailed.
 int run_extend(const ExtendOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
                Progress* progress = nullptr);
 

@@ -15,11 +15,11 @@ inline constexpr int kSomeRefused = kRefused;
 
 /// Does `lumo invert` and returns its exit status.
 ///
-/// Each assertion of each file is a request to the calculator of its operator. The definitions that answer
-/// them go to `out`, as a script that a solver accepts together with the assertions; what has no answer goes
-/// to `err`, one line each, and makes the status kSomeRefused. If a file cannot be read, every one that
-/// cannot is named on `err`, nothing at all goes to `out`, and the status is kFailed; so it is if writing
-/// fails. The file name `-` stands for `in`.
+/// Each assertion of each file is a request to the calculator of its operator. Writes the definitions that answer
+/// them to `out`, as a script that a solver accepts together with the assertions. Writes requests without an answer
+/// to `err`, one line each, and then returns kSomeRefused. If files cannot be read, writes a message for each of
+/// them to `err` and nothing to `out`, and returns kFailed. Also returns kFailed if writing fails. The file name
+/// `-` stands for `in`.
 int run_invert(const std::vector<std::string>& files, std::istream& in, std::ostream& out, std::ostream& err,
                Progress* progress = nullptr);
 

@@ -26,7 +26,7 @@ class Output
   explicit Output(const std::string& name) : name_(name), target_(find_output_target(name)) {}
 
   [[nodiscard]] const OutputTarget& get_target() const { return target_; }
-  /// Whether it may come to a terminal while it is written.
+  /// Whether it may appear on a terminal while it is written.
   [[nodiscard]] bool prints() const { return target_.kind == OutputTarget::Kind::kOpen; }
   void open()
   {
@@ -60,7 +60,7 @@ void check_is_not_the_script(const OutputTarget& target, const std::string& name
       std::filesystem::canonical(script, ignored) != target.path)
     return;
   throw SubcommandFailure("lumo: " + smtlib::make_excerpt(name) +
-                          " would be written over, but it is the script that is read");
+                          " would be overwritten, but it is the script that is read");
 }
 
 void check_outputs(const SimplifyOptions& options, const Output& rest, const std::optional<Output>& trail)

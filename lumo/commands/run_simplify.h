@@ -13,13 +13,13 @@ namespace lumo::commands {
 struct SimplifyOptions
 {
   std::string file;                  ///< `-` stands for the standard input
-  std::string rest = "-";            ///< where the script that is left goes; `-` is the standard output
-  std::optional<std::string> trail;  ///< where the trail goes, if anywhere; `-` is the standard output
+  std::string rest = "-";            ///< the file for the rest; `-` is the standard output
+  std::optional<std::string> trail;  ///< the file for the trail, if any; `-` is the standard output
 };
 
 /// Does `lumo simplify` and returns its exit status.
 ///
-/// Either both outputs are written or the status is kFailed. Files that were there before stay as they were
+/// Either both outputs are written, or the status is kFailed. Existing files stay unchanged
 /// until both are complete.
 int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
                  Progress* progress = nullptr);

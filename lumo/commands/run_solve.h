@@ -21,9 +21,9 @@ struct SolveOptions
 
 /// Does `lumo solve` and returns its exit status: kAnswered for every answer, unknown included.
 ///
-/// The answer goes to `out` on a line of its own, then the model if it is sat and a model is wanted;
-/// statistics go to `err`, and so does the reason for unknown, if it is known. As JSON, one object with all of them goes to `out`. A model that does not pass the
-/// check makes the status kCheckFailed, and nothing goes to `out`.
+/// Writes the answer to `out` on a line of its own, then the model if the answer is sat and a model was requested.
+/// Writes statistics to `err`, and the reason for unknown, if it is known. As JSON, writes one object with all of
+/// this to `out`. If a model does not pass the check, returns kCheckFailed and writes nothing to `out`.
 int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
               Progress* progress = nullptr);
 

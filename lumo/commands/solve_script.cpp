@@ -29,7 +29,7 @@ solvers::Solution solve_rest(TermManager& mgr, const std::vector<const Term*>& r
     return {solvers::Answer::kUnsat, {}, {}};
   solvers::SolverLimits limits;
   limits.seconds = method.seconds;
-  limits.wants_model = true;  // for the check, whether or not somebody wants to see it
+  limits.wants_model = true;  // for the check, even if the model is not printed
   return method.solver_command ? solvers::solve_with_process(mgr, *method.solver_command, rest, limits)
                                : solvers::solve_with_builtin(mgr, rest, limits);
 }

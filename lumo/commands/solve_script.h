@@ -12,19 +12,19 @@
 
 namespace lumo::commands {
 
-/// How a script is solved.
+/// How to solve a script.
 struct SolveMethod
 {
   bool eliminates = true;
-  std::optional<std::string> solver_command;  ///< else the built-in solver
-  std::optional<double> seconds;              ///< that the solver may take
+  std::optional<std::string> solver_command;  ///< the built-in solver if empty
+  std::optional<double> seconds;              ///< the time limit of the solver
 };
 
 /// Eliminates, solves the rest, extends the model and checks it. If the answer is sat, the solution has a value
 /// for each constant of the script, in the order of their declaration, and every assertion is true under them.
-/// No solver is started if nothing is left to ask or if one of the assertions that are left is false.
+/// No solver is started if nothing is left, or if an assertion of the rest is false.
 ///
-/// A model that does not pass the check is a CheckFailure, a solver that fails a SolverError.
+/// Throws a CheckFailure if the model does not pass the check, and a SolverError if the solver fails.
 [[nodiscard]] solvers::Solution solve_script(TermManager& mgr, const smtlib::Script& script,
                                              const SolveMethod& method, Statistics& statistics,
                                              PhaseClock& clock);

@@ -48,8 +48,8 @@ constexpr int kNumberWidth = 12;
 
 using NamedCount = std::pair<std::string, std::size_t>;
 
-/// The operators of which something was eliminated. The two equalities have one spelling, so the sort tells
-/// them apart.
+/// The operators with eliminated applications. The two equalities have the same name, so the sort distinguishes
+/// them.
 std::vector<NamedCount> list_eliminated(const Statistics& statistics)
 {
   std::vector<NamedCount> counts;

@@ -12,11 +12,11 @@
 
 namespace lumo::commands {
 
-/// What one run did to a script.
+/// The counts of one run.
 struct Statistics
 {
   GraphSize before;
-  GraphSize after;  ///< of what a solver is asked
+  GraphSize after;  ///< of the rest that the solver gets
   std::size_t steps = 0;
   std::array<std::size_t, kNumOperators> eliminated{};  ///< applications of the script, by kind
 
@@ -26,7 +26,7 @@ struct Statistics
 
 /// A table for people: sizes, eliminated applications, and the times of the phases.
 void print_statistics(std::ostream& out, const Statistics& statistics, const PhaseSeconds& seconds);
-/// The same as a JSON object, without the end of the line.
+/// The same as a JSON object, without a newline at the end.
 void print_statistics_json(std::ostream& out, const Statistics& statistics, const PhaseSeconds& seconds);
 
 }  // namespace lumo::commands

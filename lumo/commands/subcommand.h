@@ -16,9 +16,9 @@
 
 namespace lumo::commands {
 
-// What the subcommands share: how they read, how they fail, and how they print.
+// Functions that the subcommands share for reading, failing and printing.
 
-/// Ends a subcommand. `what()` is the whole message for the standard error, without the end of the line; empty after
+/// Ends a subcommand. `what()` is the whole message for the standard error, without a newline at the end; empty after
 /// EPIPE: print nothing.
 class SubcommandFailure : public Exception
 {
@@ -33,14 +33,14 @@ class SubcommandFailure : public Exception
   int status_;
 };
 
-/// Runs a subcommand and returns its exit status; if it fails, err gets the message.
+/// Runs a subcommand and returns its exit status. If it fails, writes the message to err.
 [[nodiscard]] int run_subcommand(std::ostream& err, const std::function<int()>& subcommand);
 
-/// A message of the library as the end of a line.
+/// The message of an exception as the rest of a line.
 [[nodiscard]] std::string make_sentence(const Exception& e);
 
-/// To be called while an exception is handled: throws it again, as a SubcommandFailure that names the text it is about
-/// and, if it is known, the place. What is no Exception stays as it is.
+/// Call this while an exception is handled. Rethrows it as a SubcommandFailure that contains the name of the text
+/// and, if it is known, the place. Rethrows anything but an Exception unchanged.
 [[noreturn]] void rethrow_located(const std::string& name);
 
 /// Runs an action on a text of that name and returns what it returns; an Exception that it throws becomes a
@@ -55,11 +55,12 @@ auto with_located_failures(const std::string& name, const Action& action)
   }
 }
 
-/// A file as messages show it.
+/// The name of a file in messages.
 [[nodiscard]] std::string make_input_name(const std::string& file);
-/// The text of a file, or of `in` if the file is `-`; one that cannot be read is a SubcommandFailure.
+/// The text of a file, or of `in` if the file is `-`; throws a SubcommandFailure if it cannot be read.
 [[nodiscard]] std::string read_input_text(const std::string& file, std::istream& in, PhaseClock& clock);
-/// What `read` makes of the text of a file, or of `in` if the file is `-`; what cannot be read is a SubcommandFailure.
+/// The result of `read` for the text of a file, or of `in` if the file is `-`; throws a SubcommandFailure if that
+/// fails.
 template <class Read>
 auto read_located(const std::string& file, std::istream& in, PhaseClock& clock, const Read& read)
 {
@@ -67,28 +68,28 @@ auto read_located(const std::string& file, std::istream& in, PhaseClock& clock, 
   return with_located_failures(make_input_name(file), [&] { return read(text); });
 }
 
-/// One script: its terms and what it asserts over them.
+/// One script: its terms and its assertions.
 struct Input
 {
-  std::string name;  ///< as messages show it
+  std::string name;  ///< for messages
   TermManager mgr;
   smtlib::Script script;
 };
 
-/// Reads a script; one that cannot be read is a SubcommandFailure. A note to `err` names the commands that are skipped
-/// because nothing answers them. `get-model` is not one of them: `solve` prints a model, and what `simplify` leaves asks
-/// for one.
+/// Reads a script; throws a SubcommandFailure if it cannot be read. Writes a note to `err` that names the commands
+/// that are skipped because nothing answers them. `get-model` is not one of them: `solve --model` prints a model,
+/// and the script that `simplify` writes asks for one.
 [[nodiscard]] std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, std::ostream& err,
                                                 PhaseClock& clock);
 
-/// Refuses a subcommand that is to read the standard input, `-`, twice.
+/// Refuses files of which more than one is the standard input, `-`.
 void check_one_standard_input(std::initializer_list<std::string> files);
 
-/// To be called before something is printed to the standard output, and after it. Not all of it arriving is a
+/// Call these before and after printing to the standard output. If not all of it could be written, throws a
 /// SubcommandFailure.
 void begin_output();
 void finish_output(std::ostream& out);
-/// Lets `print` write to the standard output in between, and returns what it returns.
+/// Calls `print` between the two, and returns its result.
 template <class Print>
 auto write_output(std::ostream& out, const Print& print)
 {
@@ -102,7 +103,7 @@ auto write_output(std::ostream& out, const Print& print)
     return result;
   }
 }
-/// The failure of writing to something of that name, for a reason that errno gave. A reader that has closed the other
+/// Throws the failure of a write to the output `name`; the reason is an errno. A reader that has closed the other
 /// end of a pipe gets no message.
 [[noreturn]] void throw_write_failure(const std::string& name, int reason);
 

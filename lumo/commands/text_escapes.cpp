@@ -90,7 +90,7 @@ std::string make_dot_string(std::string_view text)
     if (length == 0 || byte < ' ' || byte == 0x7f) {
       dot += '?';
     } else {
-      // Graphviz knows HTML's entities, and escapes for the name of the node and the like.
+      // Graphviz replaces HTML entities, and escape sequences such as the one for the node's name.
       if (byte == '"' || byte == '\\') dot += '\\';
       dot += byte == '&' ? "&amp;" : text.substr(0, length);
     }

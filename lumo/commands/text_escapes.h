@@ -7,12 +7,11 @@
 
 namespace lumo::commands {
 
-/// How many bytes the UTF-8 character has that the text starts with; 0 if it starts with none. A text without
-/// content starts with none.
+/// The number of bytes of the UTF-8 character at the start of the text; 0 if there is none or the text is empty.
 [[nodiscard]] std::size_t get_character_length(std::string_view text);
 
-/// The text as a JSON string with its quotes. Bytes that are no UTF-8 become `\udc80` to `\udcff`, so that no
-/// two texts become one and whoever knows this gets the bytes back.
+/// The text as a JSON string with its quotes. Bytes that are not UTF-8 become `\udc80` to `\udcff`, so different
+/// texts stay different, and a reader can restore the bytes.
 [[nodiscard]] std::string make_json_string(std::string_view text);
 
 /// The text as a Graphviz string with its quotes: on one line, and cut if it is long.

@@ -29,14 +29,14 @@ namespace {
                   smtlib::make_excerpt(nearest) + " was meant");
 }
 
-/// Reads all that a descriptor holds; the result is 0 or the reason of a failure.
+/// Reads a descriptor to its end; returns 0 or the errno of a failure.
 int read_all(int file, std::string& text)
 {
   constexpr std::size_t kPiece = std::size_t{1} << 16U;
   struct stat status
   {};
   const bool has_size = fstat(file, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
-  // One byte more than the file has shows that it ends there.
+  // Request one byte more than the file has, to detect its end.
   std::size_t size = has_size ? static_cast<std::size_t>(status.st_size) + 1 : kPiece;
   std::size_t num_read = 0;
   for (;;) {

@@ -6,10 +6,10 @@
 
 namespace lumo::commands {
 
-/// The whole content of a file. One that cannot be read is an `Exception` that says why, without the
-/// name, and what file may have been meant by that of one that is not there.
+/// The whole content of a file. Throws an `Exception` if it cannot be read, with the reason but without the name.
+/// If the file does not exist, the text suggests the nearest existing one.
 [[nodiscard]] std::string read_file(const std::string& name);
-/// Everything that the stream still holds.
+/// The rest of the stream.
 [[nodiscard]] std::string read_stream(std::istream& in);
 
 }  // namespace lumo::commands

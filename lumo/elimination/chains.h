@@ -17,7 +17,7 @@ namespace lumo {
 struct Chain
 {
   NodeIndex root;     ///< the outermost application, or kAssertions: those are a chain of `and`
-  NodeIndex pending;  ///< a free leaf that waits for another one, or kNoNode
+  NodeIndex pending;  ///< a free leaf that waits for a partner, or kNoNode
   std::uint32_t num_leaves;
 };
 
@@ -26,7 +26,7 @@ struct Chain
 class Chains
 {
  public:
-  /// The nodes known now are in no chain, except for that of the assertions.
+  /// No node is in a chain yet, except in that of the assertions.
   explicit Chains(NodeIndex num_nodes) : link_(num_nodes, kNone) { start(kAssertions); }
 
   [[nodiscard]] bool contains(NodeIndex n) const { return n < link_.size() && link_[n] != kNone; }
@@ -34,8 +34,8 @@ class Chains
   void start(NodeIndex n);
   /// The chain that contains n.
   [[nodiscard]] Chain& find(NodeIndex n) { return chains_[find_index(n)]; }
-  /// Makes the chain with the root n a part of that which contains the parent, and returns the whole. The
-  /// whole keeps its pending leaf.
+  /// Merges the chain with the root n into the chain that contains the parent, and returns the result. The
+  /// result keeps its pending leaf.
   Chain& unite(NodeIndex n, NodeIndex parent);
 
  private:
@@ -43,8 +43,8 @@ class Chains
 
   [[nodiscard]] std::uint32_t find_index(NodeIndex n);
 
-  std::vector<std::uint32_t> link_;  ///< by node: its chain as it was made
-  std::vector<std::uint32_t> up_;    ///< by chain: one that it is a part of, or itself
+  std::vector<std::uint32_t> link_;  ///< by node: its original chain
+  std::vector<std::uint32_t> up_;    ///< by chain: the chain that it was merged into, or itself
   std::vector<Chain> chains_;
 };
 

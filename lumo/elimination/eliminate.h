@@ -14,29 +14,29 @@ namespace lumo {
 /// The result of `eliminate`.
 struct Elimination
 {
-  std::vector<const Term*> assertions;  ///< what remains, without those that became true
+  std::vector<const Term*> assertions;  ///< the rest, without assertions that became true
   Trail trail;
   /// One term for each of `EliminationOptions::kept`, in the same order: the form that the kept term has in the
   /// rest. A constant is its own form.
   std::vector<const Term*> kept{};
 };
 
-/// What a caller of `eliminate` may choose.
+/// The options of `eliminate`.
 struct EliminationOptions
 {
-  /// Terms of any sort that something outside of the assertions uses: later assertions, assumptions, another
+  /// Terms of any sort that are used outside of the assertions: later assertions, assumptions, another
   /// theory. A kept constant is never free and never gets a value from `extend`. A kept application may be
-  /// replaced; `Elimination::kept` is then the term to use outside in its place. In every model of the rest,
+  /// replaced; `Elimination::kept` then has the term to use outside in its place. In every model of the rest,
   /// extended by `extend`, a kept term and its form have the same value. So the rest together with any
   /// constraints on the forms is satisfiable if and only if the assertions together with the same constraints
   /// on the kept terms are, as long as the constraints mention no constant of the assertions that is not kept.
   std::span<const Term* const> kept = {};
-  /// Fresh constants are called `<prefix>!<number>`. Choose a prefix that no name declared later starts with.
+  /// The names of fresh constants are `<prefix>!<number>`. Choose a prefix that no name declared later starts with.
   std::string_view prefix = "u";
 };
 
 /// Replaces unconstrained applications in the asserted Boolean terms by fresh constants, by the rules of
-/// docs/elimination.md. There is one pass. Terms that become equal or lose a use only when the rest is built may
+/// docs/elimination.md. There is one pass. Terms that become equal or lose a use only while the rest is built may
 /// stay, so a second call sometimes finds a little more.
 ///
 /// A constant is free if it is not kept and occurs once in all of the assertions. Each argument position and each

@@ -158,7 +158,7 @@ void Eliminator::add_step(NodeIndex owner, const Symbol* s, const Node::Argument
                           const Term* original)
 {
   const Term* constant = mgr_.make_fresh_constant(prefix_, s->get_output_type());
-  // Leaves stay what they are, so what is made of leaves alone can be made now.
+  // Leaves never change, so an application to leaves alone can be built now.
   const bool is_final = std::all_of(args.begin(), args.end(),
                                     [this](NodeIndex n) { return n == kNoNode || graph_.is_leaf(n); });
   const Term* application = is_final ? build_application(s, args, original) : nullptr;
@@ -210,12 +210,12 @@ bool Eliminator::is_chain_operator(NodeIndex n)
   const Node& node = graph_[n];
   const Kind kind = node.kind;
   if (!is_operator(kind) || get_elimination_rule(kind).need != FreeNeed::kAllChain) return false;
-  // A factor that is a numeral has a rule of its own.
+  // There is a separate rule for a factor that is a numeral.
   return kind != Kind::kBvMul || (!graph_.is_numeral(node.args[0]) && !graph_.is_numeral(node.args[1]));
 }
 
-/// Parents come before their arguments, so that an application knows the chain around it. The work list is taken
-/// from its end, so the constants that lie deepest come first.
+/// Processes parents before their arguments, so that an application knows the chain around it. Constants are taken
+/// from the end of the work list, so the deepest ones come first.
 void Eliminator::prepare_nodes()
 {
   for (NodeIndex n = graph_.get_num_nodes() - 1; n > kAssertions; --n) {
@@ -262,8 +262,8 @@ void Eliminator::remove_leaf(NodeIndex n)
   leaf.parents = 0;
 }
 
-/// f(.. a .. b ..) is f(f(.. ..), f(a, b)): the last is a step. Its constant joins the chain as an argument of
-/// the root, which so has three for a while, or is all that is left of it.
+/// f(.. a .. b ..) is f(f(.. ..), f(a, b)): f(a, b) becomes a step. Its constant joins the chain as an argument of
+/// the root, which temporarily has three arguments, or it replaces the whole chain.
 void Eliminator::merge_leaves(Chain& chain, NodeIndex a, NodeIndex b)
 {
   const NodeIndex root = chain.root;

@@ -16,11 +16,11 @@
 
 namespace lumo {
 
-/// What elimination has made of assertions that come after others. Steps and facts belong to the first assertion that
-/// needs them; the number of assertions stands for the kept terms.
+/// The result of eliminating in assertions that follow others. Steps and facts belong to the first assertion that
+/// needs them; the number of assertions represents the kept terms.
 struct Batch
 {
-  std::vector<const Term*> forms;  ///< by assertion; null where nothing remains
+  std::vector<const Term*> forms;  ///< by assertion; null if nothing remains
   std::vector<const Term*> kept;   ///< the forms of the kept terms
   std::vector<Step> steps;
   std::vector<std::size_t> step_assertions;
@@ -30,17 +30,18 @@ struct Batch
 
 /// One run of `eliminate`, or of one query of a conversation.
 ///
-/// Free constants wait in a work list. Each is taken from it once, and its only use is looked at. If a rule
-/// applies, the application becomes a leaf, its arguments lose a use, and constants that are then left with
-/// one use go to the list. So every application is eliminated, and every use dropped, at most once.
+/// Free constants wait in a work list. Each is taken from it once, and its only use is examined. If a rule applies,
+/// the application becomes a leaf, its arguments lose a use, and constants that then have one use are added to the
+/// list. So every application is eliminated, and every use dropped, at most once.
 ///
-/// Two things make the order of steps matter, from the newest to the oldest, when a model is extended:
+/// When a model is extended, the steps are processed from the newest to the oldest. This order works because of two
+/// invariants:
 ///
-/// I1. An argument of a step that is not free is a node of the graph, built only when all is done. Its constants
-///     have their values when the step's turn comes: one that a step makes free is in the graph no more after
-///     it, so only that step and older ones can mention it.
-/// I2. A node that a step mentions keeps its meaning. Regrouping a chain changes the meaning of all its
-///     applications but the root's, so only applications that never had another use become parts of a chain.
+/// I1. An argument of a step that is not free is a node of the graph, built only after all steps are made. Its
+///     constants have their values when the step is processed: a constant that a step makes free is not in the
+///     graph after that step, so only that step and older ones can contain it.
+/// I2. A node that a step contains keeps its meaning. Regrouping a chain changes the meaning of all its
+///     applications except the root, so only applications that never had another use become parts of a chain.
 class Eliminator
 {
  public:
@@ -49,32 +50,32 @@ class Eliminator
              const Background* background = nullptr);
 
   [[nodiscard]] Elimination run();
-  /// The same, for assertions that come after others, of which the background tells. `record` is that of the
+  /// The same, for assertions that follow others, which the background describes. `record` is that of the
   /// background.
   [[nodiscard]] Batch run_batch(const GraphRecord& record);
-  /// After a run: the term that a node has become and that means the same, or null if there is none.
+  /// After a run: the term that a node has become, with the same meaning, or null if there is none.
   [[nodiscard]] const Term* find_form(NodeIndex n);
 
  private:
-  /// An application of a step that is made in the end, since an argument may still change its form.
+  /// An application of a step that is built at the end, since an argument may still change its form.
   struct PendingApplication
   {
-    std::size_t step;  ///< its index
+    std::size_t step;  ///< the index of the step
     const Symbol* symbol;
     Node::Arguments args;
   };
 
   void apply_rules();
-  /// Looks at all nodes: which are exclusive, which are free, and which belong to which chain.
+  /// Determines which nodes are exclusive, which are free, and which chains they belong to.
   void prepare_nodes();
   [[nodiscard]] bool is_chain_operator(NodeIndex n);
-  /// Makes the chain whose root is n a part of the one around it, if there is one and nothing forbids it.
+  /// Merges the chain whose root is n into the one around it, if there is one and the merge is allowed.
   void join_chain(NodeIndex n);
 
-  /// Looks at the only use of a free constant.
+  /// Examines the only use of a free constant.
   void visit(NodeIndex n);
   [[nodiscard]] FreeArguments get_free(NodeIndex n);
-  /// Makes a step for the application: it becomes the step's constant.
+  /// Makes a step for the application, and replaces it by the step's constant.
   void eliminate_application(NodeIndex n, FreeArguments free);
   void add_step(NodeIndex owner, const Symbol* s, const Node::Arguments& args, FreeArguments free,
                 const Term* original);
@@ -84,25 +85,25 @@ class Eliminator
   void add_fact(const Term* constant, NodeIndex owner);
   /// The application of the input that n is a part of, or n itself if it is not a new one.
   [[nodiscard]] NodeIndex get_owner(NodeIndex n) const;
-  /// Makes the application the leaf t, and drops its uses of its arguments.
+  /// Turns the application into the leaf t, and drops its uses of its arguments.
   void replace_by_leaf(NodeIndex n, const Term* t);
-  /// Makes the application another one with the same meaning.
+  /// Turns the application into another one with the same meaning.
   void replace_by_application(NodeIndex n, const Symbol* s, const Node::Arguments& args);
 
   void visit_chain_leaf(NodeIndex n, NodeIndex parent);
-  /// Takes a free leaf out of its chain.
+  /// Removes a free leaf from its chain.
   void remove_leaf(NodeIndex n);
   void merge_leaves(Chain& chain, NodeIndex a, NodeIndex b);
 
   void visit_ite(NodeIndex n);
   void visit_order_atom(NodeIndex n);
-  /// A new application, part of what the owner becomes.
+  /// A new application, part of the term that replaces the owner.
   NodeIndex add_application(NodeIndex owner, const Symbol* s, const Node::Arguments& args);
   void guard_order_atom(NodeIndex n, std::size_t free_position);
 
   void rewrite_shift(NodeIndex n);
   void rewrite_product(NodeIndex n);
-  /// Makes the application x, moved by k bits in its direction, of a free x; 0 < k < w.
+  /// Turns the application into a free x, shifted by k bits in the given direction; 0 < k < w.
   void replace_by_moved(NodeIndex n, Kind direction, NodeIndex x, unsigned long k, const Term* original);
 
   /// The application of a step; the forms of its arguments are final.
@@ -111,7 +112,7 @@ class Eliminator
   [[nodiscard]] std::vector<Step> build_steps();
   [[nodiscard]] std::vector<const Term*> build_assertions();
   [[nodiscard]] std::vector<const Term*> build_kept();
-  /// The forms of assertions, null where nothing remains. The constants that are whole assertions become facts.
+  /// The forms of assertions, null if nothing remains. The constants that are whole assertions become facts.
   void build_forms(const GraphRecord& record, Batch& batch);
 
   TermManager& mgr_;
@@ -120,7 +121,7 @@ class Eliminator
   Chains chains_;
   std::vector<NodeIndex> work_;
   ChunkedVector<Step> steps_;
-  std::vector<PendingApplication> pending_;  ///< of steps that have no application yet
+  std::vector<PendingApplication> pending_;  ///< of steps without an application yet
   std::vector<const Term*> facts_;
   /// For a batch: the applications of the input that steps and facts belong to
   const bool keeps_owners_;

@@ -18,7 +18,7 @@ unsigned long count_trailing_zeros(const QNumber& number)
   return k;
 }
 
-/// The number as a shift amount, cut to a limit.
+/// The number as a shift amount, at most the limit.
 unsigned long clamp(const QNumber& number, unsigned long limit)
 {
   long word;
@@ -28,9 +28,9 @@ unsigned long clamp(const QNumber& number, unsigned long limit)
 
 }  // namespace
 
-/// The calculator gives values to the condition and a branch, or to both branches, for any third one. But for an
-/// `ite` of Booleans with a free condition it always takes the first branch. So if the second branch is the free one:
-/// before: ite(c, e, x), after: ite(not c, x, e).
+/// The calculator gives values to the condition and a branch, or to both branches, whatever the third argument is.
+/// But for an `ite` of Booleans with a free condition it always takes the first branch. So if the second branch is
+/// the free one: before: ite(c, e, x), after: ite(not c, x, e).
 void Eliminator::visit_ite(NodeIndex n)
 {
   const FreeArguments free = get_free(n);
@@ -70,7 +70,7 @@ void Eliminator::visit_order_atom(NodeIndex n)
 }
 
 /// Before: x < e, after: f and not e = bound; before: x <= e, after: f or e = bound. In a model in which e is the
-/// bound, f says nothing of the atom; `extend` knows that.
+/// bound, f does not determine the atom; `extend` handles this case.
 void Eliminator::guard_order_atom(NodeIndex n, std::size_t free_position)
 {
   const Node node = graph_[n];
@@ -109,7 +109,7 @@ void Eliminator::rewrite_shift(NodeIndex n)
   if (!mgr_.is_number(graph_[node.args[1]].symbol, &amount)) return;
 
   const unsigned long w = graph_.get_width(n);
-  // The copies of the sign bit stay the same from w - 1 bits on.
+  // From w - 1 bits on, all bits are copies of the sign bit.
   const unsigned long k = clamp(amount, kind == Kind::kBvAsr ? w - 1 : w);
   if (k == 0) {
     replace_by_leaf(n, graph_[node.args[0]].term);
@@ -120,7 +120,7 @@ void Eliminator::rewrite_shift(NodeIndex n)
   }
 }
 
-/// A free x times an odd number can be anything. Times 2^k m with an odd m, it is m x, moved by k bits.
+/// A free x times an odd number can take any value. x times 2^k m with an odd m is m x, shifted by k bits.
 void Eliminator::rewrite_product(NodeIndex n)
 {
   const Node node = graph_[n];
@@ -148,7 +148,7 @@ void Eliminator::rewrite_product(NodeIndex n)
   replace_by_moved(n, Kind::kBvLsl, product, k, node.term);
 }
 
-/// The bits of x that remain are free, and so are a step; before: a shift of x by k, after: them and padding.
+/// The remaining bits of x are free, so they become a step. Before: a shift of x by k; after: these bits and padding.
 void Eliminator::replace_by_moved(NodeIndex n, Kind direction, NodeIndex x, unsigned long k,
                                   const Term* original)
 {

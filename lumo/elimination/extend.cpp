@@ -20,7 +20,8 @@ void check_application(const TermManager& mgr, const Term* t)
   }
 }
 
-/// Whether exactly one argument is free and the other one leaves it no choice; then truth is what the atom is.
+/// Whether exactly one argument is free and the other one is the bound that fixes the atom. If so, stores the
+/// atom's value.
 bool is_decided(const TermManager& mgr, const Step& step, const LocalApplication::Arguments& args,
                 bool& truth)
 {
@@ -53,7 +54,7 @@ void extend_by(TermManager& mgr, const Step& step, ModelStore& model, ModelStore
     args[i] = step.free[i] ? arg : model.get_value(arg);
   }
   const Term* value = model.get_value(step.constant);
-  // Such an atom was eliminated together with a guard, which makes the constant's value irrelevant here.
+  // Such an atom was eliminated with a guard, which makes the constant's value irrelevant here.
   if (bool truth = false; is_decided(mgr, step, args, truth))
     value = truth ? mgr.make_true() : mgr.make_false();
 

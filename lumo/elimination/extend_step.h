@@ -13,8 +13,8 @@ namespace lumo {
 /// Refuses a model of another manager with an `Exception`.
 void check_manager(const TermManager& mgr, const ModelStore& model);
 
-/// Takes one step back: gives the free arguments of its application values. `defs` is empty before and after it. What
-/// is thrown is said at `extend`.
+/// Processes one step of `extend`: gives the free arguments of its application values. `defs` is empty before and
+/// after it. Throws the exceptions of `extend`.
 void extend_by(TermManager& mgr, const Step& step, ModelStore& model, ModelStore::DefinitionStack& defs);
 
 }  // namespace lumo

@@ -52,20 +52,20 @@ class IncrementalEliminator::Implementation
   /// The level of an assertion; the number of assertions stands for the assumptions.
   [[nodiscard]] std::size_t get_level(std::size_t assertion) const;
   void drop_assumptions();
-  /// Takes back what belongs to levels above the given one.
+  /// Removes everything on levels above the given one.
   void cut(std::size_t level);
 
   /// Adds the steps and facts of a batch whose first assertion has that index. Returns the indices of the steps by
   /// ascending levels.
   [[nodiscard]] std::vector<std::size_t> add_steps(const Batch& batch, std::size_t first_assertion);
-  /// Notes the forms, known to the solver, of the terms of those nodes.
+  /// Records the forms, known to the solver, of the terms of those nodes.
   void note_forms(Eliminator& eliminator, const GraphRecord& record, std::size_t begin, std::size_t end);
-  /// Tells the solver of a term, and restores the constants in it.
+  /// Sends a term to the solver, and restores the constants in it.
   void tell(const Term* root, std::size_t level, Query& query);
-  /// Asserts again what has eliminated a constant that the solver is now told of.
+  /// Restores the step or fact that eliminated a constant that is now sent to the solver.
   void restore(const Term* constant, std::size_t level, Query& query);
-  /// Restores the steps below the index `end` that eliminated constants which the step mentions: when a model is
-  /// extended, the step's turn comes before theirs.
+  /// Restores the steps below the index `end` that eliminated constants of this step: when a model is
+  /// extended, this step is processed before them.
   void restore_mentioned(const Step& step, std::size_t end, std::size_t level, Query& query);
 
   TermManager& mgr_;
@@ -73,11 +73,11 @@ class IncrementalEliminator::Implementation
   KnownTerms known_;
   IncrementalSteps steps_;
   std::vector<const Term*> assertions_;
-  std::vector<std::size_t> levels_;      ///< by level, counted from 1: how many assertions there are below it
-  std::size_t num_done_ = 0;             ///< assertions that queries have seen
+  std::vector<std::size_t> levels_;      ///< by level, counted from 1: the number of assertions below it
+  std::size_t num_done_ = 0;             ///< assertions that queries have processed
   std::vector<std::size_t> log_begins_;  ///< by level: the size of the log of known terms before it
   bool has_assumptions_ = false;
-  std::uint32_t num_walks_ = 0;  ///< one for each query, over what its steps mention
+  std::uint32_t num_walks_ = 0;  ///< one for each query, over the terms of its steps
   std::vector<const Term*> stack_;
   std::vector<const Term*> mentioned_;
 };

@@ -20,28 +20,29 @@ namespace lumo {
 ///
 /// The solver's stack has the same levels. `query` returns what must be asserted there: forms of the assertions that
 /// are new since the last query, and *restorations*. A restoration is the equation u = t of a step that replaced the
-/// application t by the fresh constant u, or a Boolean constant that was a whole assertion. It becomes necessary when
-/// a new assertion mentions a constant that the step has eliminated. What the solver was told before stays valid.
+/// application t by the fresh constant u, or a Boolean constant that was a whole assertion. It is necessary if
+/// a new assertion contains a constant that the step has eliminated. All earlier additions stay valid.
 /// docs/incremental.md has the argument.
 ///
-/// A constant is eliminated if it has one use in all assertions and the solver was not told of it. Levels are counted
-/// from 0, the level of assertions that no `pop` takes back.
+/// A constant is eliminated if it has one use in all assertions and was not sent to the solver. Levels are counted
+/// from 0, the level of assertions that no `pop` removes.
 ///
 /// Every member that takes terms refuses null pointers, terms of another manager and terms that are not Boolean with an
-/// `Exception`; nothing has changed then. After a `std::bad_alloc`, only `reset` and the destructor may be called.
-/// Precondition for all calls: no `TermManager::release` or `clear` took a term away that the object has met.
+/// `Exception`; then nothing has changed. After a `std::bad_alloc`, only `reset` and the destructor may be called.
+/// Precondition for all calls: no `TermManager::release` or `clear` has destroyed a term that the object was given
+/// or made.
 class IncrementalEliminator
 {
  public:
   /// `Addition::assertion` of a restoration.
   static constexpr std::size_t kRestoration = std::numeric_limits<std::size_t>::max();
 
-  /// Something that the solver must be told.
+  /// A term that must be sent to the solver.
   struct Addition
   {
-    std::size_t level;      ///< on which it must be asserted
-    const Term* term;       ///< what must be asserted there
-    std::size_t assertion;  ///< the index of the assertion that it stands for, or kRestoration
+    std::size_t level;      ///< the level on which it must be asserted
+    const Term* term;       ///< the term that must be asserted
+    std::size_t assertion;  ///< the index of the assertion whose form it is, or kRestoration
   };
   struct Query
   {
@@ -51,15 +52,15 @@ class IncrementalEliminator
     /// The form of each assumption, in the order given.
     std::vector<const Term*> assumptions;
   };
-  /// How much is there now.
+  /// The current sizes.
   struct Counts
   {
     std::size_t assertions = 0;
     std::size_t steps = 0;     ///< eliminated applications, without those that are restored
-    std::size_t restored = 0;  ///< steps whose equation the solver was told
+    std::size_t restored = 0;  ///< steps whose equation was sent to the solver
   };
 
-  /// Fresh constants are called `<prefix>!<number>`. Choose a prefix that no name declared later starts with.
+  /// The names of fresh constants are `<prefix>!<number>`. Choose a prefix that no name declared later starts with.
   explicit IncrementalEliminator(TermManager& mgr, std::string_view prefix = "u");
   ~IncrementalEliminator();
   IncrementalEliminator(const IncrementalEliminator&) = delete;
@@ -67,30 +68,31 @@ class IncrementalEliminator
 
   /// Opens a level.
   void push();
-  /// Takes the assertions of the highest levels back, with the levels. More than there are is an `Exception`.
+  /// Removes the highest levels with their assertions. Throws an `Exception` if there are fewer.
   void pop(std::size_t num_levels = 1);
-  /// Takes everything back.
+  /// Removes all assertions and levels.
   void reset();
-  /// How many levels were pushed and not popped; the present level.
+  /// The number of levels that were pushed and not popped, which is the current level.
   [[nodiscard]] std::size_t get_num_levels() const;
 
-  /// Asserts a Boolean term on the present level. Returns its index in `get_assertions`.
+  /// Asserts a Boolean term on the current level. Returns its index in `get_assertions`.
   std::size_t add_assertion(const Term* t);
-  /// The assertions on all levels, in their order.
+  /// The assertions on all levels, in the order in which they were added.
   [[nodiscard]] std::span<const Term* const> get_assertions() const;
 
-  /// What the solver must be told before it answers for all assertions and the assumptions, any Boolean terms, which
-  /// hold for this query only. The answer is that for the assertions and the assumptions themselves.
+  /// Returns the additions that the solver needs to answer for all assertions and the assumptions, any Boolean
+  /// terms, which hold for this query only. The answer is the same as for the assertions and the assumptions
+  /// themselves.
   ///
-  /// Time is linear in what is new in the assertions and assumptions and in what is restored. Terms that the solver was
-  /// told of are not walked again.
+  /// Time is linear in the new terms of the assertions and assumptions and in the restored terms. Terms that were
+  /// sent to the solver are not walked again.
   [[nodiscard]] Query query(std::span<const Term* const> assumptions = {});
 
-  /// Makes a model of what the solver was told at the last query a model of the assertions and assumptions of that
-  /// query, as `lumo::extend` does: the model has values of the solver's constants, and gets those of eliminated ones.
-  /// Constants without a value count as 0 or false.
+  /// Extends a model of the solver's assertions at the last query to a model of the assertions and assumptions of
+  /// that query, as `lumo::extend` does: the model has values of the solver's constants, and gets those of
+  /// eliminated ones. Constants without a value count as 0 or false.
   ///
-  /// Precondition: no assertion is new since the last query, and nothing was popped since then. Refuses a model of
+  /// Precondition: since the last query, no assertion was added and nothing was popped. Refuses a model of
   /// another manager with an `Exception`.
   void extend(ModelStore& model) const;
 

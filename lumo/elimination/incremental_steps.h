@@ -12,8 +12,8 @@
 
 namespace lumo {
 
-/// The steps and facts of a conversation, each on the level of the assertions that need it. Tells the table of known
-/// terms which constants they eliminate.
+/// The steps and facts of a conversation, each on the level of the assertions that need it. Records in the table of
+/// known terms which constants they eliminate.
 class IncrementalSteps
 {
  public:
@@ -37,11 +37,11 @@ class IncrementalSteps
 
   void add_step(const Step& step, std::size_t level);
   void add_fact(const Term* constant, std::size_t level);
-  /// Notes that the solver is told of the step's equation. Levels never decrease between two calls of `pop`.
+  /// Records that the step's equation is sent to the solver. Levels never decrease between two calls of `pop`.
   void restore(std::size_t index, std::size_t level);
 
-  /// Forgets steps, facts and restorations above the level. Takes time in proportion to what was added since the first
-  /// of them.
+  /// Removes steps, facts and restorations above the level. Takes time in proportion to what was added since the
+  /// first of them.
   void pop(std::size_t level);
 
  private:
@@ -57,18 +57,18 @@ class IncrementalSteps
   std::vector<LevelStep> steps_;
   std::vector<Fact> facts_;
   std::vector<Restoration> restored_;
-  /// Where the steps or facts of a level begin: no index is smaller.
+  /// The start of the steps or facts of a level: no index is smaller.
   struct Begin
   {
     std::size_t index;
-    std::size_t num_restored;  ///< how many restorations there were then
+    std::size_t num_restored;  ///< the number of restorations at that time
   };
 
   void note_begin(std::vector<Begin>& begins, std::size_t level, std::size_t index) const;
   void set_taker(const Step& step, KnownTerms::Taker taker);
   void pop_steps(std::size_t level);
-  /// Corrects the indices of restorations that were noted after `begin`; `moved` says where the steps from begin.index on
-  /// went.
+  /// Corrects the indices of restorations that were recorded after `begin`; `moved` has the new indices of the
+  /// steps from begin.index on.
   void move_restored(const Begin& begin, const std::vector<std::size_t>& moved);
   void pop_facts(std::size_t level);
 

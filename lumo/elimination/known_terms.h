@@ -10,20 +10,20 @@
 
 namespace lumo {
 
-/// What earlier queries of a conversation have made of terms: which terms the solver was told of, in which form, and
+/// The results of earlier queries of a conversation: which terms were sent to the solver, in which form, and
 /// which constants were eliminated.
 ///
-/// What was told can be undone in the reverse order, by `cut`.
+/// `cut` removes entries in the reverse order.
 class KnownTerms
 {
  public:
-  /// Who eliminated a constant: nobody, a fact, or the step with the index `taker - kFirstStep`.
+  /// What eliminated a constant: nothing, a fact, or the step with the index `taker - kFirstStep`.
   using Taker = std::uint32_t;
   static constexpr Taker kNobody = 0;
   static constexpr Taker kFact = 1;
   static constexpr Taker kFirstStep = 2;
 
-  /// The term that new assertions use in place of t, and that elimination must leave alone: the form of t that the
+  /// The term that new assertions use in place of t, and that elimination must not change: the form of t that the
   /// solver knows, or t if it is an eliminated constant. Null for other terms.
   [[nodiscard]] const Term* find_fixed(const Term* t) const
   {
@@ -33,13 +33,13 @@ class KnownTerms
     return entry->taker != kNobody ? t : nullptr;
   }
 
-  /// Whether the solver was told of t itself.
+  /// Whether t itself was sent to the solver.
   [[nodiscard]] bool is_told(const Term* t) const
   {
     const Entry* entry = entries_.find(t->get_id());
     return entry != nullptr && (entry->walk_and_told & kTold) != 0;
   }
-  /// Notes that the solver is told of t. Returns whether that is new.
+  /// Records that t is sent to the solver. Returns whether that is new.
   bool tell(const Term* t)
   {
     Entry& entry = entries_[t->get_id()];
@@ -49,16 +49,16 @@ class KnownTerms
     if (entry.form == nullptr) set_form(entry, t, t);
     return true;
   }
-  /// Notes the form in which the solver was told of t, unless there is one.
+  /// Records the form of t that was sent to the solver, unless there is one.
   void add_form(const Term* t, const Term* form)
   {
     Entry& entry = entries_[t->get_id()];
     if (entry.form == nullptr) set_form(entry, t, form);
   }
 
-  /// How much was noted.
+  /// The number of recorded entries.
   [[nodiscard]] std::size_t get_log_size() const { return log_.size(); }
-  /// Forgets what was noted after the log had that size.
+  /// Removes the entries after the log had that size.
   void cut(std::size_t log_size)
   {
     for (; log_.size() > log_size; log_.pop_back()) {
@@ -80,7 +80,7 @@ class KnownTerms
 
   static constexpr std::uint32_t kMaxWalk = 0x7fff'ffff;
 
-  /// Marks t as visited by the walk of that number, 1 to kMaxWalk. Returns whether it was not.
+  /// Marks t as visited by the walk of that number, 1 to kMaxWalk. Returns whether it was not visited before.
   bool visit(const Term* t, std::uint32_t walk)
   {
     Entry& entry = entries_[t->get_id()];
@@ -97,7 +97,7 @@ class KnownTerms
     const Term* form = nullptr;
     Taker taker = kNobody;
     std::uint32_t walk_and_told =
-        0;  ///< the last walk that visited the term, and in the lowest bit whether it was told
+        0;  ///< the last walk that visited the term, and in the lowest bit whether it was sent
   };
   struct Note
   {

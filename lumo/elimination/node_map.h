@@ -12,8 +12,8 @@
 
 namespace lumo {
 
-/// Numbers of terms by their ids; 0 for terms that have none. It is a table until one term in kDensity has a number,
-/// and an array over all ids from then on. So it is as fast as an array where that matters, and time and memory are
+/// Maps terms to numbers by their ids; 0 means no number. It is a table until one term in kDensity has a number,
+/// and an array over all ids from then on. So it is as fast as an array for many terms, and time and memory are
 /// linear in the number of terms with a number.
 class NodeMap
 {
@@ -28,7 +28,7 @@ class NodeMap
     const std::uint32_t* entry = table_.find(id);
     return entry != nullptr ? *entry : 0;
   }
-  /// Gives a term that has none a number.
+  /// Gives a term a number. Precondition: it has none.
   void set(std::size_t id, std::uint32_t number)
   {
     if (!array_.empty()) [[likely]] {
@@ -53,9 +53,9 @@ class NodeMap
   }
 
   std::size_t num_ids_;
-  std::vector<std::uint32_t> array_;  ///< empty as long as the table is in use
+  std::vector<std::uint32_t> array_;  ///< empty while the table is in use
   TermTable<std::uint32_t, 8> table_;
-  std::vector<std::uint32_t> ids_;  ///< of the numbers in the table
+  std::vector<std::uint32_t> ids_;  ///< the ids of the terms in the table
 };
 
 }  // namespace lumo

@@ -17,7 +17,7 @@ namespace lumo {
 struct OrderLimit
 {
   QNumber bound;  ///< the value of the other argument that fixes the atom, a pattern in [0, 2^w - 1]
-  bool truth;     ///< the atom's value then
+  bool truth;     ///< the value of the atom in that case
 };
 
 /// The limit of an atom of that order over operands of width w whose left (or else right) argument is free.

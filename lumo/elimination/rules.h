@@ -12,13 +12,13 @@
 
 namespace lumo {
 
-/// Which arguments of an application must be free for a fresh constant to stand for it.
+/// Which arguments of an application must be free so that a fresh constant can replace it.
 enum class FreeNeed : std::uint8_t
 {
   kNever,     ///< the application always stays
   kOne,       ///< any one
   kAll,       ///< all
-  kAllChain,  ///< all; in nested applications of the operator, any two are brought together
+  kAllChain,  ///< all; in nested applications of the operator, any two, by regrouping
   kTwo,       ///< two of three
   kGuarded,   ///< any one, together with a guard on the other argument; without a guard if both are free
 };
@@ -28,7 +28,7 @@ enum class NumeralRewrite : std::uint8_t
 {
   kNone,
   kShift,   ///< a shift by a numeral becomes the bits that remain of the free argument, and padding
-  kFactor,  ///< an odd factor is invertible; an even one is an odd one and a shift
+  kFactor,  ///< an odd factor is invertible; an even factor becomes an odd one and a shift
 };
 
 /// The rule for the applications of one operator.

@@ -38,9 +38,9 @@ TermGraph::TermGraph(TermManager& mgr, std::span<const Term* const> assertions,
     check_assertion(mgr, t);
   for (const Term* t : kept)
     check_kept(mgr, t);
-  add_node(mgr.get_true_symbol(), mgr.make_true());  // the place of kAssertions
+  add_node(mgr.get_true_symbol(), mgr.make_true());  // index kAssertions
   if (background_ != nullptr) background_->record->terms.push_back(nullptr);
-  NodeMap node_of(mgr.get_num_terms());  // kAssertions, which is 0, where a term has no node yet
+  NodeMap node_of(mgr.get_num_terms());  // maps to kAssertions, which is 0, if a term has no node yet
   for (const Term* t : assertions)
     add_assertion(t, node_of);
   for (const Term* t : kept)
@@ -66,7 +66,7 @@ void TermGraph::add_kept(const Term* t, NodeMap& node_of)
 {
   add_terms(t, node_of);
   kept_.push_back(node_of.get(t->get_id()));
-  nodes_[kept_.back()].num_uses += 2;  // by no node: the exclusive or of the parents does not change
+  nodes_[kept_.back()].num_uses += 2;  // not by a node: the exclusive or of the parents does not change
 }
 
 void TermGraph::add_terms(const Term* root, NodeMap& node_of)
@@ -110,7 +110,7 @@ bool TermGraph::add_fixed(const Term* t, NodeMap& node_of)
   node_of.set(t->get_id(), n);
   nodes_[n].kind = Kind::kConstant;
   nodes_[n].is_built = true;
-  nodes_[n].num_uses = 2;  // by no node, as for kept terms
+  nodes_[n].num_uses = 2;  // not by a node, as for kept terms
   background_->record->terms.push_back(t);
   return true;
 }
@@ -202,8 +202,8 @@ void TermGraph::visit(NodeIndex n)
   node.is_built = true;
 }
 
-/// An application of a chain may have lost arguments and got another one in their place. Without arguments there is
-/// no term; one argument stands for itself; three are nested.
+/// Elimination may have removed arguments from an application of a chain and added another one. Without arguments
+/// there is no term; a single argument becomes the result itself; three arguments are nested.
 const Term* TermGraph::make_term(const Node& node)
 {
   std::array<const Term*, kMaxArity> args;

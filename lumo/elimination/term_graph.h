@@ -19,12 +19,12 @@ namespace lumo {
 
 using NodeIndex = std::uint32_t;
 
-/// No node: an argument position that is empty.
+/// Marks an empty argument position.
 inline constexpr NodeIndex kNoNode = std::numeric_limits<NodeIndex>::max();
 /// Stands for the assertions, as the parent of all asserted nodes.
 inline constexpr NodeIndex kAssertions = 0;
 
-/// A term in the course of elimination. Its meaning never changes, only its form: an application may become another
+/// A term during elimination. Its meaning never changes, only its form: an application may become another
 /// one with the same meaning, or the constant that stands for it.
 struct Node
 {
@@ -34,11 +34,11 @@ struct Node
   /// A leaf: the term. An application: the term that it was made from, null if its form has changed since.
   const Term* term = nullptr;
   Arguments args{kNoNode, kNoNode, kNoNode};
-  /// How often it is an argument, or asserted; two more for each time that it is kept.
+  /// How often it is an argument or asserted, plus two for each time that it is kept.
   std::uint32_t num_uses = 0;
   /// The exclusive or of the parents, one for each use: if there is one use, its parent.
   NodeIndex parents = 0;
-  /// Whether it had at most one use in the assertions, before elimination.
+  /// Whether it had at most one use in the assertions before elimination.
   bool is_exclusive = true;
   bool is_asserted = false;
   /// Whether `term` is the final form of the node. Leaves are built from the start.
@@ -57,28 +57,28 @@ struct Node
 
 static_assert(sizeof(Node) == 40, "graphs have millions of nodes");
 
-/// How a graph grew out of terms, for callers that ask later what has become of them.
+/// How a graph was made from terms, for callers that need the forms of these terms later.
 struct GraphRecord
 {
-  std::vector<const Term*> terms;    ///< by node: what it was made from; null for the place of kAssertions
+  std::vector<const Term*> terms;    ///< by node: the term that it was made from; null for kAssertions
   std::vector<NodeIndex> asserted;   ///< by assertion: its node
-  std::vector<NodeIndex> num_nodes;  ///< by assertion: how many nodes there were after it
+  std::vector<NodeIndex> num_nodes;  ///< by assertion: the number of nodes after it was added
 };
 
-/// What was known before the assertions: a graph does not look into terms that have a fixed form.
+/// The state before the assertions: a graph does not walk terms that have a fixed form.
 struct Background
 {
   const KnownTerms* known;
   GraphRecord* record;  ///< is filled
 };
 
-/// The graph of the asserted terms: one node for each distinct term, in an order in which arguments come first,
-/// and those that elimination adds. It counts uses, which shows when a constant has a single one left.
+/// The graph of the asserted terms: one node for each distinct term, arguments first, followed by the nodes that
+/// elimination adds. It counts uses, so it knows when a constant has a single use left.
 class TermGraph
 {
  public:
-  /// Leaves the graph empty if an assertion is refused, with the `Exception` that says why. The background may be
-  /// null; it is used during the call only.
+  /// Throws an `Exception` if an assertion or a kept term is refused. The background may be null; it is only used
+  /// during the call.
   TermGraph(TermManager& mgr, std::span<const Term* const> assertions, std::span<const Term* const> kept,
             const Background* background = nullptr);
 
@@ -107,18 +107,18 @@ class TermGraph
   NodeIndex add_leaf(const Term* t);
   /// An application without a use; it uses its arguments.
   NodeIndex add_application(const Symbol* s, const Node::Arguments& args);
-  /// Gives the argument its use by the parent.
+  /// Adds a use of n by the parent.
   void add_use(NodeIndex n, NodeIndex parent);
-  /// Takes the use away. If none is left, the node's own uses of its arguments go, too, and so on. Constants that are
-  /// left with a single use are appended to `freed`.
+  /// Removes the use. If none is left, the node's uses of its arguments are removed, too, and so on. Constants that
+  /// are then left with a single use are appended to `freed`.
   void drop_use(NodeIndex n, NodeIndex parent, std::vector<NodeIndex>& freed);
   /// Makes an application a leaf, which uses no arguments. The caller drops the uses of the old arguments.
   void become_leaf(NodeIndex n, const Term* t);
-  /// Gives an application another form; the uses of old and new arguments are the caller's.
+  /// Gives an application another form. The caller updates the uses of old and new arguments.
   void become_application(NodeIndex n, const Symbol* s, const Node::Arguments& args);
 
-  /// The term that the node has become, which is null for an application whose arguments are all gone. Nodes
-  /// change no more after the first call.
+  /// The final term of the node; null for an application without any arguments left. Nodes
+  /// must not change after the first call.
   [[nodiscard]] const Term* build(NodeIndex n) { return nodes_[n].is_built ? nodes_[n].term : build_slow(n); }
 
  private:
@@ -133,7 +133,7 @@ class TermGraph
   bool add_fixed(const Term* t, NodeMap& node_of);
   /// Takes one use away; returns whether none is left.
   bool lose_use(NodeIndex n, NodeIndex parent, std::vector<NodeIndex>& freed);
-  /// Builds a node whose arguments are built, else puts those that are not on the stack.
+  /// Builds a node if its arguments are built; otherwise pushes those that are not on the stack.
   void visit(NodeIndex n);
   [[nodiscard]] const Term* make_term(const Node& node);
 

@@ -11,10 +11,10 @@ namespace lumo {
 /// Which arguments of an application are free constants, by position.
 using FreeArguments = std::bitset<kMaxArity>;
 
-/// One eliminated application: the fresh constant stands for it from then on.
+/// One eliminated application, which the fresh constant replaced.
 ///
-/// An argument that is free is a constant that occurs nowhere else at that time. Every other argument is any term, in
-/// which the fresh constants of earlier and later steps already stand for their applications.
+/// A free argument is a constant that occurs nowhere else at the time of the step. Every other argument may be any
+/// term, in which the fresh constants of earlier and later steps already replace their applications.
 struct Step
 {
   const Term* constant;

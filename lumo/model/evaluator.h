@@ -14,16 +14,17 @@ namespace lumo {
 
 /// Evaluates terms of one manager under given values of some of them.
 ///
-/// Values are numbers as `fold` takes them. Numerals, true and false denote themselves; any other term that
-/// was given a value has it; a constant without one is 0 or false; an application follows from its arguments.
+/// Values are numbers as `fold` takes them. Numerals, true and false have their own value. Any other term that was
+/// given a value has that value. A constant without a given value is 0 or false; the value of an application
+/// follows from its arguments.
 ///
-/// Results are kept, so each term is computed once, however often it is shared or asked for. The walk is
-/// iterative. Memory and time are linear in the number of terms that were given a value or evaluated; the number
-/// of the manager's terms does not matter.
+/// Results are cached, so each term is computed once, however often it is shared or requested. The walk is
+/// iterative. Memory and time are linear in the number of terms that were given a value or evaluated, independent
+/// of the number of the manager's terms.
 class Evaluator
 {
  public:
-  /// A term that was given a value, and the value.
+  /// A term and the value that it was given.
   struct Given
   {
     const Term* term;
@@ -35,22 +36,22 @@ class Evaluator
   [[nodiscard]] const TermManager* get_manager() const { return mgr_; }
 
   /// Gives t a value in the range of its sort, which replaces an earlier one; without effect on numerals, true
-  /// and false. If t was evaluated to another value before, all computed results are forgotten. `value` is the
-  /// numeral, true or false that denotes the number, or null; with it, `evaluate_to_term` needs to make none.
+  /// and false. If t was evaluated to another value before, all computed results are discarded. `value` is the
+  /// numeral, true or false that denotes the number, or null. If it is given, `evaluate_to_term` need not make it.
   void set_value(const Term* t, QNumber number, const Term* value = nullptr);
-  /// Takes the given value of t away; without effect on a term that has none.
+  /// Removes the given value of t. No effect if t has none.
   void unset_value(const Term* t);
   /// Whether t was given a value.
   [[nodiscard]] bool has_value(const Term* t) const;
 
-  /// The value of t. The reference is good until the next call of a member that is not const.
+  /// The value of t. The reference is valid until the next call of a non-const member.
   [[nodiscard]] const QNumber& evaluate(const Term* t) { return compute(t).number; }
-  /// The numeral, true or false that denotes the value of t. `mgr` is the manager of this object, which makes it.
+  /// The numeral, true or false that denotes the value of t. `mgr` is the manager of this object; it makes the term.
   [[nodiscard]] const Term* evaluate_to_term(TermManager& mgr, const Term* t);
-  /// The value of t; keeps no result. Takes the time to evaluate all of t that was not evaluated before.
+  /// The value of t, without caching results. Takes the time to evaluate all subterms that were not evaluated before.
   [[nodiscard]] QNumber read(const Term* t) const;
 
-  /// How many terms were given a value.
+  /// The number of terms that were given a value.
   [[nodiscard]] std::size_t get_num_given() const { return num_given_; }
   /// Calls the visitor with each given value, in the order in which the terms were first given one.
   template <class Visitor>
@@ -62,7 +63,7 @@ class Evaluator
   }
 
  private:
-  /// Results count if they are of the current epoch; given values, of every epoch.
+  /// Results are valid if they are from the current epoch; given values are valid in every epoch.
   static constexpr std::uint32_t kGiven = std::numeric_limits<std::uint32_t>::max();
 
   /// The value that t was given.
@@ -71,12 +72,12 @@ class Evaluator
   struct Result
   {
     QNumber number;
-    const Term* term = nullptr;  ///< that denotes the number, or null if none was asked for yet
+    const Term* term = nullptr;  ///< the term that denotes the number, or null if none was requested yet
     std::uint32_t epoch = 0;
     std::uint32_t place = 0;  ///< of a given value: its index in given_
   };
 
-  /// Reads what the base knows, and keeps results of its own.
+  /// Reads the results of the base, and stores its own results.
   Evaluator(const TermManager* mgr, const Evaluator* base) : mgr_(mgr), base_(base) {}
 
   [[nodiscard]] bool is_known(const Result& result) const
@@ -89,18 +90,18 @@ class Evaluator
     return result != nullptr && is_known(*result) ? result : nullptr;
   }
   void forget_computed();
-  /// The result of t, which is then known.
+  /// Computes the result of t if it is not known yet.
   [[nodiscard]] Result& compute(const Term* t);
-  /// Computes t if all its arguments are known, else puts those that are not on the stack.
+  /// Computes t if all its arguments are known; otherwise pushes the unknown ones on the stack.
   void visit(const Term* t, Result& result);
 
   const TermManager* mgr_;
   const Evaluator* base_ = nullptr;
   TermTable<Result> results_;
   std::uint32_t epoch_ = 1;
-  std::vector<const Term*> given_;  ///< null where a value was taken away
+  std::vector<const Term*> given_;  ///< null if the value was removed
   std::size_t num_given_ = 0;
-  std::vector<const Term*> stack_;  ///< of the walk; empty between calls, unless one failed
+  std::vector<const Term*> stack_;  ///< of the walk; empty between calls, except after one that failed
 };
 
 }  // namespace lumo

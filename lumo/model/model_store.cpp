@@ -20,7 +20,7 @@ struct StackAccess : ModelStore::DefinitionStack
   }
 };
 
-/// The value of a number in the sort.
+/// The number as a value of the sort.
 QNumber fit(const QNumber& number, const DataType* sort)
 {
   if (!number.is_int()) {
@@ -86,7 +86,7 @@ void ModelStore::take(const ModelDefinition& definition)
 {
   const auto [term, value, is_in_force] = definition;
   if (!is_in_force) return;
-  // Most values are numerals; they need no place among the evaluator's results.
+  // Most values are numerals; they need no entry in the evaluator's results.
   if (const QNumber* number = find_value_number(*mgr_, value); number != nullptr) {
     define(term, *number, value);
   } else {
@@ -103,7 +103,7 @@ void ModelStore::set_value(const Term* t, const QNumber& number)
 void ModelStore::define(const Term* t, QNumber number, const Term* value)
 {
   if (is_operator(t->get_symbol()->get_kind())) {
-    if (!checker_.has_value()) checker_ = evaluator_;  // which has only met definitions of constants so far
+    if (!checker_.has_value()) checker_ = evaluator_;  // which has only definitions of constants so far
   } else if (checker_.has_value()) {
     checker_->set_value(t, number, value);
   }

@@ -9,7 +9,7 @@
 
 namespace lumo {
 
-// In each function t0 to t3 are the scratch integers; no two functions that use the same one are active at once.
+// In each function, t0 to t3 are the scratch integers; no two functions that use the same one are active at once.
 
 namespace {
 
@@ -31,7 +31,7 @@ unsigned long invert_limb(unsigned long a)
 
 unsigned long low_bits(unsigned long n, unsigned long w) { return w < kLimbBits ? n & ((1UL << w) - 1) : n; }
 
-/// Takes the inverse x of a modulo 2^known to modulo 2^w, where known < w <= 2 * known. Uses the last two
+/// Extends the inverse x of a modulo 2^known to the inverse modulo 2^w, where known < w <= 2 * known. Uses the last two
 /// scratch integers.
 void double_precision(mpz_ptr x, mpz_srcptr a, unsigned long known, unsigned long w)
 {
@@ -91,11 +91,11 @@ QNumber BVNumber::complement_slow(const QNumber& q, unsigned long w)
 
 QNumber BVNumber::concatenate(const QNumber& high, const QNumber& low, unsigned long w)
 {
-  assert(high.sign() >= 0 && is_pattern(low, w) && "patterns are put together");
+  assert(high.sign() >= 0 && is_pattern(low, w) && "the operands are patterns");
   long upper;
   long lower;
   if (w <= kWordWidth && high.get_word(upper) && upper < (1L << (kWordWidth - w))) {
-    // Unlike the high part, a low one that narrow is always a word.
+    // Unlike the high part, a low part of this width is always a word.
     if (low.get_word(lower)) return {upper << w | lower};  // GCOVR_EXCL_BR_LINE
   }
   auto& [t0, t1, t2, t3] = get_scratch();
@@ -120,9 +120,9 @@ QNumber BVNumber::extract(const QNumber& q, unsigned long lsb, unsigned long w)
 
 QNumber BVNumber::rotate_left(const QNumber& q, unsigned long k, unsigned long w)
 {
-  assert(is_pattern(q, w) && k <= w && "a pattern of the width is turned");
+  assert(is_pattern(q, w) && k <= w && "a pattern of this width is rotated");
   long word;
-  // GCOVR_EXCL_BR_START: a pattern that narrow is a word
+  // GCOVR_EXCL_BR_START: a pattern of this width is a word
   if (w <= kWordWidth && q.get_word(word)) return {(word << k & ((1L << w) - 1)) | word >> (w - k)};
   // GCOVR_EXCL_BR_STOP
   auto& [t0, t1, t2, t3] = get_scratch();
@@ -189,7 +189,7 @@ QNumber BVNumber::invert_odd(const QNumber& a, unsigned long w)
 
 bool BVNumber::is_pow2(const QNumber& q, unsigned long& exponent)
 {
-  assert(q.sign() > 0 && "a positive number is asked about");
+  assert(q.sign() > 0 && "the number is positive");
   long word;
   if (q.get_word(word)) {
     if ((word & (word - 1)) != 0) return false;

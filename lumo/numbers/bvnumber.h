@@ -37,21 +37,21 @@ struct BVNumber
       return word >= 0 && (w > kWordWidth || word >> w == 0);
     return is_pattern_slow(q, w);
   }
-  /// The 2^w - 1 - q of a pattern q of width w: all its bits the other way round.
+  /// 2^w - 1 - q, for a pattern q of width w: the bitwise complement.
   [[nodiscard]] static QNumber complement(const QNumber& q, unsigned long w)
   {
     long word;
-    // GCOVR_EXCL_BR_START: a pattern that narrow is a word
+    // GCOVR_EXCL_BR_START: a pattern of this width is a word
     if (w <= kWordWidth && q.get_word(word)) [[likely]]
       return QNumber(word ^ ((1L << w) - 1));
     // GCOVR_EXCL_BR_STOP
     return complement_slow(q, w);
   }
-  /// A pattern of any width followed by the w bits of a second one.
+  /// The concatenation of a pattern of any width and a pattern of width w.
   [[nodiscard]] static QNumber concatenate(const QNumber& high, const QNumber& low, unsigned long w);
   /// The w bits of a pattern from bit lsb upwards
   [[nodiscard]] static QNumber extract(const QNumber& q, unsigned long lsb, unsigned long w);
-  /// A pattern of width w turned to the left by k bits, at most w.
+  /// A pattern of width w rotated to the left by k bits; k is at most w.
   [[nodiscard]] static QNumber rotate_left(const QNumber& q, unsigned long k, unsigned long w);
   /// q * 2^k
   [[nodiscard]] static QNumber shift_left(const QNumber& q, unsigned long k);
@@ -62,10 +62,10 @@ struct BVNumber
 
   /// The inverse of an odd a modulo 2^w, in [0, 2^w); w is at least 1.
   ///
-  /// Newton's iteration x := x * (2 - a * x), each step of which doubles the number of low bits that are right
+  /// Newton's iteration x := x * (2 - a * x), each step of which doubles the number of correct low bits
   /// (R. P. Brent and P. Zimmermann, Modern Computer Arithmetic, section 1.6.1).
   [[nodiscard]] static QNumber invert_odd(const QNumber& a, unsigned long w);
-  /// Whether q is a power of two; then its exponent is stored. q is at least 1.
+  /// Whether q is a power of two; if so, stores its exponent. q is at least 1.
   [[nodiscard]] static bool is_pow2(const QNumber& q, unsigned long& exponent);
 
   [[nodiscard]] static QNumber bit_and(const QNumber& a, const QNumber& b);

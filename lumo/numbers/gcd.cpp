@@ -19,7 +19,7 @@ unsigned long euclid(unsigned long x, unsigned long y)
   return x;
 }
 
-/// The gcd of a pair within the bound, which is entered for all pairs of its chain that are not known yet.
+/// The gcd of a pair within the bound. Stores it for all pairs of the remainder chain that are not known yet.
 [[gnu::cold]] unsigned long fill_table(unsigned long x, unsigned long y)
 {
   const unsigned long g = euclid(x, y);
@@ -57,7 +57,7 @@ unsigned long binary_gcd(unsigned long x, unsigned long y)
 
 unsigned long gcd_slow(unsigned long x, unsigned long y)
 {
-  // The numbers of a chain fall, so once a pair is within the bound the rest of them are.
+  // The numbers of a chain decrease, so once a pair is within the bound, all later pairs are.
   while (x > kGcdCacheBound || y > kGcdCacheBound) {
     const unsigned long r = x % y;
     if (r == 0) return y;
@@ -71,7 +71,7 @@ unsigned long gcd_slow(unsigned long x, unsigned long y)
 unsigned long common_factor_slow(unsigned long x, unsigned long y)
 {
   if (x <= kGcdCacheBound || y <= kGcdCacheBound) return gcd_of_magnitudes(x, y);
-  // Where one is much longer than the other, a division takes off more than many subtractions do.
+  // If one is much longer than the other, a division reduces it more than many subtractions do.
   constexpr unsigned kManyBits = 8;
   if (x < y) std::swap(x, y);
   if (x >> kManyBits > y) {

@@ -5,10 +5,10 @@
 
 namespace lumo {
 
-/// The arguments whose greatest common divisors `gcd_cache` keeps are the numbers 0 to kGcdCacheBound.
+/// `gcd_cache` keeps the greatest common divisors of pairs of numbers from 0 to kGcdCacheBound.
 inline constexpr unsigned long kGcdCacheBound = 1023;
 
-/// Known greatest common divisors: the one of x and y, both at most kGcdCacheBound, stands at x * 1024 + y;
+/// Known greatest common divisors: that of x and y, both at most kGcdCacheBound, is at index x * 1024 + y;
 /// 0 means not yet known.
 ///
 /// All threads share the table. Entries are read and written as relaxed atomics: an entry goes from 0 to one value that
@@ -44,15 +44,15 @@ extern long gcd_cache[1024 * 1024];
 
 /// The greatest common divisor of |a| and |b|; gcd(0, 0) is 0 and gcd(a, 0) is |a|.
 ///
-/// Looks up pairs within the bound in `gcd_cache`, and enters every such pair that it meets.
-/// The result must be representable: a and b are not both drawn from {0, the most negative word}, except that
+/// Looks up pairs within the bound in `gcd_cache`, and stores the result for every such pair that it computes.
+/// The result must be representable: a and b are not both from {0, the most negative word}, except that
 /// both may be 0.
 [[nodiscard]] inline long gcd(long a, long b)
 {
   return static_cast<long>(gcd_of_magnitudes(magnitude(a), magnitude(b)));
 }
 
-/// `common_factor` without the first look into the table.
+/// `common_factor` without the first lookup in the table.
 [[nodiscard]] unsigned long common_factor_slow(unsigned long x, unsigned long y);
 
 /// The same number as `gcd_of_magnitudes`, in half of the time if x and y are both above kGcdCacheBound. Then it does not

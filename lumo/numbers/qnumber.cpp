@@ -15,7 +15,7 @@ void divide_exactly(mpz_ptr x, mpz_srcptr y)
   if (mpz_cmp_ui(y, 1) != 0) mpz_divexact(x, x, y);
 }
 
-/// The gcd of a small numerator or a sum of such, and of a small denominator.
+/// The gcd of a small numerator, or a sum of two, and a small denominator.
 [[gnu::always_inline]] inline long gcd_of_parts(long numerator, long denominator)
 {
   return static_cast<long>(common_factor(magnitude(numerator), static_cast<unsigned long>(denominator)));
@@ -93,7 +93,7 @@ void QNumber::release() noexcept
   Block* old = &block();
   mpz_clear(old->num);
   mpz_clear(old->den);
-  delete old;  // GCOVR_EXCL_BR_LINE: the compiler asks whether it is null, which it never is
+  delete old;  // GCOVR_EXCL_BR_LINE: the compiler checks for null, which it never is
 }
 
 void QNumber::assign_slow(const QNumber& rhs)
@@ -118,21 +118,21 @@ void QNumber::normalise_big()
       mpz_neg(b.den, b.den);
     }
     mpz_ptr g = get_scratch()[2];
-    mpz_gcd(g, b.num, b.den);  // the denominator itself if the numerator is zero
+    mpz_gcd(g, b.num, b.den);  // equals the denominator if the numerator is zero
     divide_exactly(b.num, g);
     divide_exactly(b.den, g);
   }
   assert(is_canonical());
 }
 
-// The letters follow one scheme throughout: x = xn/xd is this number, y = yn/yd the operand, t0 to t3 the
+// The same letters are used throughout: x = xn/xd is this number, y = yn/yd the operand, t0 to t3 the
 // scratch integers. The fraction sums and products divide by common factors before they multiply, so that
 // intermediate results stay small (D. E. Knuth, The Art of Computer Programming, vol. 2, section 4.5.1).
 
 template <QNumber::Addend kAddend>
 bool QNumber::add_small(long yn, long yd)
 {
-  // Most often the denominators have no common factor, and then neither has the result.
+  // Usually the denominators have no common factor; then the parts of the result have none either.
   const long g = gcd_of_parts(den, yd);
   long a = den;
   long b = yd;
@@ -194,7 +194,7 @@ void QNumber::add_fraction(const Block& y)
 template <QNumber::Addend kAddend>
 void QNumber::add_word(long yn, long yd)
 {
-  // Adding a negative number is subtracting its magnitude, and the other way round.
+  // Adding a negative number is subtracting its magnitude, and vice versa.
   const bool grows = (yn < 0) == (kAddend == Addend::kSubtracted);
   mpz_ptr xn = block().num;
   mpz_ptr xd = block().den;
@@ -223,11 +223,11 @@ void QNumber::add_word(long yn, long yd)
 template <QNumber::Addend kAddend>
 void QNumber::add_general(const QNumber& rhs)
 {
-  // If rhs is this very number, promoting it changes rhs as well; so its words are taken first.
+  // If rhs is this number, promoting it changes rhs as well, so read its words first.
   const long yn = rhs.num;
   const long yd = rhs.den;
   const bool y_is_big = rhs.is_big();
-  // Two small integers come here only because their sum does not fit; fractions get another try in words.
+  // Two small integers come here only if their sum does not fit; for fractions, try words again.
   const bool are_integers = den == 1 && yd == 1;
   if (is_big() || y_is_big || are_integers || !add_small<kAddend>(yn, yd)) {
     if (!is_big()) promote();
@@ -344,8 +344,8 @@ void QNumber::divmod_slow(const QNumber& d, QNumber& q, QNumber& r) const
   if (!q.is_big()) fresh_q.adopt_fresh_block();
   if (!r.is_big() && &q != &r) fresh_r.adopt_fresh_block();
 
-  // An output may be an input: a small operand is read before the outputs become big, and a big one keeps its
-  // integers through that, for which GMP allows outputs that are inputs.
+  // An output may be an input: read a small operand before the outputs become big. A big one keeps its
+  // integers, and GMP allows outputs that are inputs.
   mpz_ptr word = get_scratch()[0];
   if (!is_big()) mpz_set_si(word, num);
   if (!d.is_big()) mpz_set_si(word, d.num);

@@ -12,7 +12,7 @@
 
 namespace lumo {
 
-/// The integer types of which a number takes every value: a word or narrower.
+/// The integer types whose every value a number can take: a word or narrower.
 template <class T>
 concept WordInteger = std::integral<T> && sizeof(T) <= sizeof(long);
 
@@ -20,16 +20,16 @@ concept WordInteger = std::integral<T> && sizeof(T) <= sizeof(long);
 template <class T>
 concept UnsignedWord = std::unsigned_integral<T> && sizeof(T) == sizeof(long);
 
-/// The arithmetic types whose values a word would cut without a warning: floating-point types and integers wider than
-/// a word. `std::integral` holds for `__int128` in GNU modes of a compiler only, so this does not ask for it.
+/// The arithmetic types whose values a word would truncate without a warning: floating-point types and integers
+/// wider than a word. `std::integral` holds for `__int128` only in a compiler's GNU modes, so this does not use it.
 template <class T>
 concept CutByWord = std::convertible_to<T, long> && !WordInteger<T> && !std::is_enum_v<T> &&
                     !std::is_class_v<T> && !std::is_union_v<T>;
 
-/// An exact rational number of two words, made for values that fit a machine word.
+/// An exact rational number of two words, optimised for values that fit a machine word.
 ///
 /// The small form keeps numerator and denominator in the object itself; the big form (`den == 0`) keeps them
-/// in a heap block of two GMP integers. Invariants, which every member keeps:
+/// in a heap block of two GMP integers. Every member preserves these invariants:
 ///
 /// I1. The value is in lowest terms and its denominator is positive; zero is 0/1.
 /// I2. A small numerator is never LONG_MIN, so that negation and magnitude of a small number cannot overflow.
@@ -40,8 +40,8 @@ concept CutByWord = std::convertible_to<T, long> && !WordInteger<T> && !std::is_
 /// Operands and outputs of every operation may be the same object. Nothing here reports an error: a value
 /// that does not fit a word moves to GMP.
 ///
-/// Any number of threads may calculate at the same time. As with an `int`, a number that one thread changes must not be
-/// used by another one meanwhile; one that none changes may be read by all.
+/// Any number of threads may calculate at the same time. As with an `int`, while one thread changes a number, no
+/// other may use it; any number of threads may read a number that none changes.
 class QNumber
 {
  public:
@@ -66,7 +66,7 @@ class QNumber
   QNumber(T) = delete;
   /// num/den in lowest terms; small if both parts then fit (I2). den must not be 0.
   QNumber(long num, long den);
-  /// The same for parts of which one is an unsigned word.
+  /// The same if at least one part is an unsigned word.
   template <WordInteger Num, WordInteger Den>
   requires(UnsignedWord<Num> || UnsignedWord<Den>) QNumber(Num numerator, Den denominator) : QNumber()
   {
@@ -97,7 +97,7 @@ class QNumber
     }
     return *this;
   }
-  /// Takes over the form of the source, which becomes 0; assigning a number to itself leaves it alone.
+  /// Takes over the form of the source, which becomes 0. Self-assignment changes nothing.
   QNumber& operator=(QNumber&& rhs) noexcept
   {
     QNumber taken(static_cast<QNumber&&>(rhs));
@@ -133,14 +133,14 @@ class QNumber
   [[nodiscard]] int sign() const { return is_big() ? sign_big() : (num > 0) - (num < 0); }
   /// Decimal: `num`, or `num/den` if the number is not an integer.
   [[nodiscard]] std::string to_string() const;
-  /// Depends on the value alone, not on its form.
+  /// Depends only on the value, not on its form.
   [[nodiscard]] std::size_t hash() const;
   void get_numerator(mpz_ptr out) const;
   void get_denominator(mpz_ptr out) const;
-  /// The numerator without a copy where there is one to point at: the number's own integer if it is big, else
+  /// Returns the numerator, without a copy if possible: the number's own integer if it is big, otherwise
   /// scratch, set to it. Valid until the number or scratch changes.
   [[nodiscard]] mpz_srcptr view_numerator(mpz_ptr scratch) const;
-  /// Whether the number is an integer above LONG_MIN that fits a word, in either form; then it is stored,
+  /// Whether the number is an integer above LONG_MIN that fits a word, in either form. If so, stores it;
   /// otherwise out is unchanged.
   [[nodiscard]] bool get_word(long& out) const
   {
@@ -192,8 +192,8 @@ class QNumber
   /// Integer quotient q and remainder r of this number by d; both must be integers, and d not 0.
   ///
   /// Two small operands divide as machine words do: truncated toward zero, the remainder with the sign of the
-  /// dividend. As soon as one operand is big the quotient is rounded toward minus infinity, and the remainder
-  /// has the sign of the divisor. The difference is intended; operands that are not negative do not show it.
+  /// dividend. If an operand is big, the quotient is rounded toward minus infinity, and the remainder
+  /// has the sign of the divisor. The difference is intended; it does not affect non-negative operands.
   /// Small operands leave small outputs small and big outputs big; otherwise both outputs are big. q and r
   /// may be this number or d; if q and r are one object, it receives the remainder.
   void divmod(const QNumber& d, QNumber& q, QNumber& r) const
@@ -223,7 +223,7 @@ class QNumber
     return less_slow(lhs, rhs);
   }
 
-  /// Stores a * b and returns false; if |a * b| exceeds LONG_MAX, returns true and leaves res alone.
+  /// Stores a * b and returns false; if |a * b| exceeds LONG_MAX, returns true and leaves res unchanged.
   [[nodiscard]] static bool mul_overflow(long& res, long a, long b)
   {
     long product;
@@ -232,7 +232,7 @@ class QNumber
     return false;
   }
   /// Stores a / b, truncated toward zero, and returns false; for LONG_MIN / -1 returns true and leaves res
-  /// alone. b must not be 0.
+  /// unchanged. b must not be 0.
   [[nodiscard]] static bool div_overflow(long& res, long a, long b)
   {
     if (a == LONG_MIN && b == -1) return true;
@@ -240,7 +240,7 @@ class QNumber
     return false;
   }
 
-  /// Scratch integers of the big paths, one set for each thread. They are ready whenever a thread uses them, also
+  /// Scratch integers of the big paths, one set for each thread. They are initialised whenever a thread uses them, also
   /// before and after `main`, and any operation on numbers may change them; their memory is freed when the thread ends.
   static thread_local mpz_t gmp_tmp[4];
 
@@ -259,13 +259,14 @@ class QNumber
     kSubtracted
   };
 
-  /// The condition, which the code is laid out for; more so than [[likely]] does, at the cost of the other case.
+  /// Returns the condition, and lays out the code for it, more strongly than [[likely]] does, at the cost of the
+  /// other case.
   [[nodiscard]] static bool is_usual(bool condition)
   {
     return __builtin_expect_with_probability(static_cast<long>(condition), 1, 0.9999) != 0;
   }
   [[nodiscard]] Block& block() const { return *reinterpret_cast<Block*>(num); }
-  /// Become 0 without giving anything back.
+  /// Become 0 without freeing anything.
   void set_zero() noexcept
   {
     num = 0;
@@ -291,7 +292,7 @@ class QNumber
   Block& adopt_fresh_block();
   /// Become a big number with a block of its own; the number owns nothing before.
   void copy_block(const QNumber& rhs);
-  /// Give the block back; the words are stale afterwards.
+  /// Free the block; the words are invalid afterwards.
   void release() noexcept;
   void assign_slow(const QNumber& rhs);
   /// Bring a big number to lowest terms with a positive denominator.
@@ -312,7 +313,7 @@ class QNumber
   [[nodiscard]] bool mul_small(long yn, long yd);
   template <Addend kAddend>
   void add_general(const QNumber& rhs);
-  /// These take a number that is big already; the operand is big, or the small yn/yd. The ways for fractions are
+  /// Precondition: this number is big; the operand is big, or the small yn/yd. The paths for fractions are
   /// functions of their own, so that integers do not pay for their registers.
   template <Addend kAddend>
   void add_big(const QNumber& rhs);

@@ -1,4 +1,4 @@
-// Reading, comparing and printing numbers; arithmetic is in qnumber.cpp.
+// Access to, comparison and printing of numbers; arithmetic is in qnumber.cpp.
 
 #include <cassert>
 #include <numeric>
@@ -18,7 +18,7 @@ __extension__ using SignedProduct = __int128;
 std::size_t hash_integer(std::size_t seed, mpz_srcptr z)
 {
   if (mpz_fits_slong_p(z) != 0) return mix_hash(seed, static_cast<std::size_t>(mpz_get_si(z)));
-  // The length first, so that 2^64 - 1 does not hash like the word of the same bits, -1.
+  // Mix in the length first, so that 2^64 - 1 does not hash like -1, the word of the same bits.
   const std::size_t length = mpz_size(z);
   std::size_t h = mix_hash(seed, mpz_sgn(z) < 0 ? ~length : length);
   const mp_limb_t* limbs = mpz_limbs_read(z);
@@ -44,7 +44,7 @@ bool are_equal(mpz_srcptr x, mpz_srcptr y)
 
 std::string QNumber::to_string() const
 {
-  // The strings of both conditional expressions are also freed for exceptions, in branches that no test takes.
+  // Both conditional expressions also free their strings if an exception is thrown, in branches that no test takes.
   // GCOVR_EXCL_BR_START
   if (!is_big()) return den == 1 ? std::to_string(num) : std::to_string(num) + "/" + std::to_string(den);
   const auto decimal = [](mpz_srcptr z) {
@@ -101,7 +101,7 @@ bool QNumber::get_word_slow(long& out) const
 
 bool QNumber::is_canonical() const
 {
-  // Neither lumo::gcd nor the scratch integers: looking must not change the shared state.
+  // Do not use lumo::gcd or the scratch integers: a query must not change shared state.
   if (!is_big()) return num != LONG_MIN && den > 0 && std::gcd(magnitude(num), magnitude(den)) == 1;
   if (mpz_sgn(block().den) <= 0) return false;
   if (is_int_big()) return true;
@@ -130,7 +130,7 @@ bool QNumber::less_slow(const QNumber& lhs, const QNumber& rhs)
     return mpz_cmp(lhs.block().num, rhs.block().num) < 0;
   }
   if (!lhs.is_big() && !rhs.is_big()) {
-    // Products of two words have at most 126 bits (I2), so nothing is to be divided by a gcd first.
+    // Products of two words have at most 126 bits (I2), so no division by a gcd is needed first.
     return SignedProduct{lhs.num} * rhs.den < SignedProduct{rhs.num} * lhs.den;
   }
   const int x_sign = lhs.sign();
@@ -152,7 +152,7 @@ bool QNumber::less_big(const QNumber& lhs, const QNumber& rhs)
   mpz_divexact(t0, t0, t2);
   mpz_divexact(t1, t1, t2);
 
-  // At most one side is small, and its denominator takes the last scratch integer; so it is used up first.
+  // At most one side is small, and its denominator takes the last scratch integer; so compute that side first.
   const auto get_denominator = [scratch = static_cast<mpz_ptr>(t3)](const QNumber& q) -> mpz_srcptr {
     if (q.is_big()) return q.block().den;
     mpz_set_si(scratch, q.den);

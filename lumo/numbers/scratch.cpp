@@ -12,8 +12,8 @@ __mpz_struct make_integer()
   return *z;
 }
 
-/// Gives back the memory of a thread's scratch integers when the thread ends. They stay usable, because objects
-/// that are destroyed later may still calculate: other objects of the thread, and statics after the main thread.
+/// Frees the memory of a thread's scratch integers when the thread ends. They stay usable, because objects
+/// that are destroyed later may still compute: other objects of the thread, and statics after the main thread.
 class ScratchRelease
 {
  public:

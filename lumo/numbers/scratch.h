@@ -13,10 +13,10 @@ using Scratch = mpz_t[4];
 /// The address of this thread's `QNumber::gmp_tmp` once `get_scratch` has run on the thread, null before.
 ///
 /// A constant initialises it, so reading it is one load. The scratch integers themselves need a guard that is checked
-/// by a call from every source but their own, and in a shared library another call that finds them.
+/// by a call from every source except their own, and a shared library needs another call to find them.
 [[gnu::tls_model("initial-exec")]] extern constinit thread_local Scratch* ready_scratch;
 
-/// Makes the scratch integers of this thread ready, and sets `ready_scratch`.
+/// Initialises the scratch integers of this thread, and sets `ready_scratch`.
 [[gnu::cold]] Scratch& prepare_scratch();
 
 /// `QNumber::gmp_tmp` of this thread. A function that needs several of them should call this once.

@@ -122,7 +122,7 @@ void CommandReader::read_function_declaration(Command& command)
   declare(command);
 }
 
-/// Reads the sort of the symbol and the end of the command.
+/// Reads the symbol's sort and the end of the command.
 void CommandReader::declare(Command& command)
 {
   const DataType* sort = sorts_.read(lexer_);
@@ -160,7 +160,7 @@ void CommandReader::read_function_definition(Command& command)
   symbols_.declare(symbol_, Meaning(functions_.define(command.symbol.text, parameter_sorts_, body)));
 }
 
-/// Reads parameters and the end of their list; the first token of the list was read.
+/// Reads parameters and the end of their list; the first token of the list was already read.
 void CommandReader::read_parameters(const Token& first)
 {
   parameters_.clear();
@@ -173,7 +173,7 @@ void CommandReader::read_parameters(const Token& first)
   }
 }
 
-/// Reads the sort of the symbol and the term that it stands for.
+/// Reads the symbol's sort and the term of its definition.
 void CommandReader::define(Command& command)
 {
   const DataType* sort = sorts_.read(lexer_);

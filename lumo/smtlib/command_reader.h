@@ -17,10 +17,10 @@ namespace lumo::smtlib {
 
 enum class CommandKind : std::uint8_t
 {
-  kAssert,  ///< term: what is asserted
+  kAssert,  ///< term: the asserted term
   kCheckSat,
   kDeclare,         ///< symbol, term: the constant
-  kDefine,          ///< symbol, term: what it stands for; without parameters
+  kDefine,          ///< symbol, term: its meaning; without parameters
   kDefineFunction,  ///< symbol; with parameters
   kDefineSort,
   kEcho,
@@ -31,7 +31,7 @@ enum class CommandKind : std::uint8_t
   kSetInfo,  ///< keyword, if there is one, and content
   kSetLogic,
   kSetOption,
-  kOther,  ///< a command that is not read; it was skipped
+  kOther,  ///< any other command; it was skipped
   kEnd,    ///< the end of the text
 };
 
@@ -40,8 +40,8 @@ struct Command
 {
   CommandKind kind = CommandKind::kEnd;
   std::string_view name;     ///< `assert`, `check-sat`, ...
-  std::size_t position = 0;  ///< of its parenthesis
-  Token symbol{};            ///< what is declared or defined
+  std::size_t position = 0;  ///< of its opening parenthesis
+  Token symbol{};            ///< the declared or defined symbol
   const Term* term = nullptr;
   unsigned long number = 0;  ///< of levels
   Token keyword{};
@@ -49,15 +49,15 @@ struct Command
   std::size_t content_position = 0;
 };
 
-/// Reads the commands of a script one by one, and keeps what they declare and define.
+/// Reads the commands of a script one by one, and stores what they declare and define.
 ///
-/// Declarations and definitions belong to the level on which they stand, and a pop takes them back. An InputError
-/// leaves the reader within the command that is wrong; what it read before stays known.
+/// Declarations and definitions belong to their level, and a pop removes them. After an InputError, the reader is
+/// within the wrong command; everything that it read before stays valid.
 class CommandReader
 {
  public:
-  /// The manager must outlive the reader; it should be new, since the names of the text's constants must not be taken
-  /// with other sorts. The text must outlive the reader, too.
+  /// The manager must outlive the reader; it should be new, since the manager must not have the names of the text's
+  /// constants with other sorts already. The text must outlive the reader, too.
   CommandReader(TermManager& mgr, std::string_view text)
       : mgr_(mgr),
         lexer_(text),
@@ -70,13 +70,13 @@ class CommandReader
   /// Reads the next command.
   [[nodiscard]] Command read();
   [[nodiscard]] Place get_place(std::size_t position) const { return lexer_.get_place(position); }
-  /// How many levels were pushed and not popped.
+  /// The number of levels that were pushed and not popped.
   [[nodiscard]] std::size_t get_num_levels() const { return levels_.size(); }
-  /// Makes a symbol that was declared or defined stand for another term from now on.
+  /// Replaces the meaning of a declared or defined symbol by another term.
   void replace(const Token& symbol, const Term* t);
 
  private:
-  /// What a level began with
+  /// The state at the start of a level
   struct Level
   {
     std::size_t num_declarations;
@@ -90,7 +90,7 @@ class CommandReader
     Action action;
   };
   static const Row kRows[];
-  /// More levels at once are a mistake.
+  /// More open levels are refused.
   static constexpr unsigned long kMaxLevels = 1'000'000;
 
   void close(Command& command);
@@ -112,7 +112,7 @@ class CommandReader
   void read_parameters(const Token& first);
   /// Reads a term of that sort and the end of the command; `what` names it in messages.
   [[nodiscard]] const Term* read_term(Command& command, const DataType* sort, std::string_view what);
-  /// Refuses a term of another sort; `start` stands before it.
+  /// Refuses a term of another sort; `start` is the lexer before it.
   void check_sort(Lexer start, const Term* t, const DataType* sort, std::string_view what) const;
   [[nodiscard]] unsigned long read_number_of_levels();
 
@@ -122,7 +122,7 @@ class CommandReader
   SortReader sorts_;
   FunctionTable functions_;
   TermReader terms_;
-  SymbolTable::Number symbol_ = 0;  ///< that is declared or defined
+  SymbolTable::Number symbol_ = 0;  ///< the symbol that is declared or defined
   std::vector<Level> levels_;
   std::vector<Token> parameters_;  ///< of the definition that is being read
   std::vector<const DataType*> parameter_sorts_;

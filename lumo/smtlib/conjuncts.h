@@ -8,8 +8,8 @@
 
 namespace lumo::smtlib {
 
-/// The terms whose conjunction is that of some assertions, none of them a conjunction, from left to right. A
-/// conjunction that occurs several times among them is taken apart once.
+/// The conjuncts of some assertions, from left to right; none of them is a conjunction. A conjunction that occurs
+/// several times is split once.
 [[nodiscard]] std::vector<const Term*> list_conjuncts(std::span<const Term* const> assertions);
 
 }  // namespace lumo::smtlib

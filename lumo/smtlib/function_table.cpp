@@ -7,7 +7,7 @@ namespace lumo::smtlib {
 
 namespace {
 
-// Symbols of a text contain no control characters, so these names are not theirs.
+// Symbols of a text contain no control characters, so these names cannot conflict with them.
 constexpr const char* kParameterPrefix = "\x01 parameter";
 constexpr const char* kCallPrefix = "\x01 call";
 
@@ -83,7 +83,7 @@ void FunctionTable::add_steps(Function& function, const Term* body, Places& plac
   }
 }
 
-/// Adds a step for a term whose operands are known, or notes that it depends on no parameter.
+/// Adds a step for a term whose operands are known, or records that it does not depend on parameters.
 void FunctionTable::add_step(Function& function, const Visit& visit, Places& places)
 {
   const std::size_t first = function.operands_.size();
@@ -133,7 +133,7 @@ void FunctionTable::begin(Application application)
   expansions_.push_back({std::move(application), first, 0});
 }
 
-/// Goes on with the innermost expansion until it is complete or needs another one.
+/// Continues the innermost expansion until it is complete or needs another one.
 void FunctionTable::continue_expansion()
 {
   Expansion& expansion = expansions_.back();
@@ -165,7 +165,7 @@ const Term* FunctionTable::make_term(const Symbol* s, const std::vector<const Te
 {
   if (++num_expanded_ > kMaxExpansion) {
     throw Exception("the definitions with parameters expand to more than " + std::to_string(kMaxExpansion) +
-                    " applications, but no more than that are made");
+                    " applications, but at most that many were expected");
   }
   return mgr_.make_term(s, args);
 }

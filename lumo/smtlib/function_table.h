@@ -18,7 +18,7 @@
 
 namespace lumo::smtlib {
 
-/// A definition with parameters: what its body is made of, in an order in which arguments come first.
+/// A definition with parameters: the parts of its body, arguments first.
 class Function
 {
  public:
@@ -31,7 +31,7 @@ class Function
   friend class FunctionTable;
   using Place = std::uint32_t;
 
-  /// An operand of a step: a value that depends on the parameters, by its place, or else a term.
+  /// An operand of a step: a value that depends on the parameters, by its place, or a term.
   struct Operand
   {
     const Term* term;  ///< null for a value
@@ -56,10 +56,10 @@ class Function
 
 /// The definitions with parameters of a script, and their applications.
 ///
-/// A definition is read once, as a term over constants that stand for its parameters. A function that it applies is
-/// not expanded in it, so a chain of definitions that apply one another takes linear time and memory. An application
-/// with values for the parameters is expanded once for each distinct list of arguments, in time linear in the
-/// definition's graph.
+/// A definition is read once, as a term over constants that represent its parameters. Functions that it applies are
+/// not expanded in it, so a chain of definitions that apply each other takes linear time and memory. An application
+/// to arguments is expanded once for each distinct list of arguments, in time linear in the graph of the
+/// definition.
 class FunctionTable
 {
  public:
@@ -69,16 +69,16 @@ class FunctionTable
   FunctionTable(const FunctionTable&) = delete;
   FunctionTable& operator=(const FunctionTable&) = delete;
 
-  /// How many applications all expansions together may make.
+  /// The maximal number of applications that all expansions together may make.
   static constexpr std::size_t kMaxExpansion = 100'000'000;
 
-  /// The constant that stands for the parameter at that place, if it has that sort, in bodies.
+  /// The constant that represents the parameter at that place and of that sort in bodies.
   [[nodiscard]] const Term* get_parameter(std::size_t place, const DataType* sort);
   /// Defines a function by its body, a term over the constants of its parameters.
   const Function* define(std::string_view name, const std::vector<const DataType*>& parameters,
                          const Term* body);
 
-  /// What stands for the application of a function in the body of another one.
+  /// The term that represents the application of a function in the body of another one.
   [[nodiscard]] const Term* make_call(const Function& function, Terms args);
   /// The application of a function to arguments that do not contain parameters. An `Exception` if the expansions
   /// exceed their limit.
@@ -101,7 +101,7 @@ class FunctionTable
   struct Visit
   {
     const Term* term;
-    const Application* call;  ///< that the term stands for, or null
+    const Application* call;  ///< that the term represents, or null
     std::size_t next;         ///< operand
 
     [[nodiscard]] std::size_t get_num_operands() const
@@ -113,7 +113,7 @@ class FunctionTable
       return call != nullptr ? call->args[i] : term->get_arg(i);
     }
   };
-  /// An expansion that is under way
+  /// An expansion that is not complete
   struct Expansion
   {
     Application application;
@@ -137,14 +137,14 @@ class FunctionTable
   std::deque<Function> functions_;
   std::map<std::pair<std::size_t, unsigned long>, const Term*> parameters_;  ///< by place and width
   Results calls_;
-  std::unordered_map<const Term*, const Application*> applications_;  ///< by what stands for them
-  std::unordered_set<const Term*> closed_;  ///< applications in bodies that depend on no parameter
+  std::unordered_map<const Term*, const Application*> applications_;  ///< by the term that represents them
+  std::unordered_set<const Term*> closed_;  ///< applications in bodies that do not depend on parameters
   std::vector<Visit> visits_;
 
   Results results_;
   std::vector<Expansion> expansions_;  ///< each needed by the one before it
   std::vector<const Term*> values_;
-  std::vector<const Term*> args_;  ///< of the step that is computed
+  std::vector<const Term*> args_;  ///< of the current step
   std::size_t num_expanded_ = 0;
 };
 

@@ -9,7 +9,7 @@
 
 namespace lumo::smtlib {
 
-/// A place in a text: both count from 1, columns in bytes.
+/// A place in a text. Both numbers count from 1; columns count bytes.
 struct Place
 {
   std::size_t line = 1;
@@ -18,8 +18,8 @@ struct Place
   friend bool operator==(const Place&, const Place&) = default;
 };
 
-/// A text that is not what the reader takes. `what()` is one sentence that says what was found and what was
-/// expected; the place is where it was found.
+/// Thrown for a text that the reader does not accept. `what()` is one sentence that says what was found and what
+/// was expected, and the place is where it was found.
 class InputError : public Exception
 {
  public:
@@ -31,10 +31,10 @@ class InputError : public Exception
   Place place_;
 };
 
-/// A piece of input as a message shows it: on one line, and cut if it is long.
+/// A piece of input for a message: on one line, and cut if it is long.
 [[nodiscard]] std::string make_excerpt(std::string_view text);
 
-/// The one form of a message on a place of a text: `file:line:column: sentence`.
+/// The form of every message about a place in a text: `file:line:column: sentence`.
 [[nodiscard]] std::string make_located_message(std::string_view file, Place place, std::string_view sentence);
 [[nodiscard]] std::string make_located_message(std::string_view file, const InputError& error);
 

@@ -163,7 +163,7 @@ Token Lexer::read_string()
       fail(start, "a string starts here, but the text ends before it is closed");
     }
     set_position(end + 1);
-    // Two quotation marks in a string stand for one.
+    // Two quotation marks in a string mean one.
     if (at_end() || *next_ != '"') return {TokenKind::kString, get_text(start + 1, end), start};
     ++next_;
   }
@@ -212,7 +212,7 @@ Token Lexer::read_keyword()
   return {TokenKind::kKeyword, get_text(start, get_position()), start};
 }
 
-/// Refuses the character that comes next, with which no token begins.
+/// Refuses the next character, since no token begins with it.
 void Lexer::refuse_character() const
 {
   const std::string found = at_end() ? "the end of the text" : describe_character(*next_);

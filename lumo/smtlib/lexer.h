@@ -16,20 +16,20 @@ enum class TokenKind : std::uint8_t
   kOpen,
   kClose,
   kSymbol,        ///< text: the name
-  kQuotedSymbol,  ///< text: the name, which stands between the bars
+  kQuotedSymbol,  ///< text: the name between the bars
   kKeyword,       ///< text: with the colon
   kNumeral,       ///< text: decimal digits
   kDecimal,
   kHexadecimal,  ///< text: the digits after #x
   kBinary,       ///< text: the digits after #b
-  kString,       ///< text: between the quotation marks, inner ones still doubled
+  kString,       ///< text: between the quotation marks, with inner ones still doubled
   kEnd,          ///< the end of the text
 };
 
 struct Token
 {
   TokenKind kind;
-  std::string_view text;  ///< lies in the text that is read
+  std::string_view text;  ///< a part of the text that is read
   std::size_t position;   ///< of the token's first character in the text
 
   [[nodiscard]] bool is_symbol() const
@@ -49,8 +49,8 @@ struct Token
 /// Splits SMT-LIB 2 text into tokens; white space, comments, and a byte order mark at the start of the text are
 /// skipped. Text that is not a token is an InputError.
 ///
-/// Tokens carry positions. Lines are counted only when a place is asked for, and only once for places that are
-/// asked for in the order of the text.
+/// Tokens carry positions. Lines are counted only when a place is requested, and only once for places that are
+/// requested in the order of the text.
 class Lexer
 {
  public:
@@ -73,9 +73,9 @@ class Lexer
     }
     return read_other(c);
   }
-  /// How many characters lie before the place where the next token is looked for.
+  /// The position at which the search for the next token starts.
   [[nodiscard]] std::size_t get_position() const { return static_cast<std::size_t>(next_ - text_.data()); }
-  /// Goes on reading at a position at which a token may begin.
+  /// Continues at a position at which a token may begin.
   void set_position(std::size_t position) { next_ = text_.data() + position; }
   /// The line and the column of a position.
   [[nodiscard]] Place get_place(std::size_t position) const;
@@ -92,7 +92,7 @@ class Lexer
   Token expect_name(std::string_view wanted);
   /// The same for a token that was read.
   void check_name(const Token& token, std::string_view wanted) const;
-  /// Skips to the parenthesis that closes the one at position `open`, which was read.
+  /// Skips to the parenthesis that closes the one at position `open`, which was already read.
   void skip_list(std::size_t open);
 
   /// Throws the InputError "<found> was found, but <wanted> was expected" at the token.
@@ -111,9 +111,9 @@ class Lexer
       if (next_ == end_) return;
     }
   }
-  /// Goes to the end of the line.
+  /// Skips to the end of the line.
   void skip_comment();
-  /// The longest piece from here on all of whose characters qualify.
+  /// Reads the longest piece whose characters all satisfy the predicate.
   template <class Predicate>
   std::string_view take_while(Predicate predicate)
   {
@@ -135,11 +135,11 @@ class Lexer
   [[noreturn]] void refuse_character() const;
 
   std::string_view text_;
-  const char* next_;       ///< where the next token is looked for
+  const char* next_;       ///< where the search for the next token starts
   const char* end_;        ///< of the text
   std::size_t first_ = 0;  ///< the position after the byte order mark
   Place start_;
-  // The last position whose line was counted: nothing of the text before it needs to be looked at again.
+  // The last position whose line was counted: the text before it need not be read again.
   mutable std::size_t counted_ = 0;     ///< a position
   mutable std::size_t line_start_ = 0;  ///< the position of the first character of its line
   mutable std::size_t line_ = 1;

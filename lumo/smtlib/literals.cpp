@@ -13,7 +13,7 @@ namespace lumo::smtlib {
 
 namespace {
 
-/// An integer that cleans up after itself
+/// A GMP integer that is cleared at the end of its scope
 struct Integer
 {
   Integer(const char* digits, int base) { mpz_init_set_str(value, digits, base); }

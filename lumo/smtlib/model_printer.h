@@ -12,7 +12,7 @@ namespace lumo::smtlib {
 /// that SMT-LIB 2 cannot spell is an `Exception`, and nothing is printed.
 void print_model(std::ostream& out, std::span<const ModelValue> model);
 
-/// Prints one of them, `(define-fun x () (_ BitVec 8) #x07)`, alone on its line.
+/// Prints one definition, `(define-fun x () (_ BitVec 8) #x07)`, on a line of its own.
 void print_definition(std::ostream& out, const ModelValue& definition);
 
 }  // namespace lumo::smtlib

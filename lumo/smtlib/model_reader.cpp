@@ -32,7 +32,7 @@ class ModelReader
   };
 
   Token read_start();
-  /// Reads entries as long as `next` opens one, and returns the token behind them.
+  /// Reads entries as long as `next` opens one, and returns the token after them.
   Token read_entries(Token next);
   void read_entry(const Token& open, const Token& word);
   Token read_name();
@@ -57,7 +57,7 @@ std::vector<ModelValue> ModelReader::read()
   const Token head = lexer_.next();
   Token next = head;
   if (head.is_symbol() && !head.is_word("model")) {
-    // Definitions one after the other; the first one's parenthesis is open already.
+    // Definitions without a list; the parenthesis of the first one was already read.
     read_entry(open, head);
     next = read_entries(lexer_.next());
   } else {
@@ -112,8 +112,8 @@ void ModelReader::read_entry(const Token& open, const Token& word)
   }
 }
 
-/// Reads the name that is defined. Z3 prints reserved words without bars when they are names, and of the name
-/// without characters nothing at all.
+/// Reads the defined name. Z3 prints reserved words without bars if they are names, and for the empty
+/// name it prints nothing.
 Token ModelReader::read_name()
 {
   Lexer ahead = lexer_;
@@ -139,13 +139,13 @@ void ModelReader::read_definition(const Token& open)
   read_value_of(known->second.constant);
 }
 
-/// Reads the rest of a definition, from behind the name on.
+/// Reads the rest of a definition, after the name.
 void ModelReader::read_value_of(const Term* constant)
 {
   lexer_.expect(TokenKind::kOpen, "a list of parameters");
   lexer_.expect(TokenKind::kClose, "an empty list of parameters");
   const DataType* sort = constant->get_symbol()->get_output_type();
-  // Sorts have no places of their own: find that of the sort's first token by reading it twice.
+  // The sort that is read has no position: get that of its first token by reading it twice.
   Lexer ahead = lexer_;
   const std::size_t position = ahead.next().position;
   const DataType* found = sorts_.read(lexer_);
@@ -190,7 +190,7 @@ const Term* ModelReader::read_bit_vector(const Token& token, const DataType* sor
   lexer_.refuse(token, "a literal of the sort " + sort->to_string());
 }
 
-/// Reads a literal `(_ bvN w)` from behind its parenthesis on.
+/// Reads the rest of a literal `(_ bvN w)`, after its opening parenthesis.
 const Term* ModelReader::read_decimal_literal(const DataType* sort)
 {
   const std::string wanted = "a literal of the sort " + sort->to_string();
@@ -208,7 +208,7 @@ const Term* ModelReader::read_decimal_literal(const DataType* sort)
   return value;
 }
 
-/// Quotes what a solver says in `(error "...")`, from behind the word on.
+/// Quotes the message in a solver's `(error "...")`; the word `error` was already read.
 void ModelReader::refuse_error(const Token& open)
 {
   const Token message = lexer_.next();

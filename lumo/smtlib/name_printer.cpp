@@ -10,10 +10,10 @@ namespace lumo::smtlib {
 
 namespace {
 
-/// The literal of a number below 2^64, with all digits that its width has.
+/// Writes the literal of a number below 2^64, with all digits of its width.
 void write_digits(TextBuffer& out, unsigned long number, unsigned long width)
 {
-  const unsigned num_bits = width % 4 == 0 ? 4 : 1;  // of a digit
+  const unsigned num_bits = width % 4 == 0 ? 4 : 1;  // for each digit
   const unsigned long num_digits = width / num_bits;
   std::array<char, 64> digits;
   for (unsigned long i = num_digits; i-- > 0; number >>= num_bits)
@@ -56,7 +56,7 @@ void write_name(TextBuffer& out, const Symbol* symbol)
   } else if (symbol->get_kind() == Kind::kNumeral) {
     write_numeral(out, symbol);
   } else {
-    // Only fresh constants are constants without a name.
+    // The only constants without a stored name are fresh constants.
     const FreshSymbol& fresh = *static_cast<const FreshSymbol*>(symbol);
     out << fresh.get_prefix() << '!' << fresh.get_number();
   }
@@ -72,7 +72,7 @@ bool ConstantNames::note(const Symbol* constant)
   if (const std::string* name = constant->find_name(); name != nullptr) return note(*name);
   const std::string& prefix = static_cast<const FreshSymbol*>(constant)->get_prefix();
   if (&prefix != prefix_) {
-    // Which digits end a name changes nothing.
+    // The digits at the end of a name make no difference.
     prefix_needs_bars_ = note(prefix + "!0");
     prefix_ = &prefix;
   }

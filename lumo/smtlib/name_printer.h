@@ -10,27 +10,27 @@
 
 namespace lumo::smtlib {
 
-/// Writes `get_name()` of a symbol without making the symbol keep it, which takes more time and memory than all the
-/// rest of a numeral or of a fresh constant.
+/// Writes `get_name()` of a symbol without storing it in the symbol, which would take more time and memory than all
+/// the rest of a numeral or of a fresh constant.
 void write_name(TextBuffer& out, const Symbol* symbol);
 
-/// A constant's name as a message shows it: on one line, and cut if it is long.
+/// A constant's name for a message: on one line, and cut if it is long.
 [[nodiscard]] std::string make_name_excerpt(const Term* constant);
 
-/// What the names of a text's constants are like.
+/// Collects facts about the names of a text's constants.
 class ConstantNames
 {
  public:
-  /// Takes one more name; whether it needs bars around it. A name that SMT-LIB 2 cannot spell is an `Exception`.
+  /// Takes one more name; returns whether it needs bars. A name that SMT-LIB 2 cannot spell is an `Exception`.
   bool note(const Symbol* constant);
-  /// An `s` and more exclamation marks than any of the names has after an `s` at its front.
+  /// An `s` and more exclamation marks than follow an initial `s` in any of the names.
   [[nodiscard]] std::string make_free_prefix() const { return 's' + std::string(most_marks_ + 1, '!'); }
 
  private:
   bool note(std::string_view name);
 
   std::size_t most_marks_ = 0;
-  const std::string* prefix_ = nullptr;  ///< of the last fresh constant; most have the same
+  const std::string* prefix_ = nullptr;  ///< of the last fresh constant; usually the same for all
   bool prefix_needs_bars_ = false;
 };
 

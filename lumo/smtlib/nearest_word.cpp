@@ -8,7 +8,7 @@ namespace lumo::smtlib {
 
 namespace {
 
-/// Longer names are not typed, and the time grows with the square.
+/// Nobody types longer names, and the time is quadratic.
 constexpr std::size_t kLongestWord = 256;
 
 std::string make_lower_case(std::string_view word)
@@ -25,8 +25,8 @@ std::string make_lower_case(std::string_view word)
 std::size_t count_mistakes(std::string_view first, std::string_view second)
 {
   if (std::max(first.size(), second.size()) > kLongestWord) return first == second ? 0 : kLongestWord;
-  // Wagner and Fischer's table, a row for each beginning of the first word and a column for each of the second;
-  // its last three rows are kept, the newest in front.
+  // Wagner and Fischer's table, a row for each prefix of the first word and a column for each prefix of the second;
+  // only the last three rows are kept, the newest first.
   std::array<std::vector<std::size_t>, 3> rows;
   for (std::vector<std::size_t>& row : rows)
     row.resize(second.size() + 1);

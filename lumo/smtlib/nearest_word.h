@@ -9,24 +9,24 @@
 
 namespace lumo::smtlib {
 
-// What somebody may have meant who made a mistake in typing.
+// Finds the intended word for a mistyped one.
 
-/// The least number of mistakes that make one word of the other: a character left out, put in or exchanged, or two
-/// neighbours swapped, where no character is touched twice.
+/// The edit distance: the least number of mistakes that turn one word into the other. A mistake is a character left
+/// out, inserted or replaced, or two neighbours swapped; no character is changed twice.
 [[nodiscard]] std::size_t count_mistakes(std::string_view first, std::string_view second);
 
-/// The distance of two words that are not near.
+/// Stands for the distance of two words that are not near.
 inline constexpr std::size_t kNotNear = std::numeric_limits<std::size_t>::max();
 
-/// How many mistakes a word of that length may have: one for each three characters, but no more than three.
+/// The maximal number of mistakes in a word of that length: one for each three characters, but at most three.
 [[nodiscard]] std::size_t get_most_mistakes(std::string_view typed);
-/// The number of mistakes, if it is at most `most`; else kNotNear. Upper and lower case do not matter.
+/// The number of mistakes, if it is at most `most`; otherwise kNotNear. Upper and lower case do not matter.
 [[nodiscard]] std::size_t measure_mistakes(std::string_view typed, std::string_view word, std::size_t most);
-/// The distance of a word from what was typed: the number of mistakes, at most 1 for a word whose beginning was
+/// The distance of a word from the typed text: the number of mistakes, at most 1 if the beginning of the word was
 /// typed; kNotNear if there are more mistakes than a word of that length may have.
 [[nodiscard]] std::size_t measure_word(std::string_view typed, std::string_view word);
 
-/// The word with the least distance from what was typed, the first of several; empty if none is near.
+/// The word with the least distance from the typed text, the first of several; empty if none is near.
 [[nodiscard]] std::string find_nearest(std::string_view typed, std::span<const std::string> words);
 
 }  // namespace lumo::smtlib

@@ -10,7 +10,7 @@ namespace lumo::smtlib {
 
 namespace {
 
-// What the term layer has under the same name. Each function builds one application.
+// Operators that the term layer has under the same name. Each function builds one application.
 
 template <auto kFactory>
 const Term* boolean(TermManager& mgr, const Indices& /*indices*/, Arguments args)
@@ -50,7 +50,7 @@ const Term* ite(TermManager& mgr, const Indices& /*indices*/, Arguments args)
   return mgr.make_term(mgr.make_ite_symbol(args[1]->get_sort()), {args[0], args[1], args[2]});
 }
 
-// Forms of these
+// Variants of these
 
 using Build = decltype(Operator::build);
 
@@ -66,7 +66,7 @@ const Term* left(TermManager& mgr, const Indices& indices, Arguments args)
   return result;
 }
 
-/// (f a b) is (f b a) of the other operator.
+/// (f a b) is (g b a) for the other operator g.
 template <Build kBuild>
 const Term* exchanged(TermManager& mgr, const Indices& indices, Arguments args)
 {
@@ -83,7 +83,7 @@ const Term* complement_of(TermManager& mgr, const Indices& indices, Arguments ar
 
 using T = TermManager;
 constexpr std::size_t kMany = std::numeric_limits<std::size_t>::max();
-/// `distinct` takes an application per pair of arguments, so long lists would exhaust memory.
+/// `distinct` makes one application for each pair of arguments, so long lists would exhaust memory.
 constexpr std::size_t kMaxDistinct = 2000;
 
 constexpr Operator kLanguage[] = {
@@ -148,7 +148,7 @@ std::string describe_arity(const Operator& op)
   return std::to_string(op.min_args) + " to " + std::to_string(op.max_args);
 }
 
-/// What argument i must be; null if it may be a bit-vector of any width.
+/// The sort of argument i; null if it may be a bit-vector of any width.
 const DataType* get_expected_sort(const Operator& op, Arguments args, std::size_t i,
                                   const DataType* bool_sort)
 {

@@ -30,7 +30,7 @@ bool is_flat_kind(Kind kind)
   }
 }
 
-/// Whether a chain of applications goes on from an application to its first argument.
+/// Whether a chain of applications continues from an application to its first argument.
 bool continues_chain(const Term* t, const Term* first_arg)
 {
   const Kind kind = t->get_symbol()->get_kind();
@@ -52,14 +52,14 @@ PrintedTerms::PrintedTerms(std::size_t num_ids, std::span<const Step> steps) : s
   }
 }
 
-/// What must be walked before an open term is closed.
+/// The term that must be walked before an open term is closed.
 const Term* PrintedTerms::get_body(const Term* t) const
 {
   const std::uint32_t code = codes_[t->get_id()];
   return (code & kDefined) == 0 ? t : steps_[code & ~(kDefined | kOpen)].application;
 }
 
-/// Whether the walk has now gone down to the term; what is known already and leaves need no walk.
+/// Opens a term for the walk and returns true, unless it is already known or a leaf.
 bool PrintedTerms::open_if_new(const Term* t)
 {
   std::uint32_t& code = codes_[t->get_id()];
@@ -78,7 +78,7 @@ void PrintedTerms::open_definition(const Term* constant, std::uint32_t& code)
 {
   if ((code & kOpen) != 0) {
     throw Exception("the definition of " + make_name_excerpt(constant) +
-                    " needs the constant itself, but definitions must not go round in circles");
+                    " needs the constant itself, but definitions must not be cyclic");
   }
   code |= kOpen;
 }
@@ -92,7 +92,7 @@ void PrintedTerms::note_leaf(const Term* t, std::uint32_t& code)
   constants_.push_back(t);
 }
 
-/// Goes down to the first argument that is not closed, if there is one.
+/// Opens the first argument that is not closed, if there is one.
 bool PrintedTerms::open_argument(const Term* body)
 {
   for (std::size_t i = 0; i < body->get_num_args(); ++i) {
@@ -138,8 +138,8 @@ void PrintedTerms::choose_bindings()
   if (!std::is_sorted(bindings_.begin(), bindings_.end())) std::sort(bindings_.begin(), bindings_.end());
 }
 
-/// Decides how the arguments of a slot's body are printed, and whether the slot must be bound itself. What it needs
-/// was placed before.
+/// Decides how the arguments of a slot's body are printed, and whether the slot must be bound itself. The slots
+/// that it needs were placed before.
 void PrintedTerms::place(Slot slot)
 {
   Node& node = nodes_[slot];
@@ -147,13 +147,13 @@ void PrintedTerms::place(Slot slot)
   std::uint32_t level = 0;
   std::uint16_t height = 0;
   for (std::size_t i = 0; i < body->get_num_args(); ++i) {
-    // Leaves, and among them constants that are defined, are printed as they are.
+    // Leaves, including defined constants, are printed directly.
     const Term* arg = body->get_arg(i);
     if (arg->get_num_args() == 0) continue;
     const Slot arg_slot = get_slot(arg);
     Node& used = nodes_[arg_slot];
     if (used.has_own_piece) continue;
-    // A step names the free arguments of its application, so that one keeps its form.
+    // A step names the free arguments of its application, so its application must keep its form.
     const bool is_inner = i == 0 && !node.is_step && continues_chain(body, arg) && used.num_uses == 1;
     if (used.height == kMaxHeight && !is_inner) bind(arg_slot);
     level = std::max(level, used.is_bound ? used.number + 1 : used.number);

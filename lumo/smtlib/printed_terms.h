@@ -18,19 +18,19 @@
 
 namespace lumo::smtlib {
 
-/// All terms of a text that is going to be printed, and where each is printed.
+/// All terms of a text that will be printed, and where each is printed.
 ///
-/// The text consists of pieces: the terms that single SMT-LIB commands contain. A term that is used twice in its piece
-/// is bound by a `let` at the piece's front. So is a term that lies deep in its piece, since many solvers recurse
-/// once per level of what they read.
+/// The text consists of pieces: the terms that single SMT-LIB commands contain. If a term is used twice in its piece,
+/// a `let` at the piece's front binds it. So does one for a term deep in its piece, since many solvers recurse
+/// once per level of a term.
 ///
 /// A chain of applications of one associative operator, each the first argument of the next and used nowhere else, is
-/// printed flat, as one application to many arguments: (f (f a b) c) is (f a b c). Readers nest such applications
+/// printed flat, as one application to many arguments: (f (f a b) c) is (f a b c). Readers nest these arguments
 /// from the left, so they get the same terms back.
 ///
-/// Applications, and constants that are defined, get slots, counted from 0: each after all that it needs. The walks
-/// are iterative. Time is linear in the number of terms; memory is 4 bytes for each id up to the largest, 20 bytes
-/// for each slot, 8 bytes for each other constant, and during the walk 8 bytes for each level.
+/// Applications, and constants that are defined, get slots, counted from 0: each after all the slots that it needs.
+/// The walks are iterative. Time is linear in the number of terms; memory is 4 bytes for each id up to the largest,
+/// 20 bytes for each slot, 8 bytes for each other constant, and during the walk 8 bytes for each level.
 class PrintedTerms
 {
  public:
@@ -40,23 +40,23 @@ class PrintedTerms
   {
     /// The piece in which an application is printed
     std::uint32_t piece;
-    /// In how many layers of `let` the names that an application needs are bound; once it is known where all is
-    /// printed, instead: of a defined constant the number of its step, of an inner member of a chain the slot of
-    /// the application that it is the first argument of, of what has a name the number in the name
+    /// First the number of `let` layers that bind the names that an application needs. Once all positions are known,
+    /// instead: for a defined constant the number of its step; for an inner member of a chain the slot of
+    /// the application whose first argument it is; for a named application the number in its name
     std::uint32_t number = 0;
-    /// How many applications nest down to the next leaf or name; a chain counts as one
+    /// The number of nested applications down to the next leaf or name; a chain counts as one
     std::uint16_t height = 0;
     /// How often an application is printed or named, up to 2
     std::uint8_t num_uses : 2 = 0;
     bool is_bound : 1 = false;       ///< by a `let`
-    bool has_own_piece : 1 = false;  ///< whether a command of its own defines the application
+    bool has_own_piece : 1 = false;  ///< whether a separate command defines the application
     bool is_inner : 1 = false;       ///< whether the next member of the chain prints its arguments
     bool is_step : 1 = false;        ///< whether it is a constant that a step defines
-    bool is_quoted : 1 = false;      ///< whether such a constant's name stands between bars
+    bool is_quoted : 1 = false;      ///< whether the name of such a constant needs bars
   };
   static_assert(sizeof(Node) == 12);
 
-  /// What is bound in a piece. If two are bound in the same layer of one piece, neither needs the other.
+  /// A binding in a piece. Two bindings in the same layer of one piece are independent of each other.
   struct Binding
   {
     std::uint32_t piece;
@@ -66,8 +66,8 @@ class PrintedTerms
     friend auto operator<=>(const Binding&, const Binding&) = default;
   };
 
-  /// Prepares for terms with ids below a number. The steps define constants, each by its application; they must stay
-  /// where they are. A constant that has two definitions is an `Exception`.
+  /// Prepares for terms with ids below num_ids. The steps define constants, each by its application; they must
+  /// outlive the object. Throws an `Exception` if a constant has two definitions.
   explicit PrintedTerms(std::size_t num_ids, std::span<const Step> steps = {});
 
   /// Takes a term and all that it needs, and calls `closed(slot)` for each new slot. A name that SMT-LIB 2 cannot
@@ -81,9 +81,10 @@ class PrintedTerms
       if (!open_argument(get_body(t))) closed(close(t));
     }
   }
-  /// Gives the memory of the walks back.
+  /// Frees the memory of the walks.
   void finish_adding() { open_.clear(); }
-  /// Decides what is bound and what is flat, once piece and uses of every slot are known. Bindings are sorted.
+  /// Decides which terms are bound and which are flat. Precondition: piece and uses of every slot are known. Sorts
+  /// the bindings.
   void choose_bindings();
 
   [[nodiscard]] std::size_t get_num_slots() const { return nodes_.size(); }
@@ -93,25 +94,25 @@ class PrintedTerms
   [[nodiscard]] Slot get_slot(const Term* t) const { return codes_[t->get_id()] - kFirstSlot; }
   /// Whether a step defines the constant.
   [[nodiscard]] bool is_defined(const Term* constant) const;
-  /// What a slot's definition contains: the term, or for a defined constant the step's application.
+  /// The body of a slot's definition: the term, or for a defined constant the step's application.
   [[nodiscard]] const Term* get_slot_body(std::size_t slot) const
   {
     return nodes_[slot].is_step ? steps_[nodes_[slot].number].application : terms_[slot];
   }
-  /// Whether the name of a constant that was added stands between bars.
+  /// Whether the name of a constant that was added needs bars.
   [[nodiscard]] bool is_quoted(const Term* constant) const;
 
-  /// The constants without a definition, in the order in which the walks came upon them.
+  /// The constants without a definition, in the order in which the walks reached them.
   [[nodiscard]] std::vector<const Term*>& get_constants() { return constants_; }
   /// A prefix such that no constant's name is the prefix and a number.
   [[nodiscard]] std::string make_free_prefix() const { return names_.make_free_prefix(); }
-  /// What is bound at the front of a piece, in the order of the layers. To be asked for all pieces in their
+  /// The bindings at the front of a piece, in the order of the layers. Call this for all pieces in their
   /// order.
   [[nodiscard]] std::span<const Binding> take_bound(std::uint32_t piece);
 
  private:
-  // What is known of a term, by its id: nothing; a leaf, which for a constant is one that may need bars; a slot plus
-  // kFirstSlot; or a defined constant before it has a slot, with the number of its step.
+  // The code of a term, by its id: unknown; a leaf, possibly a constant that needs bars; a slot plus
+  // kFirstSlot; or, for a defined constant without a slot yet, the number of its step.
   static constexpr std::uint32_t kUnknown = 0;
   static constexpr std::uint32_t kLeaf = 1;
   static constexpr std::uint32_t kQuotedLeaf = 2;
@@ -138,7 +139,7 @@ class PrintedTerms
   ConstantNames names_;
   ChunkedVector<const Term*> open_;  ///< the path of the walk
   std::vector<Binding> bindings_;
-  std::size_t num_taken_ = 0;  ///< of the bindings
+  std::size_t num_taken_ = 0;  ///< number of bindings that were taken
 };
 
 }  // namespace lumo::smtlib

@@ -25,7 +25,7 @@ class AssertionSets
 
   explicit AssertionSets(std::size_t num_assertions) : num_assertions_(num_assertions) {}
 
-  /// Whether each assertion is a set of its own; most texts need no room for the sets.
+  /// Whether each assertion is a set of its own; then the sets need no memory, as for most texts.
   [[nodiscard]] bool are_singletons() const { return parents_.empty(); }
 
   [[nodiscard]] Index find(Index i)
@@ -92,7 +92,7 @@ AssertionSets add_assertions(PrintedTerms& terms, Terms assertions)
   return sets;
 }
 
-/// Constants that occur without being given, in the order of their making.
+/// Sorts the constants that were not given by the order in which they were made.
 void sort_constants(std::span<const Term*> constants)
 {
   const auto is_older = [](const Term* lhs, const Term* rhs) { return lhs->get_id() < rhs->get_id(); };

@@ -8,15 +8,15 @@
 
 namespace lumo::smtlib {
 
-/// Prints a complete script for any SMT-LIB 2 solver: the constants are declared, in their order, and after them
-/// whatever other constants occur, in the order in which they were made; the terms are asserted; one query follows,
-/// and a request for a model if one is wanted.
+/// Prints a complete script for any SMT-LIB 2 solver: declares the constants in their order, then all
+/// other constants that occur, in the order in which they were made; asserts the terms; adds one query,
+/// and a request for a model if `wants_model` is set.
 ///
-/// What is shared is printed once, and the walk is iterative. An asserted conjunction becomes one assertion for each
-/// conjunct. Assertions that share an application are printed as one conjunction, in which a `let` binds it: a
-/// definition of its own would take some solvers quadratic time. Chains of an associative operator are printed as one
-/// application to many arguments, which readers nest from the left into the same terms.
-/// A name that SMT-LIB 2 cannot spell is an `Exception`, and nothing is printed.
+/// A shared term is printed once, and the walk is iterative. An asserted conjunction becomes one assertion for each
+/// conjunct. Assertions that share an application are printed as one conjunction, in which a `let` binds the
+/// application: a definition of its own would take some solvers quadratic time. Chains of an associative operator
+/// are printed as one application to many arguments, which readers nest from the left into the same terms. A name
+/// that SMT-LIB 2 cannot spell is an `Exception`, and nothing is printed.
 void print_script(std::ostream& out, std::span<const Term* const> constants,
                   std::span<const Term* const> assertions, bool wants_model);
 

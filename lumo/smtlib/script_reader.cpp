@@ -8,7 +8,7 @@ namespace lumo::smtlib {
 
 namespace {
 
-/// Reads a script and refuses what makes more than one query of it.
+/// Reads a script and refuses commands that make more than one query of it.
 class ScriptReader
 {
  public:
@@ -17,7 +17,7 @@ class ScriptReader
   Script read();
 
  private:
-  /// Takes over what a command says; answers whether the script goes on.
+  /// Adds a command to the script; returns whether the script continues.
   bool take(const Command& command);
   void add_assertion(const Command& command);
   void check_query(const Command& command);
@@ -101,8 +101,7 @@ void ScriptReader::check_push(const Command& command) const
 
 void ScriptReader::check_pop(const Command& command)
 {
-  if (!has_query_)
-    fail(command, "a pop was found before check-sat, but all assertions were expected to count");
+  if (!has_query_) fail(command, "a pop was found before check-sat, but it was expected after it");
 }
 
 void ScriptReader::note_skipped(const Command& command)

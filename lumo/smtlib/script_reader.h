@@ -16,7 +16,7 @@ struct Assertion
   Place place;  ///< of the command
 };
 
-/// What a text declares and asserts, both in its order.
+/// The declarations and assertions of a text, in its order.
 struct Script
 {
   std::vector<const Term*> constants;  ///< all that are declared, whether used or not
@@ -28,13 +28,14 @@ struct Script
   [[nodiscard]] std::vector<const Term*> get_asserted_terms() const;
 };
 
-/// Reads SMT-LIB 2 text with at most one query over Booleans and bit-vectors into terms of a manager, which should
-/// be new: the names of the text's constants must not be taken with other sorts.
+/// Reads SMT-LIB 2 text with at most one query over Booleans and bit-vectors into terms of a manager. The manager
+/// should be new: it must not have the names of the text's constants with other sorts.
 ///
-/// One level may be pushed before the query and popped after it. Operators that the term layer lacks become
+/// One level may be pushed before the query and popped after it. Operators that the term layer does not have become
 /// applications of those that it has; an application to more arguments than two becomes nested ones; definitions,
-/// lets and named terms are replaced by what they stand for. All else is an InputError. Time and memory are linear in
-/// the text and in what is made of it, and no depth of nesting is too large. The text is needed during the call only.
+/// lets and named terms are replaced by what they stand for. Throws an InputError for everything else. Time and
+/// memory are linear in the text and the terms that are made from it, and nesting may have any depth. The text is
+/// only needed during the call.
 [[nodiscard]] Script read_script(TermManager& mgr, std::string_view text);
 
 }  // namespace lumo::smtlib

@@ -14,21 +14,21 @@ namespace lumo::smtlib {
 
 /// Reads sorts: Bool, (_ BitVec w), and the names that definitions give to sorts.
 ///
-/// Every sort that a definition can have in terms of its parameters is one of its parameters, or does not depend on
-/// them: there is no constructor of sorts. So a definition is one of the two, and reading is linear.
+/// There are no sort constructors that take sorts. So a definition of a sort is one of its parameters, or does not
+/// depend on them, and reading is linear.
 class SortReader
 {
  public:
   explicit SortReader(TermManager& mgr) : mgr_(mgr) {}
 
-  /// Reads the sort that comes next. An InputError says what is not a sort.
+  /// Reads the next sort. Throws an InputError if it is not a sort.
   const DataType* read(Lexer& lexer);
-  /// Reads a definition from the name on: a name, names of parameters in parentheses, and a sort.
+  /// Reads a definition, starting at the name: a name, names of parameters in parentheses, and a sort.
   void read_definition(Lexer& lexer);
   /// Reads the number of bits of a bit-vector sort.
   unsigned long read_width(Lexer& lexer);
 
-  /// How many definitions there are; `forget` takes those away that came after the first `count`.
+  /// The number of definitions; `forget` removes all after the first `count`.
   [[nodiscard]] std::size_t get_num_definitions() const { return order_.size(); }
   void forget(std::size_t count);
 
@@ -54,7 +54,8 @@ class SortReader
   };
 
   [[nodiscard]] Expression read_expression(Lexer& lexer);
-  /// Reads a sort, or opens an application of one; then the result has neither a sort nor a parameter.
+  /// Reads a sort, or opens an application of a sort. In the second case, the result has neither a sort nor a
+  /// parameter.
   [[nodiscard]] Expression read_start(Lexer& lexer, const Token& first);
   [[nodiscard]] Expression read_name(Lexer& lexer, const Token& name) const;
   [[nodiscard]] const DataType* read_bit_vector(Lexer& lexer);
@@ -65,7 +66,7 @@ class SortReader
   std::vector<std::string> order_;  ///< of the definitions
   /// The places of the parameters of the definition that is being read
   std::unordered_map<std::string_view, std::size_t> parameters_;
-  std::vector<Application> applications_;  ///< that are open
+  std::vector<Application> applications_;  ///< the open ones
   std::vector<Expression> arguments_;
 };
 

@@ -34,7 +34,7 @@ std::uint64_t load(const char* from)
   return word;
 }
 
-/// Names are mostly short: two words, which may overlap, hold all of one.
+/// Most names are short: two words, which may overlap, contain a whole name.
 std::uint32_t hash_text(std::string_view text)
 {
   const char* data = text.data();

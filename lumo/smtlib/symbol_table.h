@@ -15,7 +15,7 @@ namespace lumo::smtlib {
 
 class Function;
 
-/// The words of the language that begin a term and are not symbols; between bars they are names like others.
+/// The words of the language that begin a term and are not symbols; between bars they are ordinary names.
 enum class ReservedWord : std::uint8_t
 {
   kNone,
@@ -23,18 +23,18 @@ enum class ReservedWord : std::uint8_t
   kAs,
   kIndexed,  ///< _
   kLet,
-  kBinder,  ///< exists, forall, lambda, match: what a reader of Booleans and bit-vectors has no use for
+  kBinder,  ///< exists, forall, lambda, match: not supported
 };
 
 enum class MeaningKind : std::uint8_t
 {
   kNone,
-  kTerm,      ///< a constant, or what a definition, a let or a name replaces the symbol by
+  kTerm,      ///< a constant, or the term of a definition, a let or a name
   kOperator,  ///< of the language
   kFunction,  ///< a definition with parameters
 };
 
-/// What a symbol stands for.
+/// The meaning of a symbol.
 class Meaning
 {
  public:
@@ -45,7 +45,7 @@ class Meaning
 
   [[nodiscard]] MeaningKind get_kind() const { return kind_; }
   [[nodiscard]] bool is_none() const { return kind_ == MeaningKind::kNone; }
-  /// Each is null for a meaning of another kind.
+  /// Each of these returns null for a meaning of another kind.
   [[nodiscard]] const Term* get_term() const { return kind_ == MeaningKind::kTerm ? term_ : nullptr; }
   [[nodiscard]] const Operator* get_operator() const
   {
@@ -65,20 +65,20 @@ class Meaning
   };
 };
 
-/// The symbols of a script and their meanings. A symbol is found once for each of its occurrences; after that, its
-/// number leads to its meaning.
+/// The symbols of a script and their meanings. A symbol is looked up once for each of its occurrences; after that,
+/// its number is an index to its meaning.
 class SymbolTable
 {
  public:
   /// The number of a symbol
   using Number = std::uint32_t;
 
-  /// Knows the operators, true and false of the language.
+  /// Starts with the operators, true and false of the language.
   explicit SymbolTable(TermManager& mgr);
   SymbolTable(const SymbolTable&) = delete;
   SymbolTable& operator=(const SymbolTable&) = delete;
 
-  /// The number of the symbol with that text. A symbol that was not met before has no meaning.
+  /// The number of the symbol with that text. A new symbol has no meaning.
   [[nodiscard]] Number find(std::string_view text);
 
   [[nodiscard]] const Meaning& get_meaning(Number symbol) const { return entries_[symbol].meaning; }
@@ -90,7 +90,7 @@ class SymbolTable
 
   /// Declares a symbol for the current level.
   void declare(Number symbol, const Meaning& meaning);
-  /// How many declarations there are; `forget` takes the meanings back of those after the first `count`.
+  /// The number of declarations; `forget` removes all after the first `count`.
   [[nodiscard]] std::size_t get_num_declarations() const { return declared_.size(); }
   void forget(std::size_t count);
 
@@ -124,9 +124,9 @@ class SymbolTable
   std::vector<Entry> entries_;
   std::vector<Place> places_;  ///< a hash table with linear probing; its size is a power of two
   std::size_t num_predefined_ = 0;
-  std::vector<Number> declared_;  ///< in their order
+  std::vector<Number> declared_;  ///< the declared symbols, in their order
   std::vector<std::unique_ptr<char[]>> texts_;
-  std::size_t num_left_ = 0;  ///< of the characters of the last piece in `texts_`
+  std::size_t num_left_ = 0;  ///< number of unused characters in the last piece of `texts_`
   char* next_ = nullptr;
 };
 

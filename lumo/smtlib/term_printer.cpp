@@ -91,7 +91,7 @@ void TermPrinter::finish_open()
       out_ << ' ';
       write_leaf_or_open(visit.application->get_arg(visit.next++));
     } else if (const PrintedTerms::Node& node = terms_.get_node(visit.slot); node.is_inner) {
-      // All of the next member's first argument is written.
+      // The first argument of the next member is completely written.
       visit = {terms_.get_term(node.number), node.number, 1};
     } else {
       out_ << ')';
@@ -118,7 +118,7 @@ void TermPrinter::write_leaf_or_open(const Term* t)
   }
 }
 
-/// Begins an application, or the chain of which it is the last member.
+/// Begins an application, or the chain whose last member it is.
 void TermPrinter::open(const Term* t, PrintedTerms::Slot slot)
 {
   write_operator(t->get_symbol());

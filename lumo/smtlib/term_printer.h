@@ -14,7 +14,7 @@
 
 namespace lumo::smtlib {
 
-/// Writes terms, whose bindings were chosen, as SMT-LIB 2 text. None of the constants among them has a name that
+/// Writes terms, whose bindings were chosen, as SMT-LIB 2 text. Precondition: no constant among them has a name that
 /// the writer makes.
 class TermPrinter
 {
@@ -24,14 +24,14 @@ class TermPrinter
   void write_constant(const Term* constant);
   void write_sort(const DataType* sort);
   void write_declaration(const Term* constant);
-  /// Makes a name stand for an application from now on, and writes the name.
+  /// Gives an application a name that replaces it from now on, and writes the name.
   void write_new_name(PrintedTerms::Slot application);
   /// Writes the space before a piece and the `let`s at its front; returns how many parentheses must be closed
-  /// after it. Pieces come in their order.
+  /// after it. Call this for all pieces in their order.
   std::size_t open_lets(std::uint32_t piece);
   /// Writes a term, by its name if it has one.
   void write(const Term* t);
-  /// Writes an application as it is, its arguments by their names if they have some.
+  /// Writes an application itself, and its arguments by their names if they have one.
   void write_application(const Term* application);
   /// Writes the application of a slot and not its name.
   void write_slot(PrintedTerms::Slot slot);
@@ -51,7 +51,7 @@ class TermPrinter
 
   TextBuffer& out_;
   PrintedTerms& terms_;
-  std::string prefix_;  ///< of the names that are made
+  std::string prefix_;  ///< of the new names
   std::uint32_t num_names_ = 0;
   const DataType* last_sort_ = nullptr;
   std::string last_sort_text_;

@@ -64,7 +64,7 @@ const Term* TermReader::read_all()
   }
 }
 
-/// Forgets all that is not complete; hidden names get their meanings back.
+/// Discards everything that is not complete, and restores the meanings of hidden names.
 void TermReader::reset()
 {
   unhide(0);
@@ -187,7 +187,7 @@ const Term* TermReader::deliver(const Term* t)
 
 void TermReader::push_frame(FrameKind kind, std::size_t position, std::size_t first)
 {
-  // A manager has no more terms than fit the number.
+  // The number fits, since a manager has fewer than 2^32 terms.
   frames_.push_back({{nullptr}, position, static_cast<std::uint32_t>(first), kind, false, false});
 }
 
@@ -203,7 +203,7 @@ void TermReader::open_let(std::size_t position)
   read_binding();
 }
 
-/// Reads the name of the next binding, or the end of the list; then the body of the let comes next.
+/// Reads the name of the next binding, or the end of the list; after that, the body of the let follows.
 void TermReader::read_binding()
 {
   const Token token = lexer_->next();
@@ -216,7 +216,7 @@ void TermReader::read_binding()
   bindings_.push_back({symbols_.find(name.text), name.position, nullptr});
 }
 
-/// Makes the variables of the innermost let stand for their terms.
+/// Binds the variables of the innermost let to their terms.
 void TermReader::bind()
 {
   Frame& frame = frames_.back();
@@ -522,7 +522,7 @@ std::size_t TermReader::find_argument(const Frame& frame, std::size_t argument) 
 {
   Lexer lexer = *lexer_;
   lexer.set_position(frame.position + 1);
-  // The head of the application is skipped like the arguments before the wanted one.
+  // Skip the head of the application and the arguments before the wanted one.
   for (std::size_t i = 0; i <= argument; ++i) {
     const Token token = lexer.next();
     if (token.kind == TokenKind::kOpen) lexer.skip_list(token.position);

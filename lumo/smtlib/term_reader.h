@@ -16,11 +16,11 @@
 namespace lumo::smtlib {
 
 /// Reads terms from SMT-LIB 2 text into a term manager, in one pass and without recursion: time and memory are linear
-/// in the text and in what is made of it.
+/// in the text and the terms that are made from it.
 ///
-/// Operators that the term layer lacks become applications of those that it has; an application to more arguments
-/// than two becomes nested ones; lets, definitions and named terms are replaced by what they stand for. All else is
-/// an InputError at the token that is wrong. After an error the reader can be used again.
+/// Operators that the term layer does not have become applications of those that it has; an application to more
+/// arguments than two becomes nested ones; lets, definitions and named terms are replaced by what they stand for.
+/// Everything else is an InputError at the wrong token. After an error the reader can be used again.
 class TermReader
 {
  public:
@@ -31,7 +31,7 @@ class TermReader
   TermReader(const TermReader&) = delete;
   TermReader& operator=(const TermReader&) = delete;
 
-  /// Reads the term that comes next. `open` is the position of the parenthesis around it, which a message names if the
+  /// Reads the next term. `open` is the position of the parenthesis around it, which a message names if the
   /// text ends too soon.
   const Term* read(Lexer& lexer, std::size_t open);
   /// Reads the body of a definition with parameters of these names and sorts.
@@ -39,16 +39,16 @@ class TermReader
                         const std::vector<const DataType*>& sorts);
 
  private:
-  /// What is waiting for a term
+  /// The kinds of context that wait for a term
   enum class FrameKind : std::uint8_t
   {
     kOperator,    ///< for one more argument
-    kFunction,    ///< likewise
-    kBindings,    ///< the variable of a let that was named last, for its term
+    kFunction,    ///< for one more argument
+    kBindings,    ///< the last variable of a let, for its term
     kBody,        ///< a let, for its body
     kAnnotation,  ///< for the term that is annotated
   };
-  /// Small, since as many are open as terms nest.
+  /// Small, since there is one for each level of nesting.
   struct Frame
   {
     union {
@@ -90,7 +90,7 @@ class TermReader
   const Term* open(const Token& parenthesis);
   const Term* open_word(ReservedWord word, const Token& token, std::size_t position);
   const Term* close(const Token& parenthesis);
-  /// Hands a complete term over to what is waiting for it: the result is the term if nothing is.
+  /// Passes a complete term to the innermost frame. Returns the term if there is no frame.
   const Term* deliver(const Term* t);
   void push_frame(FrameKind kind, std::size_t position, std::size_t first);
   void reset();
@@ -100,17 +100,17 @@ class TermReader
   void bind();
   void hide(SymbolTable::Number variable, const Term* t);
   void unhide(std::size_t first);
-  /// Whether the symbol is met for the first time since `begin_names`.
+  /// Whether the symbol occurs for the first time since `begin_names`.
   [[nodiscard]] bool is_new_name(SymbolTable::Number symbol);
   void begin_names() { ++name_list_; }
   void read_attributes(const Term* t);
   void name_term(const Term* t);
   void skip_attribute_value();
 
-  /// Read what comes after `_` and after `as`.
+  /// Read the text after `_` and after `as`.
   [[nodiscard]] Head read_indexed_head();
   [[nodiscard]] Head read_qualified_head();
-  /// Opens the application of a symbol without indices, the common case; false if it takes more than that.
+  /// Opens the application of a symbol without indices, the common case; returns false if it is not that simple.
   bool push_plain_application(SymbolTable::Number symbol, std::size_t position);
   void push_application(const Head& head, std::size_t position);
   void push_operator(const Operator& op, const Head& head, std::size_t position);
@@ -124,7 +124,7 @@ class TermReader
   [[nodiscard]] const Term* apply_operator(const Frame& frame, Arguments args);
   [[nodiscard]] const Term* apply_function(const Frame& frame, Arguments args);
   [[nodiscard]] static Misfit find_function_misfit(const Function& function, Arguments args);
-  /// The position of an argument, found by reading the application anew.
+  /// The position of an argument, found by reading the application again.
   [[nodiscard]] std::size_t find_argument(const Frame& frame, std::size_t argument) const;
   [[noreturn]] void refuse_arguments(const Frame& frame, const Misfit& misfit) const;
   [[noreturn]] void refuse_unknown(const Token& symbol) const;

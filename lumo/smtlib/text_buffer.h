@@ -12,8 +12,8 @@
 
 namespace lumo::smtlib {
 
-/// Collects text for a stream and hands it over in large pieces, since a stream takes long for each small one.
-/// What was not flushed at the object's end is lost.
+/// Collects text for a stream and writes it in large pieces, since a stream is slow for small ones.
+/// Text that was not flushed before the destructor is lost.
 class TextBuffer
 {
  public:

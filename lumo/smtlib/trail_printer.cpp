@@ -20,15 +20,13 @@ using Terms = std::span<const Term* const>;
 using Slot = PrintedTerms::Slot;
 
 constexpr std::string_view kHeader =
-    "; What lumo has eliminated from a script, in the order of elimination.\n"
+    "; The applications that lumo eliminated from a script, in the order of elimination.\n"
     ";\n"
-    "; A definition says which application a fresh constant stands for. The :lumo-step behind it names the\n"
-    "; fresh constant again and then the free arguments of the application, which occur nowhere else: lumo "
-    "extend\n"
-    "; chooses their values so that the application has the value that a model gives the fresh constant. A\n"
-    "; definition without a :lumo-step is a part that several others share. An asserted constant is all that "
-    "was\n"
-    "; left of an assertion, so it is true.\n";
+    "; Each definition gives the application that a fresh constant replaced. The :lumo-step after it\n"
+    "; has the fresh constant and then the free arguments of the application, which occur nowhere else:\n"
+    "; lumo extend chooses their values so that the application has the value that a model gives the\n"
+    "; fresh constant. A definition without a :lumo-step is a part that several others share. An\n"
+    "; asserted constant replaced a whole assertion, so it is true.\n";
 
 std::size_t count_ids(Terms constants, const Trail& trail)
 {
@@ -43,7 +41,7 @@ std::size_t count_ids(Terms constants, const Trail& trail)
   return num_ids;
 }
 
-/// Takes the trail's terms, the declared constants first; definitions come before what needs them.
+/// Adds the trail's terms, the declared constants first. Definitions precede the terms that need them.
 void add_terms(PrintedTerms& terms, Terms constants, const Trail& trail)
 {
   const auto ignore = [](Slot) {};
@@ -78,7 +76,7 @@ void note_use(PrintedTerms::Node& node, std::uint32_t piece)
 }
 
 /// Gives each slot its piece. A piece is a definition; its name is the slot of what it defines: a fresh constant, or
-/// an application that stands in several pieces.
+/// an application that several pieces contain.
 void choose_pieces(PrintedTerms& terms)
 {
   for (auto slot = static_cast<Slot>(terms.get_num_slots()); slot-- > 0;) {
@@ -144,7 +142,7 @@ void print_steps(TextBuffer& out, TermPrinter& writer, PrintedTerms& terms, cons
 {
   Slot slot = 0;
   for (const Step& step : trail.steps) {
-    // What has a smaller slot than the step's constant and is not printed yet is what the step needs.
+    // The step needs the slots up to that of its constant; print those that are not printed yet.
     for (; slot <= terms.get_slot(step.constant); ++slot) {
       const PrintedTerms::Node& node = terms.get_node(slot);
       if (node.is_step || node.has_own_piece) print_piece(out, writer, terms, slot);

@@ -27,7 +27,7 @@ std::string make_content(std::string_view text)
   return content;
 }
 
-/// What the string of a step says: the names of its constant and of its free arguments
+/// The content of a step's string: the names of its constant and of its free arguments
 struct NamedStep
 {
   std::size_t position;  ///< of the string
@@ -45,17 +45,17 @@ class TrailReader
   /// A name of the script or of a definition
   struct Name
   {
-    const Term* constant = nullptr;     ///< that is declared or stands for a step; else null
-    const Term* application = nullptr;  ///< that stands in the step
+    const Term* constant = nullptr;     ///< the declared or fresh constant, or null
+    const Term* application = nullptr;  ///< the application of the step
     bool is_declared = false;
     bool is_defined = false;
-    bool is_step = false;  ///< whether a step starts with the name
+    bool is_step = false;  ///< whether the name is the first one of a step
     bool has_step = false;
-    bool is_free = false;  ///< in one of the steps
+    bool is_free = false;  ///< whether it is a free argument of a step
   };
   using Names = std::unordered_map<std::string, Name>;
 
-  // The steps are noted first, since they say which definitions are of fresh constants and may stand anywhere.
+  // The steps are read first, since they tell which definitions define fresh constants, and may be anywhere.
   void note_steps();
   void note_step();
   [[nodiscard]] NamedStep read_step(const Token& text) const;
@@ -273,7 +273,7 @@ void TrailReader::set_free(Step& step, const NamedStep& named, const std::string
 TrailReader::Name& TrailReader::find_name(const NamedStep& named, const std::string& name)
 {
   const auto known = names_.find(name);
-  // A step alone does not give a name a meaning.
+  // A step alone does not define a name.
   if (known == names_.end() || (known->second.constant == nullptr && !known->second.is_defined)) {
     fail(named,
          "the symbol " + make_excerpt(name) + " was found in a step, but it is neither declared nor defined");

@@ -10,10 +10,10 @@
 
 namespace lumo::smtlib {
 
-/// Reads what `print_trail` has printed, perhaps edited by hand, back into terms of the manager of `constants`,
-/// which are those of the script to which the trail must belong. Fresh constants must not be taken with other
-/// sorts. The steps' originals are null. A text that is not a trail of that script is an InputError. The text is
-/// needed during the call only.
+/// Reads the output of `print_trail`, which may have been edited, into terms of the manager of `constants`, which
+/// are the constants of the script that the trail must belong to. The manager must not have the fresh constants
+/// with other sorts. The steps' originals are null. Throws an InputError if the text is not a trail of that script.
+/// The text is only needed during the call.
 [[nodiscard]] Trail read_trail(TermManager& mgr, std::span<const Term* const> constants,
                                std::string_view text);
 

@@ -20,18 +20,16 @@ enum class Answer : std::uint8_t
 /// `sat`, `unsat` or `unknown`.
 [[nodiscard]] const char* to_string(Answer answer);
 
-/// What a solver says of a script.
+/// The result of a solver for a script.
 struct Solution
 {
   Answer answer = Answer::kUnknown;
-  std::vector<ModelValue>
-      model;  ///< if the answer is sat and a model was asked for; constants may be missing
-  std::string
-      reason;  ///< if the answer is unknown: why, as a clause after `since`; empty if that is not known
+  std::vector<ModelValue> model;  ///< if the answer is sat and a model was requested; may leave constants out
+  std::string reason;  ///< why the answer is unknown, as a clause after `since`; empty if not known
 };
 
-/// A solver that gives no answer: it cannot be started, dies, or prints what cannot be understood. `what()` is
-/// one sentence that says which.
+/// Thrown if a solver gives no answer: it cannot be started, dies, or its output cannot be understood. `what()` is
+/// one sentence with the reason.
 class SolverError : public Exception
 {
  public:

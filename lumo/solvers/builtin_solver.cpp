@@ -16,7 +16,7 @@ namespace lumo::solvers {
 
 namespace {
 
-/// What the copy of this process does. Z3's expressions and the numerals of its model are made there alone.
+/// The work of the copy of this process. Z3's expressions and the numerals of its model are made only there.
 std::string solve_in_copy(TermManager& mgr, std::span<const Term* const> assertions,
                           std::span<const Term* const> constants, bool wants_model)
 {

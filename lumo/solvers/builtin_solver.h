@@ -9,15 +9,15 @@
 
 namespace lumo::solvers {
 
-/// Whether this build contains a solver: Z3, unless it was configured with `LUMO_WITH_Z3=OFF`.
+/// Whether this build contains a solver, which is Z3. It does not if it was configured with `LUMO_WITH_Z3=OFF`.
 [[nodiscard]] bool has_builtin_solver();
 
-/// Solves the conjunction of the assertions, Boolean terms of the manager, with the built-in solver. The model is
-/// of the constants that occur in them.
+/// Solves the conjunction of the assertions, Boolean terms of the manager, with the built-in solver. The model has
+/// values for the constants that occur in them.
 ///
-/// The solver works in a copy of this process, so the time limit is kept whatever it is doing, and this process
-/// gets only the values of the model. A SolverError says why there is no answer: the solver dies or runs out of
-/// memory, or there is none.
+/// The solver works in a copy of this process, so the time limit always holds, and this process
+/// gets only the values of the model. Throws a SolverError if there is no answer: the solver dies or runs out of
+/// memory, or this build contains no solver.
 [[nodiscard]] Solution solve_with_builtin(TermManager& mgr, std::span<const Term* const> assertions,
                                           const SolverLimits& limits);
 

@@ -23,7 +23,7 @@ namespace {
 
 constexpr std::size_t kMaxErrorText = 4096;
 
-/// The pipes to a child's standard streams, and what has come through them.
+/// The pipes to a child's standard streams, and the output that was received.
 class Streams
 {
  public:
@@ -45,18 +45,18 @@ class Streams
     out_.write_end.close();
     err_.write_end.close();
   }
-  /// Sends and receives what can be, and waits for that, or for the end of the child, no longer than some
-  /// milliseconds.
+  /// Sends and receives as much as possible. If nothing is possible yet, waits for that or for the end of the
+  /// child, at most for the given time.
   void exchange(const Descriptor& alive, int milliseconds);
   [[nodiscard]] bool is_too_verbose() const { return outcome_.out.size() > kMaxOutput; }
-  /// Receives what the child, which has ended, has left in the pipes.
+  /// Receives the rest of the output from the pipes. Precondition: the child has ended.
   [[nodiscard]] ChildOutcome finish();
 
  private:
   void send();
   static bool receive(Descriptor& stream, std::string& text, std::size_t most);
 
-  std::string_view input_;  ///< what is still to be sent
+  std::string_view input_;  ///< the part that is not sent yet
   Pipe in_ = make_pipe();
   Pipe out_ = make_pipe();
   Pipe err_ = make_pipe();
@@ -66,7 +66,7 @@ class Streams
 void Streams::exchange(const Descriptor& alive, int milliseconds)
 {
   if (input_.empty()) in_.write_end.close();
-  // Poll passes over closed streams, whose numbers are negative. Events of 0 leave the end of the stream.
+  // `poll` ignores closed streams, whose numbers are negative. With events 0, it still reports the end of a stream.
   std::array<pollfd, 4> streams = {{{in_.write_end.get(), POLLOUT, 0},
                                     {out_.read_end.get(), POLLIN, 0},
                                     {err_.read_end.get(), POLLIN, 0},
@@ -79,7 +79,7 @@ void Streams::exchange(const Descriptor& alive, int milliseconds)
 
 ChildOutcome Streams::finish()
 {
-  // No more comes than lies in the pipes, unless a process has escaped.
+  // Only the content of the pipes can arrive, unless a process has escaped.
   constexpr int kMaxReads = 1024;
   for (int i = 0; i < kMaxReads && receive(out_.read_end, outcome_.out, kMaxOutput + 1); ++i) {
   }
@@ -98,7 +98,7 @@ void Streams::send()
   }
 }
 
-/// Reads once, and drops what is beyond the limit; returns whether something came.
+/// Reads once, and drops bytes beyond the limit; returns whether something was read.
 bool Streams::receive(Descriptor& stream, std::string& text, std::size_t most)
 {
   std::array<char, 65536> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): read fills it
@@ -113,11 +113,11 @@ bool Streams::receive(Descriptor& stream, std::string& text, std::size_t most)
 
 // -----------------------------------------------------------------------------------------------------------
 
-/// Waits until the child ends, or until there is a reason to end it, and returns which it is.
+/// Waits until the child ends, or until there is a reason to end it, and returns the reason.
 ChildEnd wait_for_end(Streams& streams, const ForkedProcess& child, const SignalGuard& guard,
                       const Deadline& deadline)
 {
-  // A signal that asks this program to end is noticed after such a pause.
+  // A signal that asks this program to end is noticed after at most this time.
   constexpr int kLongestPause = 50;
   for (int pause = 1;; pause = std::min(2 * pause, kLongestPause)) {
     if (child.has_ended()) return ChildEnd::kExit;
@@ -139,7 +139,7 @@ ChildOutcome make_outcome(Streams& streams, ChildEnd end, int status)
   return outcome;
 }
 
-/// Makes a keeper end all that it keeps. It has work to do, but not more than this.
+/// Makes a keeper end its processes. This takes time, but at most this long.
 void stop_keeper(const ForkedProcess& keeper)
 {
   constexpr int kMostMilliseconds = 2000;
@@ -164,7 +164,7 @@ int wait_for_keeper(ForkedProcess& keeper)
       status = report.number;
     }
   }
-  // A keeper that something else has killed leaves its group.
+  // If something else has killed the keeper, the shell's group may still run.
   if (!has_ended && shell > 0) kill(-shell, SIGKILL);
   return status;
 }
@@ -172,7 +172,7 @@ int wait_for_keeper(ForkedProcess& keeper)
 // -----------------------------------------------------------------------------------------------------------
 // The copy of this process
 
-/// Makes the pipes the standard streams and closes all other descriptors but one.
+/// Makes the pipes the standard streams and closes all other descriptors except `alive`.
 void become_streams(std::array<int, 3> ends, int alive)
 {
   constexpr int kAlive = STDERR_FILENO + 1;

@@ -14,8 +14,8 @@ namespace lumo::solvers {
 enum class ChildEnd : std::uint8_t
 {
   kExit,         ///< by itself, with an exit status
-  kSignal,       ///< by a signal that came from elsewhere
-  kTimeOver,     ///< killed, since the deadline is over
+  kSignal,       ///< by a signal that this process did not send
+  kTimeOver,     ///< killed at the deadline
   kInterrupted,  ///< killed, since this program is asked to end
   kTooVerbose,   ///< killed, since it printed more than kMaxOutput
 };
@@ -29,24 +29,24 @@ struct ChildOutcome
   std::string err;  ///< the start of its standard error
 };
 
-/// More standard output than this is not that of a program that we know how to talk to.
+/// A program with more standard output than this is killed.
 inline constexpr std::size_t kMaxOutput = std::size_t{1} << 30;
 
-// While one of these runs, the calling thread holds back the signals that ask a program to end (SIGINT, SIGTERM,
-// SIGHUP, SIGQUIT), so that the child is killed before one of them ends this process. If anything else ends this
-// process, SIGKILL included, the child is killed at once after it. What the process does on signals stays as it
-// is. An `Exception` says why no process can be made.
+// While one of these functions runs, the calling thread blocks the signals that ask a program to end (SIGINT,
+// SIGTERM, SIGHUP, SIGQUIT), so that it can kill the child before one of them ends this process. If anything else
+// ends this process, SIGKILL included, the child is killed immediately afterwards. The signal handling of the
+// process stays unchanged. Throws an `Exception` if no process can be made.
 
 /// Runs a command line with `/bin/sh -c` in a process group of its own, writes the input to its standard input
-/// and reads what it prints at the same time. A child that does not read all of its input is fine. Whatever the
-/// command has started is killed when the shell ends or when the deadline is over.
+/// and reads what it prints at the same time. The child need not read all of its input. All processes that the
+/// command has started are killed when the shell ends or at the deadline.
 [[nodiscard]] ChildOutcome run_child(const std::string& command, std::string_view input,
                                      const Deadline& deadline);
 
-/// Runs a function in a copy of this process and takes the string that it returns as what the child prints. The
-/// copy shares the memory of this process until it changes it, and it never returns from this call. What the
-/// function may use, `ForkedProcess` says; what it throws ends the child by SIGABRT. If the function calls `exit`
-/// or does not get so far, the output is empty or cut.
+/// Runs a function in a copy of this process; the string that it returns is the output of the child. The copy
+/// shares the memory of this process until it changes it, and it never returns from this call. `ForkedProcess` says
+/// what the function may use. An exception that it throws ends the child by SIGABRT. If the function calls `exit`
+/// or does not return, the output is empty or cut.
 [[nodiscard]] ChildOutcome run_copy(const std::function<std::string()>& work, const Deadline& deadline);
 
 }  // namespace lumo::solvers

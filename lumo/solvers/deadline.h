@@ -8,7 +8,7 @@
 
 namespace lumo::solvers {
 
-/// A moment a number of seconds after the object was made, or never.
+/// A point in time, a number of seconds after the construction of the object, or never.
 class Deadline
 {
  public:
@@ -16,7 +16,7 @@ class Deadline
 
   [[nodiscard]] bool is_set() const { return seconds_.has_value(); }
   [[nodiscard]] bool is_over() const { return is_set() && !(get_seconds_left() > 0); }
-  /// At least 1, and as much as fits if the deadline is far off; only for one that is set.
+  /// At least 1, and at most the largest value of the type. Precondition: the deadline is not never.
   [[nodiscard]] unsigned get_milliseconds_left() const
   {
     constexpr double kMost = std::numeric_limits<int>::max();

@@ -5,7 +5,7 @@
 
 namespace lumo::solvers {
 
-/// A file descriptor that is closed with the object.
+/// A file descriptor that the object owns and closes.
 class Descriptor
 {
  public:
@@ -30,15 +30,15 @@ struct Pipe
   Descriptor write_end;
 };
 
-/// Both ends are closed in what a child executes. They lie above the standard streams, even if one of those is
-/// closed: a child can make each end one of its standard streams without overwriting another end. An
-/// `Exception` says why there is no pipe.
+/// A program that a child executes gets neither end. Both have numbers above the standard streams, even if one of
+/// those is closed, so a child can make each end one of its standard streams without overwriting another end.
+/// Throws an `Exception` if no pipe can be made.
 [[nodiscard]] Pipe make_pipe();
 
-/// Makes reads or writes return at once; an `Exception` if the system refuses that.
+/// Makes reads and writes return immediately. Throws an `Exception` if the system refuses that.
 void make_nonblocking(const Descriptor& descriptor);
 
-/// Throws the `Exception` that no process can be made: what is missing, and the text for errno.
+/// Throws the `Exception` that no process can be made, with the failed operation and the text for errno.
 [[noreturn]] void fail_without_process(std::string_view what, int code);
 
 }  // namespace lumo::solvers

@@ -10,7 +10,7 @@
 
 #include "lumo/solvers/signal_guard.h"
 
-// Writes g++'s counters to their files, in a build that has them. The preset `coverage` links it.
+// Writes g++'s coverage counters to their files, in builds that have them: those with the preset `coverage`.
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the compiler's name
 extern "C" [[gnu::weak]] void __gcov_dump();
 
@@ -18,7 +18,7 @@ namespace lumo::solvers {
 
 namespace {
 
-/// Ends a child without what `exit` does: destructors and buffers are the parent's.
+/// Ends a child without the work of `exit`: destructors and buffers belong to the parent.
 [[noreturn]] void end_child()
 {
   if (__gcov_dump != nullptr) __gcov_dump();
@@ -40,7 +40,7 @@ ForkedProcess::ForkedProcess(int death_signal, const std::function<void(int aliv
   if (pid_ > 0) return;
 
   setpgid(0, 0);
-  // A parent that has ended before the call has sent nothing.
+  // If the parent ended before this call, the kernel does not send the signal.
   const bool has_parent = prctl(PR_SET_PDEATHSIG, death_signal) == 0 && getppid() == parent;
   if (has_parent) work(pipe.write_end.get());
   end_child();
@@ -62,7 +62,7 @@ bool ForkedProcess::has_ended() const
 
 void ForkedProcess::signal(int number) const
 {
-  // Until it is waited for, its number cannot become that of another process.
+  // Until the child is waited for, no other process can get its number.
   if (!is_waited_for_) kill(pid_, number);
 }
 

@@ -17,7 +17,7 @@ namespace lumo::solvers {
 
 namespace {
 
-/// The pause between looks at processes that are being killed
+/// The pause between checks of processes that are being killed
 constexpr timespec kPause{0, 10'000'000};
 
 sigset_t make_set(std::initializer_list<int> signals)
@@ -52,8 +52,8 @@ int start_shell(const KeptShell& shell, pid_t& pid)
   return failure;
 }
 
-/// Returns when the shell has ended, or when the keeper is to stop. The shell keeps its number, other children,
-/// which the keeper has adopted, do not.
+/// Returns when the shell has ended, or when the keeper must stop. Does not wait for the shell itself, so it keeps
+/// its number; waits for other children, which the keeper has adopted.
 void wait_for_end(pid_t shell)
 {
   const sigset_t signals = make_set({SIGCHLD, kKeeperStopSignal});
@@ -68,7 +68,8 @@ void wait_for_end(pid_t shell)
   }
 }
 
-/// Kills the children of this process, or some of them if they are many; false if the system does not list them.
+/// Kills the children of this process, or some of them if there are many; returns false if the system does not list
+/// them.
 bool kill_children()
 {
   const int file = open("/proc/thread-self/children", O_RDONLY | O_CLOEXEC);
@@ -76,7 +77,7 @@ bool kill_children()
   const ssize_t size = file < 0 ? -1 : read(file, buffer.data(), buffer.size());
   if (file >= 0) close(file);
   if (size < 0) return false;
-  // Each number is followed by a space; what is cut is left for the next time.
+  // A space follows each number; a number that is cut is killed in the next round.
   std::string_view text(buffer.data(), static_cast<std::size_t>(size));
   for (std::size_t end = text.find(' '); end != std::string_view::npos; end = text.find(' ')) {
     pid_t child = -1;
@@ -87,11 +88,11 @@ bool kill_children()
   return true;
 }
 
-/// Kills the shell and all that has come from it, and returns the shell's status. What is killed leaves its
-/// children to the keeper, so they come round by round.
+/// Kills the shell and all processes that it started, and returns the shell's status. The keeper adopts the
+/// children of each killed process, so several rounds may be needed.
 int kill_all(pid_t shell)
 {
-  // The group first: a child that is not waited for yet keeps its number.
+  // Kill the group first: a child that was not waited for keeps its number.
   kill(-shell, SIGKILL);
   int status = 0;
   while (waitpid(shell, &status, 0) < 0 && errno == EINTR) {
@@ -128,7 +129,7 @@ void keep_shell(const KeptShell& shell, int reports)
     return;
   }
   send(reports, KeeperEvent::kStarted, pid);
-  // The shell's pipes must have no other ends than its own and those of the parent.
+  // Only the shell and the parent may have ends of the shell's pipes.
   dup2(reports, STDIN_FILENO);
   closefrom(STDOUT_FILENO);
   wait_for_end(pid);

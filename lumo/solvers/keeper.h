@@ -8,18 +8,18 @@
 
 namespace lumo::solvers {
 
-// A keeper is a process between this one and a shell. It ends the shell and all that comes from it, if it is
-// asked to, and if this process ends, whatever ends it: the processes of a pipeline know nothing of each other,
-// and a signal that the kernel sends when a parent ends would reach the shell alone.
+// A keeper is a process between this one and a shell. It ends the shell and all of the shell's processes on
+// request, and when this process ends, for any reason. It is needed because the processes of a pipeline do not know
+// each other, and the signal that the kernel sends when a parent ends would only reach the shell.
 
-/// The signal that asks a keeper to end what it keeps. It gets the same one when its parent ends.
+/// The signal that makes a keeper end its processes. The kernel sends it the same signal when its parent ends.
 inline constexpr int kKeeperStopSignal = SIGTERM;
 
 enum class KeeperEvent : std::uint8_t
 {
   kFailed,   ///< the shell cannot be started; `number` is the errno
-  kStarted,  ///< `number` is the shell's process, and its group
-  kEnded,    ///< nothing is left; `number` is the shell's status, as `waitpid` gives it
+  kStarted,  ///< `number` is the shell's process id and group id
+  kEnded,    ///< no process is left; `number` is the shell's status from `waitpid`
 };
 
 struct KeeperReport
@@ -28,7 +28,7 @@ struct KeeperReport
   int number;
 };
 
-/// What a keeper starts.
+/// The shell that a keeper starts.
 struct KeptShell
 {
   std::string command;
@@ -36,10 +36,10 @@ struct KeptShell
   sigset_t mask;               ///< of signals
 };
 
-/// Runs `/bin/sh -c COMMAND` in a process group of its own, waits for it to end, and kills what it leaves
-/// behind, also what has left the group. Reports go to the descriptor.
+/// Runs `/bin/sh -c COMMAND` in a process group of its own, waits for it to end, and kills all remaining
+/// processes, including those that have left the group. Writes reports to the descriptor.
 ///
-/// To be called in a process of its own, with all signals held back; it closes all other descriptors.
+/// Call this in a separate process, with all signals blocked; it closes all other descriptors.
 void keep_shell(const KeptShell& shell, int reports);
 
 }  // namespace lumo::solvers

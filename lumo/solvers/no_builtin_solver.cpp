@@ -1,4 +1,4 @@
-// What stands for the built-in solver in a build without one.
+// Replaces builtin_solver.cpp in a build without Z3.
 
 #include "lumo/solvers/builtin_solver.h"
 

@@ -23,7 +23,7 @@ bool is_pending(int signal)
   return sigpending(&pending) == 0 && sigismember(&pending, signal) == 1;
 }
 
-/// Takes the signal of a write of ours to a pipe without a reader.
+/// Removes the pending SIGPIPE of our own write to a pipe without a reader.
 void drop_pipe_signal()
 {
   sigset_t pipe_signal;

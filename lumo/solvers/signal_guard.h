@@ -5,7 +5,7 @@
 
 namespace lumo::solvers {
 
-/// For its lifetime, holds back SIGPIPE and the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP,
+/// For its lifetime, blocks SIGPIPE and the signals that ask a program to end (SIGINT, SIGTERM, SIGHUP,
 /// SIGQUIT) in this thread, so that it can end its child before one of them ends the process. Signals that the
 /// process ignores stay ignored.
 class SignalGuard
@@ -18,7 +18,7 @@ class SignalGuard
 
   /// The mask of the thread without the guard.
   [[nodiscard]] const sigset_t& get_mask_before() const { return before_; }
-  /// Whether a signal is pending that will end the program as soon as the guard is gone.
+  /// Whether a signal is pending that will end the program when the guard is destroyed.
   [[nodiscard]] bool is_asked_to_end() const;
 
  private:
@@ -26,7 +26,7 @@ class SignalGuard
   bool had_pipe_signal_ = false;
 };
 
-/// For its lifetime, holds back every signal in this thread, and so in a process that it makes.
+/// For its lifetime, blocks every signal in this thread, and so in a process that it makes.
 class AllSignalsGuard
 {
  public:
@@ -39,7 +39,7 @@ class AllSignalsGuard
   sigset_t before_{};
 };
 
-/// Gives the signals that ask a program to end their usual effect, except for those that are ignored.
+/// Resets the signals that ask a program to end to their default effect, except those that are ignored.
 void reset_ending_signals();
 
 }  // namespace lumo::solvers

@@ -13,8 +13,8 @@ namespace lumo::solvers {
 
 namespace {
 
-// A message is a letter for what it is; then the sentence or the reason, or the entries of the model, which are
-// an index and a value each; then a mark for the end.
+// A message is a letter for its kind; then the sentence or the reason, or the entries of the model, each an index
+// and a value; then a mark for the end.
 constexpr char kSat = 's';
 constexpr char kUnsat = 'u';
 constexpr char kUnknown = '?';
@@ -61,7 +61,7 @@ char get_letter(Answer answer)
 
 [[noreturn]] void refuse() { throw SolverError("the built-in solver ended before its answer was complete"); }
 
-/// Takes bytes from the front.
+/// Removes bytes from the front and returns them.
 std::string_view take(std::string_view& text, std::size_t size)
 {
   if (text.size() < size) refuse();

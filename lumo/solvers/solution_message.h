@@ -10,18 +10,18 @@
 
 namespace lumo::solvers {
 
-// A solution, or a failure, on its way through a pipe between two copies of a process: bytes that both of them
-// understand. A value takes its bits, and an index instead of a name.
+// A solution or a failure as bytes, sent through a pipe between two copies of a process. A value is sent as its
+// bits, and a constant as an index.
 
-/// The constants are those of the model, and perhaps others.
+/// The constants include those of the model.
 [[nodiscard]] std::string write_solution(const TermManager& mgr, const Solution& solution,
                                          std::span<const Term* const> constants);
 [[nodiscard]] std::string write_failure(std::string_view sentence);
-/// The failure that there is no memory; needs none.
+/// The message that memory has run out; allocates nothing.
 [[nodiscard]] std::string write_out_of_memory();
 
-/// Reads what the other copy has written, for the same constants. A failure that was written is a SolverError
-/// with its sentence, and so is a message that is not whole.
+/// Reads the message of the other copy, for the same constants. Throws a SolverError for a failure,
+/// with its sentence, and for a message that is not complete.
 [[nodiscard]] Solution read_solution(TermManager& mgr, std::span<const Term* const> constants,
                                      std::string_view message);
 

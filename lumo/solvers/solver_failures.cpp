@@ -47,7 +47,7 @@ std::string describe_end_without_answer(const ChildOutcome& outcome)
   const bool is_by_signal = outcome.end == ChildEnd::kSignal;
   std::string text = is_by_signal ? "was ended by signal " : "ended with status ";
   text += std::to_string(outcome.code);
-  // The system sends this one when it has no memory left.
+  // The system sends this signal if it has no memory left.
   if (is_by_signal && outcome.code == SIGKILL) text += ", perhaps since memory ran out";
   if (!is_by_signal) text += " and without an answer";
   const std::string complaint = make_one_line(outcome.err);

@@ -9,16 +9,16 @@
 
 namespace lumo::solvers {
 
-// The words for what can happen to any solver that is a process of its own.
+// The texts for failures of any solver process.
 
-/// A text of several lines as one line: white space between words becomes one blank. A long text is cut and
+/// A text of several lines as one line: white space between words becomes one space. A long text is cut and
 /// ends with `...`.
 [[nodiscard]] std::string make_one_line(std::string_view text);
 
-/// Why the answer is unknown, if the process was stopped; else an empty text.
+/// Why the answer is unknown, if the process was stopped; otherwise an empty text.
 [[nodiscard]] std::string explain_stop(ChildEnd end, const SolverLimits& limits);
 
-/// What a process did that a signal has ended, or that exited without an answer, after the name of the solver.
+/// Describes how a process ended by a signal or exited without an answer; the text follows the name of the solver.
 [[nodiscard]] std::string describe_end_without_answer(const ChildOutcome& outcome);
 
 }  // namespace lumo::solvers

@@ -5,10 +5,10 @@
 
 namespace lumo::solvers {
 
-/// What a solver is given to work with.
+/// The limits and wishes for one call of a solver.
 struct SolverLimits
 {
-  std::optional<double> seconds;  ///< of wall-clock time; beyond, the answer is unknown
+  std::optional<double> seconds;  ///< of wall-clock time; after that, the answer is unknown
   bool wants_model = true;
 };
 

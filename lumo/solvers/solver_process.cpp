@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::string_view kWhiteSpace = " \t\r\n\f\v";
 
-/// Takes the first line from the front of the text, without white space around it.
+/// Removes the first line from the text and returns it without surrounding white space.
 std::string_view take_line(std::string_view& text)
 {
   const std::size_t end = text.find('\n');
@@ -34,7 +34,7 @@ std::string_view take_line(std::string_view& text)
 
 bool is_blank(std::string_view text) { return text.find_first_not_of(kWhiteSpace) == std::string_view::npos; }
 
-/// What the text begins with, an opening parenthesis, up to the one that closes it; all of it if there is none.
+/// The list at the start of the text, up to its closing parenthesis; the whole text if there is none.
 std::string_view take_list(std::string_view text)
 {
   std::size_t depth = 0;
@@ -52,12 +52,12 @@ std::optional<Answer> find_answer(std::string_view line)
 {
   if (line == "sat") return Answer::kSat;
   if (line == "unsat") return Answer::kUnsat;
-  // Some programs have a limit of their own and call its end so.
+  // Some programs have their own time limit and print `timeout` when it is reached.
   if (line == "unknown" || line == "timeout") return Answer::kUnknown;
   return std::nullopt;
 }
 
-/// The one run of a solver
+/// One run of a solver
 class SolverRun
 {
  public:
@@ -71,7 +71,7 @@ class SolverRun
  private:
   [[nodiscard]] std::string print() const;
   [[nodiscard]] ChildOutcome run() const;
-  /// Reads past the answer in the output.
+  /// Removes everything up to the answer from the output.
   [[nodiscard]] Solution take_answer(std::string_view& output) const;
   [[nodiscard]] std::string find_reason(std::string_view answer, std::string_view output) const;
   [[nodiscard]] std::vector<ModelValue> read(std::string_view output) const;
@@ -137,7 +137,7 @@ Solution SolverRun::take_answer(std::string_view& output) const
       if (*answer == Answer::kUnknown) return {*answer, {}, find_reason(line, output)};
       return {*answer, {}, {}};
     }
-    // What comes after an error does not answer the whole script.
+    // An answer after an error is not an answer to the whole script.
     if (line.starts_with("(error")) {
       const std::string_view error = take_list(rest.substr(rest.find('(')));
       fail("printed " + make_one_line(error) + " instead of an answer");
@@ -146,7 +146,7 @@ Solution SolverRun::take_answer(std::string_view& output) const
   fail_without_answer();
 }
 
-/// Why the answer is unknown, if the output says so; some programs print it unasked.
+/// Why the answer is unknown, if the output says so; some programs print it without a request.
 std::string SolverRun::find_reason(std::string_view answer, std::string_view output) const
 {
   if (answer == "timeout") return get_name() + " reached a time limit of its own";
@@ -162,7 +162,7 @@ std::vector<ModelValue> SolverRun::read(std::string_view output) const
   try {
     return smtlib::read_model(mgr_, constants_, output);
   } catch (const smtlib::InputError& e) {
-    // The model begins on a line of its own, so columns are those of the whole output.
+    // The model begins on a new line, so its columns are those of the whole output.
     const auto model_start = outcome_.out.end() - static_cast<std::ptrdiff_t>(output.size());
     const auto num_lines = std::count(outcome_.out.begin(), model_start, '\n');
     const std::size_t line = e.get_place().line + static_cast<std::size_t>(num_lines);
@@ -176,7 +176,7 @@ void SolverRun::fail(const std::string& what_it_did) const
   throw SolverError(get_name() + " " + what_it_did);
 }
 
-/// Quotes what the solver said instead, or else what it or the shell complained about.
+/// Quotes the solver's output, or else the error output of the solver or the shell.
 void SolverRun::fail_without_answer() const
 {
   if (is_blank(outcome_.out)) fail(describe_end_without_answer(outcome_));

@@ -14,7 +14,7 @@ namespace lumo::solvers {
 
 namespace {
 
-/// Keeps an expression alive that is needed for a while only.
+/// Keeps a temporary expression alive.
 class Held
 {
  public:
@@ -27,7 +27,7 @@ class Held
   Held& operator=(const Held&) = delete;
   ~Held() { Z3_dec_ref(z3_, expression_); }
 
-  // NOLINTNEXTLINE(google-explicit-constructor): stands for the expression
+  // NOLINTNEXTLINE(google-explicit-constructor): converts to the expression
   operator Z3_ast() const { return expression_; }
 
  private:
@@ -41,7 +41,7 @@ class Held
 using Arguments = std::span<const Z3_ast>;
 using Make = Z3_ast (*)(const Z3Session& z3, const Parameters& parameters, Arguments args);
 
-/// An operator without parameters of its own.
+/// An operator without parameters.
 template <auto kMake>
 Z3_ast plain(const Z3Session& z3, const Parameters& /*parameters*/, Arguments args)
 {
@@ -56,7 +56,7 @@ Z3_ast plain(const Z3Session& z3, const Parameters& /*parameters*/, Arguments ar
   }
 }
 
-/// An associative operator of bit-vectors. Z3's function for it takes two arguments, but what that makes has a
+/// An associative operator of bit-vectors. Z3's function for it takes two arguments, but its result has a
 /// declaration that can be applied to more.
 template <auto kMake>
 Z3_ast chained(const Z3Session& z3, const Parameters& /*parameters*/, Arguments args)
@@ -68,8 +68,8 @@ Z3_ast chained(const Z3Session& z3, const Parameters& /*parameters*/, Arguments 
   return Z3_mk_app(z3, declaration, static_cast<unsigned>(args.size()), args.data());
 }
 
-/// A concatenation, as a balanced tree: its declarations name the widths of two arguments, and of the nodes of
-/// such a tree, few are wide.
+/// A concatenation, as a balanced tree: its declarations contain the widths of two arguments, and few nodes of such
+/// a tree are wide.
 Z3_ast concatenate(const Z3Session& z3, const Parameters& parameters, Arguments args)
 {
   if (args.size() == 1) return args[0];
@@ -160,7 +160,7 @@ constexpr bool rows_are_in_order()
 }
 static_assert(rows_are_in_order(), "kRows has one row for each operator, in the order of Kind");
 
-/// Whether nested applications may be handed over as one to all of their leaves.
+/// Whether nested applications may be passed to Z3 as one application to all of their leaves.
 constexpr bool is_associative(Kind kind)
 {
   switch (kind) {
@@ -181,11 +181,11 @@ constexpr bool is_associative(Kind kind)
 // -----------------------------------------------------------------------------------------------------------
 // Numerals
 
-/// Z3 keeps all powers of two up to the width of its widest numeral, so wider ones are put together from
+/// Z3 keeps all powers of two up to the width of its widest numeral, so wider ones are concatenated from
 /// pieces of this width.
 constexpr unsigned long kPieceWidth = 4096;
 
-/// The bits of a number from `low` on as a numeral.
+/// The `width` bits of a number from bit `low` on, as a numeral.
 Z3_ast make_piece(const Z3Session& z3, mpz_srcptr number, unsigned long low, unsigned long width)
 {
   const auto bits = std::make_unique<bool[]>(width);
@@ -194,7 +194,7 @@ Z3_ast make_piece(const Z3Session& z3, mpz_srcptr number, unsigned long low, uns
   return Z3_mk_bv_numeral(z3, static_cast<unsigned>(width), bits.get());
 }
 
-/// The pieces of a number as a balanced tree, of whose nodes few are wide.
+/// The concatenated pieces of a number, as a balanced tree, which has few wide nodes.
 Z3_ast make_pieces(const Z3Session& z3, mpz_srcptr number, unsigned long low, unsigned long width)
 {
   if (width <= kPieceWidth) return make_piece(z3, number, low, width);

@@ -7,9 +7,8 @@
 
 namespace lumo::solvers {
 
-/// A Z3 context that lives as long as the object, and with it everything that was made in it. Z3 reports
-/// errors through its error code alone; it writes nothing by itself. There is one case in which it calls
-/// `exit`: when its parser gets no memory.
+/// A Z3 context that the object owns, with everything that was made in it. Z3 reports errors only through its error
+/// code and prints nothing. It calls `exit` in one case: if its parser gets no memory.
 class Z3Session
 {
  public:
@@ -26,7 +25,7 @@ class Z3Session
   Z3Session& operator=(const Z3Session&) = delete;
   ~Z3Session() { Z3_del_context(context_); }
 
-  // NOLINTNEXTLINE(google-explicit-constructor): stands for the context
+  // NOLINTNEXTLINE(google-explicit-constructor): converts to the context
   operator Z3_context() const { return context_; }
 
  private:

@@ -15,8 +15,8 @@ namespace lumo::solvers {
 
 namespace {
 
-/// Bounds the memory of all that Z3 does in this process: when it has none left, it gives up, while the
-/// system would end the process.
+/// Limits Z3's memory in this process: Z3 stops at the limit, while without one, the
+/// system would kill the process.
 void limit_memory()
 {
   const long num_pages = sysconf(_SC_PHYS_PAGES);
@@ -26,7 +26,7 @@ void limit_memory()
   Z3_global_param_set("memory_max_size", std::to_string(most).c_str());
 }
 
-/// What is asserted, one by one: the leaves of the conjunctions among the assertions, each once, in order.
+/// The conjuncts of the assertions, each once, in order.
 std::vector<const Term*> collect_conjuncts(std::span<const Term* const> assertions)
 {
   std::vector<const Term*> conjuncts;
@@ -46,7 +46,7 @@ std::vector<const Term*> collect_conjuncts(std::span<const Term* const> assertio
   return conjuncts;
 }
 
-/// Z3's solver of a session. It is the one that Z3's own program takes for a script of that logic.
+/// Z3's solver of a session. It is the one that Z3's own program uses for a script of that logic.
 class Z3Solver
 {
  public:
@@ -142,7 +142,7 @@ const Term* read_value(TermManager& mgr, const Z3Session& z3, const DataType* ty
     check_z3(z3);
     return smtlib::make_numeral(mgr, digits, 2, type->get_width());
   }
-  throw SolverError("Z3 gave a model in which a constant has a value that is no literal");
+  throw SolverError("Z3 gave a model in which a constant has a value that is not a literal");
 }
 
 std::vector<ModelValue> read_model(TermManager& mgr, const Z3Session& z3, const Z3Model& model,
@@ -157,7 +157,7 @@ std::vector<ModelValue> read_model(TermManager& mgr, const Z3Session& z3, const 
   return values;
 }
 
-/// Z3's reason for not knowing. That memory ran out is a failure, as it is wherever else it runs out.
+/// Z3's reason for the answer unknown. If memory ran out, throws a SolverError, as everywhere else.
 std::string explain(const std::string& reason)
 {
   if (reason.find("memory") != std::string::npos) throw SolverError("the built-in solver ran out of memory");

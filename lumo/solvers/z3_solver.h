@@ -9,10 +9,10 @@
 namespace lumo::solvers {
 
 /// Solves the conjunction of the assertions, Boolean terms of the manager, with Z3 in this process. The model,
-/// if one is wanted, is of the constants that occur in them.
+/// if one is requested, has values for the constants that occur in them.
 ///
-/// There is no time limit, and Z3 may take three quarters of the machine's memory for its terms alone: call this
-/// in a process of its own. A SolverError if memory runs out where Z3 notices it.
+/// There is no time limit, and Z3 may use three quarters of the machine's memory for its terms alone: call this
+/// in a separate process. Throws a SolverError if memory runs out and Z3 detects it.
 [[nodiscard]] Solution solve_with_z3(TermManager& mgr, std::span<const Term* const> assertions,
                                      bool wants_model);
 

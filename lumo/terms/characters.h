@@ -7,7 +7,7 @@
 
 namespace lumo {
 
-// The classes of SMT-LIB 2's characters, in one table, since the lexer asks for each character of a text.
+// The classes of SMT-LIB 2's characters, in one table, since the lexer looks up every character of a text.
 
 namespace detail {
 
@@ -16,8 +16,8 @@ enum : std::uint8_t
   kBlank = 1,
   kDigit = 2,
   kHexadecimalDigit = 4,
-  kSymbol = 8,    ///< may stand in a symbol without bars
-  kQuotable = 16  ///< may stand in a symbol between bars
+  kSymbol = 8,    ///< may occur in a symbol without bars
+  kQuotable = 16  ///< may occur in a symbol between bars
 };
 
 constexpr std::array<std::uint8_t, 256> make_character_classes()
@@ -56,9 +56,9 @@ inline constexpr std::array<std::uint8_t, 256> kCharacterClasses = make_characte
 {
   return detail::has_class(c, detail::kHexadecimalDigit);
 }
-/// Whether c may stand in a symbol without bars.
+/// Whether c may occur in a symbol without bars.
 [[nodiscard]] constexpr bool is_symbol_character(char c) { return detail::has_class(c, detail::kSymbol); }
-/// Whether c may stand in a symbol between bars.
+/// Whether c may occur in a symbol between bars.
 [[nodiscard]] constexpr bool is_quotable_character(char c) { return detail::has_class(c, detail::kQuotable); }
 
 }  // namespace lumo

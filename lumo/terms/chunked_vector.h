@@ -19,7 +19,7 @@ namespace lumo {
 template <class T>
 class ChunkedVector
 {
-  static_assert(std::is_trivially_destructible_v<T>, "nothing destroys the elements");
+  static_assert(std::is_trivially_destructible_v<T>, "elements are not destroyed");
 
  public:
   [[nodiscard]] std::size_t size() const { return size_; }
@@ -34,13 +34,13 @@ class ChunkedVector
     new (slot(size_)) T{std::forward<Args>(args)...};
     ++size_;
   }
-  /// Keeps the room of what it takes away.
+  /// Keeps the memory of the removed element.
   void pop_back()
   {
-    assert(size_ != 0 && "something is there to be popped");
+    assert(size_ != 0 && "the sequence is not empty");
     --size_;
   }
-  /// Gives the room back, too.
+  /// Also frees the memory.
   void clear()
   {
     chunks_.clear();

@@ -7,7 +7,7 @@ namespace lumo {
 
 class TermManager;
 
-/// Only a term manager can make one, so functions that take it can be called by term managers alone.
+/// Only a term manager can make one, so only term managers can call functions that take it.
 class TermManagerKey
 {
  private:
@@ -18,7 +18,7 @@ class TermManagerKey
 };
 
 /// A sort: Bool, or bit-vectors of one width. A term manager owns one object per sort, so sorts of one
-/// manager are equal exactly when their addresses are.
+/// manager are equal if and only if their addresses are.
 class DataType
 {
  public:
@@ -33,7 +33,7 @@ class DataType
   /// The width of a bit-vector sort, 0 for Bool.
   [[nodiscard]] unsigned long get_width() const { return width_; }
   [[nodiscard]] const TermManager* get_manager() const { return manager_; }
-  /// As SMT-LIB 2 spells it: `Bool` or `(_ BitVec 8)`.
+  /// The SMT-LIB 2 spelling: `Bool` or `(_ BitVec 8)`.
   [[nodiscard]] std::string to_string() const
   {
     return is_bool() ? "Bool" : "(_ BitVec " + std::to_string(width_) + ")";

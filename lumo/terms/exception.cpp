@@ -12,7 +12,7 @@ std::pair<Exception::ContextObserver, void*> current_context_observer = {nullptr
 /// Whether an observer of this thread is running
 thread_local bool is_observed = false;
 
-/// Marks this thread as being in an observer, which may leave by an exception.
+/// Marks this thread as running an observer, also if the observer throws.
 class Observation
 {
  public:
@@ -24,7 +24,7 @@ class Observation
 
 }  // namespace
 
-// A stream swallows a failed allocation unless it is told to pass it on, and the text would be cut.
+// By default, a stream ignores a failed allocation; the text would then be cut.
 
 Exception::Exception()
 {

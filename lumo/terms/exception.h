@@ -8,29 +8,29 @@
 
 namespace lumo {
 
-/// The base of everything that the library throws for a mistake in what it was given. Its text can still be
+/// The base of all exceptions that the library throws for wrong input. Its text can still be
 /// extended after construction: `throw Exception(Exception("found ") << name)`.
 ///
-/// Every construction, a copy included, ends with a call of `dump_msg_and_raise_assertion`, so that observers see
+/// Every constructor, also the copy constructor, ends with a call of `dump_msg_and_raise_assertion`, so observers see
 /// each exception at its source, before the stack unwinds.
 class Exception : public std::exception
 {
  public:
-  /// Called with the exception that is being constructed. Its text is in place, but of a derived class only the
+  /// Called with the exception that is being constructed. Its text is complete, but of a derived class only the
   /// base exists yet: the dynamic type is `Exception`. An observer may construct and copy exceptions itself; no
-  /// observer is called for these. What it throws passes to the code that constructs the exception.
+  /// observer is called for these. An exception that it throws passes to the code that constructs the exception.
   using Observer = void (*)(const Exception&);
-  /// The same with a pointer of the observer's own
+  /// The same with a pointer that belongs to the observer
   using ContextObserver = void (*)(const Exception&, void* context);
 
   Exception();
   explicit Exception(const std::string& msg);
-  /// The copy gets a stream of its own that holds the whole text.
+  /// The copy has its own stream, with the whole text.
   Exception(const Exception& rhs);
   Exception& operator=(const Exception&) = delete;
   ~Exception() override;
 
-  /// Appends to the text; a failed allocation passes through.
+  /// Appends to the text; `std::bad_alloc` passes through.
   template <class T>
   Exception& operator<<(const T& piece)
   {
@@ -44,8 +44,8 @@ class Exception : public std::exception
   /// Calls the observers that are set, unless one is running in this thread already, and returns.
   void dump_msg_and_raise_assertion() const;
 
-  /// Sets the observer of the whole process, null for none (as at the start), and returns the previous one. No
-  /// other thread may construct an exception meanwhile.
+  /// Sets the observer of the whole process and returns the previous one. Null means none, as at the start. No
+  /// other thread may construct an exception during the call.
   static Observer set_observer(Observer observer) noexcept;
   /// The same for an observer with a context, which is called after the one without, if both are set. Returns the
   /// previous one with its context.

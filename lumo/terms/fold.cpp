@@ -61,7 +61,7 @@ QNumber remainder_signed(const QNumber& a, const QNumber& b, unsigned long w)
   return is_negative(a, w) ? negate(r, w) : r;
 }
 
-/// The shift amount b as a word; w, which moves every bit out, stands for all larger amounts.
+/// The shift amount b as a word. Amounts above w become w, which shifts out every bit, too.
 unsigned long clamp_shift(const QNumber& b, unsigned long w)
 {
   long amount;
@@ -71,7 +71,7 @@ unsigned long clamp_shift(const QNumber& b, unsigned long w)
 
 QNumber shift_left(const QNumber& a, unsigned long k, unsigned long w)
 {
-  // Bits that would be shifted out are dropped first, so that no number is wider than w.
+  // Drop the bits that would be shifted out first, so that no number is wider than w.
   return BVNumber::shift_left(BVNumber::reduce(a, w - k), k);
 }
 
@@ -168,7 +168,7 @@ QNumber fold(const OperatorSymbol& s, const QNumber* const* args)
     case Kind::kNumeral:
       break;
   }
-  assert(false && "an operator symbol is of one of the 32 operator kinds");
+  assert(false && "an operator symbol has one of the 32 operator kinds");
   std::abort();
 }
 

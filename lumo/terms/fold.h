@@ -6,21 +6,23 @@
 
 namespace lumo {
 
-/// The value of s applied to values, with the meaning that SMT-LIB 2 gives to the operator, division by zero
-/// included.
+/// The value of s applied to values, with the operator's SMT-LIB 2 meaning, including division by
+/// zero.
 ///
 /// Values are numbers: a bit-vector of width w is its pattern in [0, 2^w - 1], false is 0 and true is 1. args
-/// points to as many of them as s takes, each within the range of its sort; so is the result.
+/// points to as many values as s takes, each within the range of its sort. The result is within the range of its
+/// sort, too.
 [[nodiscard]] QNumber fold(const OperatorSymbol& s, const QNumber* const* args);
 
-/// The number of a value as `fold` takes it, or null if the term is not a value. It lives as long as the term.
+/// The number of a value as `fold` takes it, or null if the term is not a value. The number lives as long as the
+/// term.
 [[nodiscard]] const QNumber* find_value_number(const TermManager& mgr, const Term* t);
 /// Whether t denotes a value: a numeral, true or false.
 [[nodiscard]] bool is_value(const TermManager& mgr, const Term* t);
 /// Stores the number of a value as `fold` takes it. If the term is not a value, returns false and leaves `out`
 /// unchanged.
 bool get_value_number(const TermManager& mgr, const Term* t, QNumber& out);
-/// The value of the given sort that `fold` would return as the number.
+/// The term of the value that `fold` represents as the number, for the given sort.
 [[nodiscard]] const Term* make_value(TermManager& mgr, const QNumber& number, const DataType* type);
 
 }  // namespace lumo

@@ -14,7 +14,7 @@ struct Parts
   std::size_t number;
 };
 
-/// Whether a fresh constant could have the name; numbers are written without leading zeros.
+/// Whether a fresh constant could have the name; numbers have no leading zeros.
 bool split(std::string_view name, Parts& parts)
 {
   const std::size_t mark = name.rfind('!');
@@ -69,7 +69,7 @@ void FreshConstants::release(const std::string& prefix, std::size_t number)
   const auto family = families_.find(prefix);
   std::vector<const Term*>& members = family->second.members;
   members.resize(std::min(number, members.size()));
-  // Numbers that are still taken get their null again when the next vacancy is made.
+  // `make_vacancy` adds the nulls of numbers that are still taken again.
   while (!members.empty() && members.back() == nullptr)
     members.pop_back();
   drop_if_empty(family);

@@ -12,18 +12,18 @@ namespace lumo {
 
 class Term;
 
-/// The fresh constants of a manager by prefix and number. A fresh constant is called `<prefix>!<number>`, so it is
-/// found by its name without a table of names, and the name is made only when it is asked for.
+/// The fresh constants of a manager by prefix and number. The name of a fresh constant is `<prefix>!<number>`. So
+/// it is found by its name without a table of names, and the name is made on demand.
 class FreshConstants
 {
  public:
   /// The constants of one prefix
   struct Family
   {
-    std::vector<const Term*> members;       ///< by number; null where the name is another constant's
-    std::unordered_set<std::size_t> taken;  ///< larger numbers for which it is so
+    std::vector<const Term*> members;       ///< by number; null if another constant has the name
+    std::unordered_set<std::size_t> taken;  ///< larger numbers whose names other constants have
   };
-  /// A place that a new member may have, with the memory for it
+  /// A place for a new member, with the memory for it
   struct Vacancy
   {
     const std::string* prefix;  ///< lives as long as the object
@@ -31,7 +31,7 @@ class FreshConstants
     std::size_t number;
   };
 
-  /// The next vacancy. It stays the next one until it is filled.
+  /// The next vacancy of the prefix. Repeated calls return the same one until it is filled.
   Vacancy make_vacancy(const std::string& prefix);
   /// Puts the constant of that prefix and number into the vacancy that was made last.
   static void fill(const Vacancy& vacancy, const Term* t) noexcept { vacancy.family->members.push_back(t); }
@@ -51,7 +51,7 @@ class FreshConstants
   void drop_if_empty(Families::iterator family);
 
   Families families_;
-  Families::value_type* last_ = nullptr;  ///< that a vacancy was made in
+  Families::value_type* last_ = nullptr;  ///< the family of the last vacancy
 };
 
 }  // namespace lumo

@@ -50,12 +50,12 @@ enum class Kind : std::uint8_t
 };
 
 inline constexpr std::size_t kNumOperators = 32;
-/// No operator takes more arguments, or more parameters, than this.
+/// The largest number of arguments, and of parameters, of an operator.
 inline constexpr std::size_t kMaxArity = 3;
 
 [[nodiscard]] constexpr bool is_operator(Kind kind) { return static_cast<std::size_t>(kind) < kNumOperators; }
 
-/// How the parameters of an operator fix the sorts of its arguments and of its result; w, w1, w2, msb, lsb
+/// How the parameters of an operator determine the sorts of its arguments and of its result; w, w1, w2, msb, lsb
 /// and k are the parameters in their order.
 enum class SortRule : std::uint8_t
 {

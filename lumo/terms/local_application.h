@@ -13,11 +13,11 @@
 
 namespace lumo {
 
-/// An application that no manager owns, for the duration of a call that reads a symbol and its arguments and keeps
-/// neither. So a term that is used once takes no place in the manager.
+/// An application that no manager owns, for the duration of a call that reads a symbol and its arguments and stores
+/// neither. So an application that is used only once needs no memory in the manager.
 ///
-/// It is not the object that the manager has for the same application, and its id means nothing: it must not be
-/// evaluated, compared, or made an argument.
+/// It is not the object that the manager has for the same application, and its id has no meaning: it must not be
+/// evaluated, compared, or used as an argument.
 class LocalApplication : public Term
 {
  public:

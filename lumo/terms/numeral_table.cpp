@@ -16,7 +16,7 @@ constexpr std::size_t kManyBuckets = 5000;
 
 __extension__ using Product = unsigned __int128;
 
-/// The exclusive or of both halves of the product depends on every bit of the factors, so one multiplication mixes
+/// The exclusive or of the two halves of the product depends on every bit of the factors, so one multiplication mixes
 /// two words.
 std::uint64_t multiply_and_fold(std::uint64_t a, std::uint64_t b)
 {
@@ -24,10 +24,10 @@ std::uint64_t multiply_and_fold(std::uint64_t a, std::uint64_t b)
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64U);
 }
 
-/// Equal for the small and the big form of a number.
+/// The hash is the same for the small and the big form of a number.
 std::uint64_t hash_pattern(const QNumber& pattern, unsigned long w)
 {
-  // Odd words without a pattern: the fractional parts of the golden ratio and of the square root of 2
+  // Odd words without a bit pattern: the fractional parts of the golden ratio and of the square root of 2
   constexpr std::uint64_t kFirst = 0x9e3779b97f4a7c15UL;
   constexpr std::uint64_t kSecond = 0x6a09e667f3bcc909UL;
   std::uint64_t hash = kFirst * (2 * w + 1);
@@ -47,8 +47,8 @@ NumeralTable::~NumeralTable()
     slot(i)->~Numeral();
 }
 
-/// A numeral is put at the head of its chains, and growth links them in their order. So each chain has the newest
-/// numeral first.
+/// `insert` puts a numeral at the head of its chains, and growing links all of them in their order. So each chain
+/// has the newest numeral first.
 void NumeralTable::release(std::size_t size) noexcept
 {
   while (size_ > size) {
@@ -107,8 +107,8 @@ const Numeral& NumeralTable::insert(TermManagerKey key, std::uint64_t hash, cons
 void NumeralTable::make_room()
 {
   if (size_ == chunks_.size() * kChunkSize) chunks_.push_back(std::make_unique_for_overwrite<Chunk>());
-  // Five numerals in four buckets at most: so a numeral with its places in both tables takes about 64 bytes, and a
-  // search meets about one and a half of them.
+  // There are at most five numerals for four buckets. So a numeral with its places in both tables takes about 64
+  // bytes, and a search compares about one and a half numerals.
   if (4 * size_ >= 5 * by_symbol_.size()) grow();
 }
 

@@ -21,7 +21,7 @@ class Numeral : public Symbol
       : Symbol(key, Kind::kNumeral, type, nullptr), term_(this, id), value_(static_cast<QNumber&&>(value))
   {}
 
-  /// The numeral that s is; its kind must say so.
+  /// Casts s to a numeral. Precondition: the kind of s is numeral.
   [[nodiscard]] static const Numeral& of(const Symbol* s) { return *static_cast<const Numeral*>(s); }
 
   [[nodiscard]] const Term* get_term() const { return &term_; }
@@ -31,8 +31,8 @@ class Numeral : public Symbol
   friend class NumeralTable;
   using Index = std::uint32_t;
 
-  // The links to the next numerals in the two chains need no room of their own: they lie where the classes before
-  // them end in padding.
+  // The links to the next numerals in the two chains need no extra memory: they lie in the padding of the classes
+  // before them.
   struct LinkedTerm : Term
   {
     LinkedTerm(const Symbol* symbol, std::uint32_t id) : Term(symbol, id) {}
@@ -74,26 +74,26 @@ class NumeralTable
   }
   /// The hash of a value and a sort.
   [[nodiscard]] static std::uint64_t hash(const QNumber& value, const DataType* type);
-  /// The numeral of a value and a sort, or null; hash is theirs.
+  /// The numeral of a value and a sort, or null. hash is the hash of both.
   [[nodiscard]] const Numeral* find(std::uint64_t hash, const QNumber& value, const DataType* type) const;
   [[nodiscard]] const Numeral* find(const QNumber& value, const DataType* type) const
   {
     return find(hash(value, type), value, type);
   }
 
-  /// Adds a numeral that is not in the table; hash is that of value and sort, and id is its term's. If it throws,
-  /// the table holds what it held before. Numerals stay where they are.
+  /// Adds a numeral that is not in the table; hash is the hash of value and sort, and id the id of its term. If it
+  /// throws, the table is unchanged. Numerals are never moved.
   const Numeral& insert(TermManagerKey key, std::uint64_t hash, const DataType* type, QNumber value,
                         std::uint32_t id);
 
-  /// Gives back the numerals that were inserted last, until the table has as many as that.
+  /// Destroys the newest numerals until `size` are left.
   void release(std::size_t size) noexcept;
-  /// Gives back all numerals and all memory.
+  /// Destroys all numerals and frees all memory.
   void clear() noexcept;
 
-  /// How many buckets symbols are spread over.
+  /// The number of buckets of the table by symbol.
   [[nodiscard]] std::size_t get_num_buckets() const { return by_symbol_.size(); }
-  /// How many symbols share bucket i.
+  /// The number of symbols in bucket i.
   [[nodiscard]] std::size_t get_chain_length(std::size_t i) const;
 
  private:
@@ -101,7 +101,7 @@ class NumeralTable
   static constexpr Index kNone = ~Index{0};
   static constexpr std::size_t kChunkSize = 128;
 
-  /// Raw memory for as many numerals
+  /// Raw memory for the numerals of one chunk
   struct Chunk
   {
     alignas(Numeral) std::byte memory[kChunkSize * sizeof(Numeral)];
@@ -111,7 +111,7 @@ class NumeralTable
   {
     return modulus_.reduce(reinterpret_cast<std::uintptr_t>(s));
   }
-  /// Hashes are mixed well, so that the upper half of a product spreads them evenly.
+  /// Hashes are well mixed, so the upper half of a product spreads them evenly.
   [[nodiscard]] std::size_t get_value_bucket(std::uint64_t hash) const;
 
   [[nodiscard]] Numeral* slot(std::size_t i) const
@@ -126,7 +126,7 @@ class NumeralTable
   std::vector<std::unique_ptr<Chunk>> chunks_;
   std::size_t size_ = 0;
   PrimeModulus modulus_;          ///< the number of buckets
-  std::vector<Index> by_symbol_;  ///< the heads of the chains; so are those of the other table
+  std::vector<Index> by_symbol_;  ///< the heads of the chains
   std::vector<Index> by_value_;
 };
 

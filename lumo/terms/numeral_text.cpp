@@ -12,7 +12,7 @@ std::string make_numeral_text(const QNumber& pattern, unsigned long width)
 
   mpz_srcptr value = pattern.view_numerator(get_scratch()[0]);
   const std::size_t num_significant = mpz_sgn(value) == 0 ? 0 : mpz_sizeinbase(value, base);
-  // GMP writes its digits and a closing zero; the zero lands in the character that is cut off again.
+  // GMP writes its digits and a terminating zero; the last character has room for the zero and is cut off.
   std::string text(2 + num_digits + 1, '0');
   text[0] = '#';
   text[1] = hexadecimal ? 'x' : 'b';

@@ -11,7 +11,7 @@
 namespace lumo {
 
 /// The SMT-LIB 2 literal of a bit pattern in [0, 2^width - 1]: hexadecimal if the width is a multiple of
-/// four, else binary; all digits, leading zeros included.
+/// four, otherwise binary; with leading zeros.
 [[nodiscard]] std::string make_numeral_text(const QNumber& pattern, unsigned long width);
 
 }  // namespace lumo

@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned long kWordBits = 64;
 
-/// A GMP integer that is released at the end of its scope
+/// A GMP integer that is cleared at the end of its scope
 class Integer
 {
  public:
@@ -100,7 +100,7 @@ std::vector<std::uint64_t> make_words(const QNumber& pattern, unsigned long w)
 std::string make_digits(const QNumber& pattern, Base base, unsigned long w)
 {
   Integer value(pattern);
-  // GMP's count is exact for powers of two, and may be one too large for others; the end takes a zero byte.
+  // GMP's count is exact for powers of two, and may be one too large for others. The end has room for a zero byte.
   const std::size_t num_significant = mpz_sizeinbase(value, static_cast<int>(base));
   std::string digits(num_significant + 1, '\0');
   mpz_get_str(digits.data(), static_cast<int>(base), value);

@@ -13,8 +13,8 @@
 
 namespace lumo {
 
-// Bit-vector values as 64-bit words and as digits, both ways. Words are in the order of their weight, the least
-// significant one first. Time is linear in the width, for decimal digits a little more.
+// Conversions between bit-vector values, 64-bit words and digits. The least significant word is first. Time is
+// linear in the width, except for decimal digits, which take a little more.
 
 enum class Base : int
 {
@@ -25,16 +25,16 @@ enum class Base : int
 
 // --------------------------------------------------------------------------------------------------- numbers
 
-/// The number of some words; no words are 0.
+/// The number with these words; 0 if there are none.
 [[nodiscard]] QNumber make_number(std::span<const std::uint64_t> words);
-/// The number of some digits without sign and prefix; hexadecimal ones may be of either case. No digits, and
+/// The number with these digits, without sign and prefix; hexadecimal digits may have either case. Empty text, and
 /// characters that are not digits of the base, are refused with an `Exception`.
 [[nodiscard]] QNumber make_number(std::string_view digits, Base base);
 
 /// A pattern in [0, 2^w - 1] as ceil(w / 64) words.
 [[nodiscard]] std::vector<std::uint64_t> make_words(const QNumber& pattern, unsigned long w);
-/// A pattern in [0, 2^w - 1] as digits: w binary ones, ceil(w / 4) hexadecimal ones in lower case, or decimal ones
-/// without leading zeros.
+/// A pattern in [0, 2^w - 1] as digits: w binary digits, ceil(w / 4) hexadecimal digits in lower case, or decimal
+/// digits without leading zeros.
 [[nodiscard]] std::string make_digits(const QNumber& pattern, Base base, unsigned long w);
 
 // --------------------------------------------------------------------------------------------------- numerals
@@ -45,8 +45,8 @@ enum class Base : int
 /// The numeral of width w whose value is the digits' number modulo 2^w.
 [[nodiscard]] const Term* make_numeral(TermManager& mgr, std::string_view digits, Base base, unsigned long w);
 
-/// Whether the value of a numeral is below 2^64; then it goes to `word`, which is otherwise left alone. This and
-/// the next two refuse a null pointer and a term that is not a numeral with an `Exception`.
+/// Whether the value of a numeral is below 2^64. If so, stores it in `word`, which is otherwise unchanged. This and
+/// the next two functions refuse a null pointer and a term that is not a numeral with an `Exception`.
 bool get_word(const Term* numeral, std::uint64_t& word);
 [[nodiscard]] std::vector<std::uint64_t> get_words(const Term* numeral);
 [[nodiscard]] std::string get_digits(const Term* numeral, Base base);

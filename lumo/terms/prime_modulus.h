@@ -6,20 +6,20 @@
 
 namespace lumo {
 
-/// Remainders modulo a prime by multiplication, since a table's lookups wait for them.
+/// Computes remainders modulo a prime by multiplication, since each lookup in a table waits for one.
 ///
-/// With m = floor(2^64 / p), the quotient floor(n * m / 2^64) is that of n by p or one less, so that one
+/// With m = floor(2^64 / p), floor(n * m / 2^64) is the quotient of n by p or one less, so one
 /// correction makes the remainder exact (T. Granlund and P. L. Montgomery, "Division by invariant integers using
 /// multiplication", PLDI 1994).
 class PrimeModulus
 {
  public:
   PrimeModulus() = default;
-  /// The least prime that is not below least; least is at least 3.
+  /// The smallest prime that is at least `least`; precondition: `least` >= 3.
   [[nodiscard]] static PrimeModulus at_least(std::size_t least);
 
   [[nodiscard]] std::size_t get() const { return prime_; }
-  /// n modulo the prime; not before one was chosen.
+  /// n modulo the prime. Precondition: made by `at_least`.
   [[nodiscard]] std::size_t reduce(std::uint64_t n) const
   {
     __extension__ using Product = unsigned __int128;

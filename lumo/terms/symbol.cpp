@@ -46,7 +46,7 @@ std::unique_ptr<const std::string> make_operator_name(Kind kind, const Parameter
 
 std::unique_ptr<const std::string> Symbol::make_name() const
 {
-  // Only fresh constants are constants without a name.
+  // The only constants without a stored name are fresh constants.
   if (kind_ == Kind::kConstant) {
     return std::make_unique<const std::string>(static_cast<const FreshSymbol*>(this)->make_name());
   }

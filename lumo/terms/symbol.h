@@ -17,7 +17,7 @@ namespace lumo {
 class Symbol
 {
  public:
-  /// A leaf. With a null name it is a numeral, whose name is made when it is asked for.
+  /// A leaf. A null name makes a numeral, whose name is made on demand.
   Symbol(TermManagerKey /*key*/, Kind kind, const DataType* output_type,
          std::unique_ptr<const std::string> name)
       : Symbol(kind, output_type, std::move(name))
@@ -34,10 +34,10 @@ class Symbol
       name_ = make_name();
     return *name_;
   }
-  /// The name if it was given or is made already. Null for a numeral and for a fresh constant whose names nobody has
-  /// asked for, so that a text of many names can be written without keeping them.
+  /// The name, if it was given or exists already. Null for a numeral or a fresh constant whose name was not
+  /// requested yet, so a text of many names can be written without storing them.
   [[nodiscard]] const std::string* find_name() const { return name_.get(); }
-  /// A copy of the name; the name of a numeral is not kept.
+  /// A copy of the name, without storing the name of a numeral.
   [[nodiscard]] std::string copy_name() const { return name_ != nullptr ? *name_ : *make_name(); }
   /// The sort of the symbol's applications.
   [[nodiscard]] const DataType* get_output_type() const { return output_type_; }
@@ -80,22 +80,22 @@ class FreshSymbol : public Symbol
   const std::string* prefix_;
 };
 
-static_assert(sizeof(FreshSymbol) <= 32, "elimination makes millions of them");
+static_assert(sizeof(FreshSymbol) <= 32, "elimination makes millions of fresh symbols");
 
 /// The parameters of an operator, in the order in which its factory takes them; unused ones are 0.
 using Parameters = std::array<unsigned long, kMaxArity>;
 
-/// An operator with its parameters and the sorts that its arguments must have.
+/// An operator with its parameters and the sorts of its arguments.
 class OperatorSymbol : public Symbol
 {
  public:
   using ArgumentTypes = std::array<const DataType*, kMaxArity>;
 
-  /// The first argument types up to the arity count; the rest are ignored.
+  /// Argument types beyond the arity are ignored.
   OperatorSymbol(TermManagerKey key, Kind kind, const DataType* output_type,
                  const ArgumentTypes& argument_types, const Parameters& parameters);
   [[nodiscard]] const Parameters& get_parameters() const { return parameters_; }
-  /// The sort that argument i must have; i is below the arity.
+  /// The sort of argument i; i is below the arity.
   [[nodiscard]] const DataType* get_argument_type(std::size_t i) const { return argument_types_[i]; }
 
  private:
@@ -103,7 +103,7 @@ class OperatorSymbol : public Symbol
   ArgumentTypes argument_types_;
 };
 
-/// The symbol as an operator; its kind must be one.
+/// Casts the symbol to an operator. Precondition: its kind is an operator.
 [[nodiscard]] inline const OperatorSymbol& as_operator(const Symbol* s)
 {
   return *static_cast<const OperatorSymbol*>(s);

@@ -64,7 +64,7 @@ static_assert(std::is_sorted(kReservedWords.begin(), kReservedWords.end()));
 
 bool is_reserved_word(std::string_view word)
 {
-  // Most names are not looked up: none of the words begins like them.
+  // Most names need no lookup: no reserved word has their first character.
   constexpr std::string_view kFirstCharacters = "!BDHNS_acdefglmprs";
   if (word.empty() || kFirstCharacters.find(word.front()) == std::string_view::npos) return false;
   return std::binary_search(kReservedWords.begin(), kReservedWords.end(), word);

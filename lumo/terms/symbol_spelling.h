@@ -6,12 +6,12 @@
 
 namespace lumo {
 
-/// How SMT-LIB 2 spells a symbol.
+/// The ways in which SMT-LIB 2 spells a symbol.
 enum class SymbolSpelling : std::uint8_t
 {
-  kSimple,  ///< as it is
+  kSimple,  ///< without bars
   kQuoted,  ///< between bars
-  kNone,    ///< not at all: it contains a bar, a backslash or a control character
+  kNone,    ///< has no spelling: it contains a bar, a backslash or a control character
 };
 
 [[nodiscard]] SymbolSpelling get_symbol_spelling(std::string_view name);

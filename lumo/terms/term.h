@@ -24,7 +24,7 @@ class Term
     return reinterpret_cast<const Term* const*>(this + 1)[i];
   }
   [[nodiscard]] std::size_t get_num_args() const { return symbol_->get_arity(); }
-  /// The place in the order in which the manager made its terms, from 0; arguments have smaller ids.
+  /// The position in the order in which the manager made its terms, from 0; arguments have smaller ids.
   [[nodiscard]] std::size_t get_id() const { return id_; }
 
  protected:

@@ -12,7 +12,7 @@
 namespace lumo {
 
 /// Memory for terms: blocks one after another in chunks of one size, so that the memory reserved beyond the terms
-/// does not grow with their number. A block has an index of 32 bits, by which it is found.
+/// does not grow with their number. Each block has an index of 32 bits.
 class TermArena
 {
  public:
@@ -23,15 +23,15 @@ class TermArena
     void* memory;
     Index index;
   };
-  /// An end of the arena at some time
+  /// The end of the arena at some time
   struct Position
   {
     std::size_t num_chunks = 0;
     std::size_t num_left = 0;  ///< bytes in the last chunk
   };
 
-  /// Memory that is aligned like pointers. size is a multiple of theirs and at most a chunk's. Throws an
-  /// `Exception` when the arena has all the memory that indices reach, 32 GiB.
+  /// Memory that is aligned like pointers. size is a multiple of a pointer's size and at most a chunk. Throws an
+  /// `Exception` if the arena already has the 32 GiB that indices can address.
   [[nodiscard]] Block allocate(std::size_t size)
   {
     if (size > num_left_) [[unlikely]]
@@ -62,7 +62,7 @@ class TermArena
       }
     }
   }
-  /// Gives back all blocks after the position.
+  /// Frees all blocks after the position.
   void release(const Position& position) noexcept
   {
     chunks_.resize(position.num_chunks);
@@ -74,7 +74,7 @@ class TermArena
   static constexpr unsigned kIndexBits = 11;  ///< units of a chunk
   static constexpr std::size_t kOffsetMask = (std::size_t{1} << kIndexBits) - 1;
   static constexpr std::size_t kMaxNumChunks = std::size_t{1} << (32 - kIndexBits);
-  /// With what an allocator adds in front of it, four pages
+  /// Four pages, including the header that an allocator adds
   static constexpr std::size_t kChunkSize = (kUnit << kIndexBits) - 2 * sizeof(void*);
 
   struct Chunk

@@ -31,11 +31,11 @@ namespace lumo {
 /// so that all three are compared by address. They live until the manager is destroyed, `clear` or `release` is
 /// called. Managers share nothing.
 ///
-/// Factories and `make_term` refuse what makes no sense (a width of 0, an argument of another sort, a null pointer,
+/// Factories and `make_term` refuse wrong input (a width of 0, an argument of another sort, a null pointer,
 /// a term of another manager, a name declared with two sorts, ...) with an `Exception` that says what was given and
 /// what was expected. The manager then finds and makes the same terms as before. If memory runs out,
 /// `std::bad_alloc` passes through, and the manager stays usable: what it has made is found again, and what it
-/// could not make can be asked for once more. The same holds at the limit of terms, which is an `Exception`.
+/// could not make can be requested again. The same holds at the limit of terms, which is an `Exception`.
 ///
 /// Widths count bits, from 1 to kMaxWidth. Recognisers take symbols that are not null; they return false and leave
 /// their out-parameters unchanged for every other symbol. Out-parameters may be null.
@@ -50,7 +50,7 @@ class TermManager
   TermManager& operator=(const TermManager&) = delete;
   ~TermManager();
 
-  // --------------------------------------------------------------------------------------- giving terms back
+  // --------------------------------------------------------------------------------------- releasing terms
 
   /// A point in the history of a manager.
   class Mark
@@ -63,19 +63,19 @@ class TermManager
     std::size_t serial_;
   };
 
-  /// The point at which the manager is now.
+  /// The current point.
   [[nodiscard]] Mark mark();
-  /// Gives back all terms, constants and numerals that were made after the mark, with their symbols and their
+  /// Destroys all terms, constants and numerals that were made after the mark, with their symbols, and frees their
   /// memory. Sorts and operator symbols stay. The mark stays valid, so one mark serves for many rounds; marks that
-  /// were made after it become invalid. Names, ids and fresh names that were given back are used again.
+  /// were made after it become invalid. The names, ids and fresh names of destroyed terms are used again.
   ///
-  /// Precondition: nothing that mentions a term or a symbol that is given back is used afterwards. This concerns
+  /// Precondition: nothing that refers to a destroyed term or symbol is used afterwards. This concerns
   /// models, evaluators, trails and vectors of terms.
   ///
-  /// Refuses a mark of another manager, and one that is not valid any more, with an `Exception`. Takes time in
-  /// proportion to what is given back.
+  /// Refuses a mark of another manager, and an invalid mark, with an `Exception`. Takes time in
+  /// proportion to what it destroys.
   void release(const Mark& mark);
-  /// Gives back everything but the sorts, which stay valid. All marks become invalid. The precondition is that of
+  /// Destroys everything except the sorts, which stay valid. All marks become invalid. The precondition is that of
   /// `release`, and it concerns operator symbols, too.
   void clear();
 
@@ -99,10 +99,10 @@ class TermManager
 
   // -------------------------------------------------------------------------------------------- constants
 
-  /// The declared constant of that name; a second call must name the same sort.
+  /// The declared constant of that name. A second call for a name must give the same sort.
   const Symbol* make_constant_symbol(std::string_view name, const DataType* type);
   const Term* make_constant(std::string_view name, const DataType* type);
-  /// A constant whose name was not taken before: the prefix, an exclamation mark and a number. Numbers grow. A later
+  /// A constant with a new name: the prefix, an exclamation mark and a number. Numbers increase. A later
   /// call of `make_constant` with its name finds it, so choose a prefix that no name declared later starts with.
   const Term* make_fresh_constant(const std::string& prefix, const DataType* type);
   /// Whether s is a declared or fresh constant. True, false and numerals are not constants.
@@ -115,11 +115,11 @@ class TermManager
 
   // --------------------------------------------------------------------------------------------- numerals
 
-  /// Whether s is a numeral of this manager; its value, in [0, 2^w - 1], goes to *out. While the manager has no
-  /// numeral, s is not read and may be null.
+  /// Whether s is a numeral of this manager. If so, stores its value, in [0, 2^w - 1], in *out. While the manager
+  /// has no numeral, s is not read and may be null.
   bool is_number(const Symbol* s, QNumber* out) const
   {
-    // Most symbols that are asked about say by their kind that there is nothing to look for.
+    // For most symbols, the kind shows that no search is needed.
     if (numerals_.empty() || s->get_kind() != Kind::kNumeral) return false;
     const Numeral* numeral = numerals_.find(s);
     if (numeral == nullptr) return false;
@@ -132,14 +132,14 @@ class TermManager
     if (s->get_kind() != Kind::kNumeral || s->get_output_type()->get_manager() != this) return nullptr;
     return &Numeral::of(s).get_value();
   }
-  /// The numeral of width w and value n modulo 2^w; n is an integer, negative ones included.
+  /// The numeral of width w and value n modulo 2^w; n is an integer, which may be negative.
   const Term* make_bv_number(const QNumber& n, unsigned long w);
   const Term* make_bv_number(int n, unsigned long w)
   {
     return make_bv_number(QNumber(static_cast<long>(n)), w);
   }
-  /// The same for every other integer type of at most a word. Wider ones are refused by the compiler, as nothing may be
-  /// cut on the way.
+  /// The same for every other integer type of at most a word. The compiler refuses wider types, since no value may be
+  /// truncated.
   template <WordInteger T>
   const Term* make_bv_number(T n, unsigned long w)
   {
@@ -152,7 +152,7 @@ class TermManager
 
   // ------------------------------------------------------------------------------------------------ terms
 
-  /// The application of s to args, as many and of the sorts that s takes; leaves take none.
+  /// The application of s to args. Their number and sorts must be those that s takes; leaves take no arguments.
   const Term* make_term(const Symbol* s, const std::vector<const Term*>& args)
   {
     return make_term(s, args.data(), args.size());
@@ -165,9 +165,9 @@ class TermManager
   /// Refuses an application that `make_term` would refuse, and makes nothing.
   void check_application(const Symbol* s, const Term* const* args, std::size_t num_args) const;
 
-  /// No manager holds more terms. Constants and applications take at most 32 GiB.
+  /// The maximal number of terms of a manager. Constants and applications take at most 32 GiB.
   static constexpr std::size_t kMaxNumTerms = 0xffff'ffff;
-  /// How many terms there are; their ids are the numbers below it.
+  /// The number of terms; their ids are the numbers below it.
   [[nodiscard]] std::size_t get_num_terms() const { return num_terms_; }
   [[nodiscard]] std::size_t get_num_symbols() const
   {
@@ -255,7 +255,7 @@ class TermManager
   {
     return make_operator(Kind::kBvExtract, {msb, lsb, w});
   }
-  /// By k places, any number, an operand of width w
+  /// Rotates an operand of width w by k places, which may be any number
   const Symbol* make_bv_rotate_left_symbol(unsigned long k, unsigned long w)
   {
     return make_operator(Kind::kBvRotateLeft, {k, w});
@@ -264,7 +264,7 @@ class TermManager
   {
     return make_operator(Kind::kBvRotateRight, {k, w});
   }
-  /// By k new bits, perhaps none, above an operand of width w
+  /// Adds k bits, which may be 0, above an operand of width w
   const Symbol* make_bv_zero_extend_symbol(unsigned long k, unsigned long w)
   {
     return make_operator(Kind::kBvZeroExtend, {k, w});
@@ -300,7 +300,7 @@ class TermManager
   }
 
  private:
-  /// How many places the caches of sorts and of operators have.
+  /// The number of places in the caches of sorts and of operators.
   static constexpr std::size_t kNumRecent = 128;
 
   [[nodiscard]] static std::size_t hash_operator(Kind kind, const Parameters& parameters)
@@ -331,14 +331,14 @@ class TermManager
     if (out != nullptr) *out = value;
   }
 
-  /// In line, which comparing the arrays as such is not
+  /// Inline, unlike the comparison operator of the arrays
   [[nodiscard]] static bool is_same(const Parameters& a, const Parameters& b)
   {
     static_assert(kMaxArity == 3);
     return a[0] == b[0] && a[1] == b[1] && a[2] == b[2];
   }
-  /// Where a sort and an operator are remembered. The top bits of products with large odd numbers keep those apart
-  /// that are used in turn, such as powers of two.
+  /// The place of a sort or an operator in its cache. The top bits of products with large odd numbers separate
+  /// widths that are typically used alternately, such as powers of two.
   [[nodiscard]] static std::size_t get_place(unsigned long w)
   {
     static_assert(kNumRecent == 1UL << 7U);
@@ -349,7 +349,8 @@ class TermManager
     return get_place(static_cast<std::size_t>(kind) + parameters[0] * 0xbf58476d1ce4e5b9UL +
                      parameters[1] * 0x94d049bb133111ebUL + parameters[2] * 0xd6e8feb86659fd93UL);
   }
-  /// The operator with these parameters; one that was asked for recently, the common case, is found without hashing.
+  /// The operator with these parameters. In the common case, an operator that was used recently, this needs no
+  /// hashing.
   const Symbol* make_operator(Kind kind, const Parameters& parameters)
   {
     const OperatorSymbol* recent = recent_operators_[get_place(kind, parameters)];
@@ -373,13 +374,13 @@ class TermManager
     const Term* term;
     TermArena::Index index;
   };
-  /// A new object; it is in no table yet.
+  /// A new object that is not in any table yet.
   NewTerm allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args);
   [[nodiscard]] const Term* at(TermArena::Index index) const
   {
     return static_cast<const Term*>(term_memory_.at(index));
   }
-  /// The numeral of a pattern that the sort has.
+  /// The numeral of a pattern of the sort.
   const Term* make_pattern(const QNumber& pattern, const DataType* type);
   [[nodiscard]] const Term* find_leaf(const Symbol* s) const;
   [[nodiscard]] static std::size_t hash_name(std::string_view name)
@@ -391,7 +392,7 @@ class TermManager
   /// The declared or fresh constant of that name, or null.
   [[nodiscard]] const Term* find_constant(std::string_view name, std::size_t hash) const;
 
-  /// What there was when a mark was made.
+  /// The state of the manager when a mark was made.
   struct Snapshot
   {
     std::size_t serial = 0;

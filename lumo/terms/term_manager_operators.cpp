@@ -1,4 +1,4 @@
-// The operator symbols of a term manager: valid parameters, and the sorts that follow from them.
+// The operator symbols of a term manager: the check of their parameters, and their sorts.
 
 #include "lumo/terms/exception.h"
 #include "lumo/terms/term_manager.h"
@@ -7,7 +7,7 @@ namespace lumo {
 
 namespace {
 
-/// Refuses a width that no sort has; `what` names the operand in the message.
+/// Refuses an invalid width; `what` names the operand in the message.
 void check_width(const OperatorInfo& info, const std::string& what, unsigned long w)
 {
   if (w != 0 && w <= TermManager::kMaxWidth) return;

@@ -1,4 +1,4 @@
-// Giving terms back: marks, and emptying a manager.
+// Releasing terms: marks, and clearing a manager.
 
 #include <algorithm>
 #include <cassert>
@@ -16,7 +16,7 @@ TermManager::Snapshot TermManager::make_snapshot() const
 
 TermManager::Mark TermManager::mark()
 {
-  // Without new terms, the point is that of the mark before.
+  // Without new terms, the point is that of the previous mark.
   if (snapshots_.empty() || snapshots_.back().num_terms != num_terms_) {
     Snapshot snapshot = make_snapshot();
     snapshot.serial = last_serial_ + 1;
@@ -66,7 +66,7 @@ void TermManager::release_constants(const Snapshot& snapshot)
   for (; leaf_symbols_.size() > snapshot.num_leaf_symbols; leaf_symbols_.pop_back()) {
     const std::string& name = leaf_symbols_.back().get_name();
     const std::size_t hash = hash_name(name);
-    // A symbol whose term could not be made is in no table.
+    // A symbol whose term could not be made is not in any table.
     if (const UniqueTable::Index i = find_declared(name, hash); i != UniqueTable::kNone) {
       constants_.erase(hash, i);
       fresh_constants_.give_back(name);

@@ -12,10 +12,10 @@
 
 namespace lumo {
 
-/// Data on the terms of one manager, by their ids. Entries come in pages of 2^kPageBits neighbouring ids. A page is
-/// made when one of its entries is asked for, with all entries as `T()` makes them. So memory grows with the number
-/// of pages that are in use, not with the largest id, and terms that were made one after another cost little more
-/// than in an array. Entries never move.
+/// Data on the terms of one manager, by their ids. Entries are stored in pages of 2^kPageBits neighbouring ids. The
+/// first access to an entry makes its page, with all entries as `T()` makes them. So memory is proportional to the
+/// number of pages in use, not to the largest id, and terms that were made one after another cost little more than
+/// in an array. Entries never move.
 ///
 /// The pages are found by an open-addressing hash table from page numbers to pages. As long as at least one page in
 /// kDensity is in use, most of them are also in a list by number, which is faster.
@@ -40,7 +40,7 @@ class TermTable
   }
   ~TermTable() = default;
 
-  /// The entry of an id, or null if its page is not there.
+  /// The entry of an id, or null if its page does not exist.
   [[nodiscard]] T* find(std::size_t id)
   {
     return const_cast<T*>(static_cast<const TermTable*>(this)->find(id));
@@ -60,7 +60,7 @@ class TermTable
         return &(*slot.page)[id & kOffsetMask];
     }
   }
-  /// The entry of an id; its page is made if it is not there.
+  /// The entry of an id; makes its page if necessary.
   [[nodiscard]] T& operator[](std::size_t id)
   {
     T* entry = find(id);
@@ -90,18 +90,18 @@ class TermTable
   struct Slot
   {
     std::size_t number = 0;
-    Page* page = nullptr;  ///< null where the slot is empty
+    Page* page = nullptr;  ///< null if the slot is empty
   };
 
   [[nodiscard]] std::size_t mask() const { return slots_.size() - 1; }
   /// The top bits of the product with the golden ratio (D. E. Knuth, The Art of Computer Programming, volume 3,
-  /// section 6.4) spread both neighbouring pages and those that lie powers of two apart.
+  /// section 6.4) spread neighbouring pages as well as pages at distances that are powers of two.
   [[nodiscard]] std::size_t get_home(std::size_t number) const
   {
     return (number * 0x9e3779b97f4a7c15UL) >> (64 - bits_);
   }
 
-  /// Adds a page that is not there.
+  /// Adds a page. Precondition: it does not exist.
   [[nodiscard]] Page* add_page(std::size_t number)
   {
     if (slots_.empty() || 4 * (num_pages_ + 1) > 3 * slots_.size()) grow();
@@ -128,7 +128,7 @@ class TermTable
     }
     list_by_number();
   }
-  /// Makes the list anew: up to the largest number, or none if too few pages are in use.
+  /// Rebuilds the list: up to the largest number, or empty if too few pages are in use.
   void list_by_number()
   {
     std::size_t size = 0;
@@ -140,7 +140,7 @@ class TermTable
       if (slot.page != nullptr && slot.number < by_number_.size()) by_number_[slot.number] = slot.page;
     }
   }
-  /// The slot for the page of that number, which has none yet.
+  /// The slot for the page of that number, which is not in the table yet.
   Slot& find_vacancy(std::size_t number)
   {
     std::size_t i = get_home(number);
@@ -168,9 +168,9 @@ class TermTable
 
   std::vector<Slot> slots_;  ///< none, or 2^bits_, of which at most three quarters are taken
   unsigned bits_ = 0;
-  std::vector<Page*> by_number_;  ///< for the smallest numbers; null where there is no page
+  std::vector<Page*> by_number_;  ///< for the smallest numbers; null if the page does not exist
   std::size_t num_pages_ = 0;
-  std::vector<std::unique_ptr<Page[]>> blocks_;  ///< that the pages lie in
+  std::vector<std::unique_ptr<Page[]>> blocks_;  ///< the memory of the pages
   std::size_t num_spare_ = 0;                    ///< pages at the front of the last block that are not in use
 };
 

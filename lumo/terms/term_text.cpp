@@ -15,7 +15,7 @@ namespace lumo {
 
 namespace {
 
-/// One term on its way to text.
+/// Prints one term.
 class Printer
 {
  public:
@@ -30,9 +30,9 @@ class Printer
   struct Node
   {
     std::uint32_t num_uses = 0;
-    std::uint32_t name = 0;    ///< the number in the name that stands for the application, or 0
-    std::uint32_t level = 0;   ///< how many layers of `let` lie around what the application needs
-    std::uint32_t height = 0;  ///< how many applications nest down to the next leaf or name
+    std::uint32_t name = 0;    ///< the number in the name that is bound to the application, or 0
+    std::uint32_t level = 0;   ///< the number of `let` layers that bind what the application needs
+    std::uint32_t height = 0;  ///< the number of nested applications down to the next leaf or name
     bool is_bound = false;
   };
   struct Visit
@@ -44,7 +44,7 @@ class Printer
   void add_constant(const Term* constant);
   void choose_bindings(const std::vector<const Term*>& terms);
   void bind(const Term* t);
-  /// Writes an application as such, even if a name is going to stand for it.
+  /// Writes an application, not the name that is bound to it.
   void write_application(const Term* t);
   void write_leaf_or_open(const Term* t);
   void open(const Term* application);
@@ -128,7 +128,7 @@ std::size_t Printer::write_lets()
   std::uint32_t num_names = 0;
   for (const Term* t : bound_) {
     Node& node = nodes_[t->get_id()];
-    // The bindings of one layer do not need each other.
+    // The bindings of one layer are independent of each other.
     if (node.level >= num_layers) {
       text_ += num_layers == 0 ? "(let (" : ") (let (";
       ++num_layers;
@@ -151,7 +151,7 @@ void Printer::write_application(const Term* t)
   write_open();
 }
 
-/// Writes what is left of the open applications.
+/// Writes the rest of the open applications.
 void Printer::write_open()
 {
   while (!visits_.empty()) {

@@ -9,12 +9,12 @@
 
 namespace lumo {
 
-/// Prints a term as SMT-LIB 2 text. Applications that are used more than once are bound by `let`, and so are some
-/// that lie deep, since many readers recurse once for each level of a term. So the text is linear in the number of
+/// Prints a term as SMT-LIB 2 text. `let` binds applications that are used more than once, and some
+/// deep ones, since many readers recurse once for each level of a term. So the text is linear in the number of
 /// distinct terms, and so are time and memory; the walk is iterative.
 ///
-/// The bound names start with an `s` and so many exclamation marks that no constant in the term has such a name. A
-/// null pointer, and a constant whose name SMT-LIB 2 cannot spell, are refused with an `Exception`, and nothing is
+/// The bound names start with an `s` and enough exclamation marks that no constant in the term has such a name. A
+/// null pointer, and a constant whose name SMT-LIB 2 cannot spell, is refused with an `Exception`; then nothing is
 /// printed.
 void print_term(std::ostream& out, const Term* t);
 

@@ -9,7 +9,7 @@
 
 namespace lumo {
 
-/// The roots and all that they contain, each distinct term once and after its arguments. The walk is iterative;
+/// The roots and all their subterms, each distinct term once and after its arguments. The walk is iterative;
 /// time and memory are linear in the number of distinct terms. Precondition: the roots are not null and have one
 /// manager.
 [[nodiscard]] std::vector<const Term*> collect_terms(std::span<const Term* const> roots);
@@ -17,7 +17,7 @@ namespace lumo {
 /// The declared constants among them.
 [[nodiscard]] std::vector<const Term*> collect_constants(std::span<const Term* const> roots);
 
-/// How large the graph of some assertions is; each distinct term counts once.
+/// The size of the graph of some assertions; each distinct term counts once.
 struct GraphSize
 {
   std::size_t assertions = 0;

@@ -21,7 +21,7 @@ void check_kind(const Symbol* s, Kind expected)
                   " was given the symbol " + s->get_name());
 }
 
-/// The value of s(args), which make_term would accept; null unless all arguments are values.
+/// The value of s(args), or null if an argument is not a value. Precondition: make_term accepts the application.
 const Term* fold_values(TermManager& mgr, const OperatorSymbol& s, std::span<const Term* const> args)
 {
   std::array<const QNumber*, kMaxArity> numbers{};

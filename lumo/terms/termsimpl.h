@@ -8,7 +8,7 @@
 
 namespace lumo {
 
-/// The scope of the functors' base.
+/// The scope of the functors' base class.
 class StdTermSimplifier
 {
  public:
@@ -22,11 +22,11 @@ class StdTermSimplifier
     simpl_fun& operator=(const simpl_fun&) = delete;
     virtual ~simpl_fun();
 
-    /// The term s(args), simplified: numerals alone give the numeral of their value. Refuses an s that is not
+    /// The term s(args), simplified: if all arguments are values, the result is a value. Refuses an s that is not
     /// of the functor's operator, and arguments that `TermManager::make_term` refuses, with an `Exception`.
     virtual const Term* operator()(TermManager* mgr, const Symbol* s,
                                    const std::vector<const Term*>& args) const = 0;
-    /// The same for arguments that lie anywhere, so that a caller need not allocate a vector.
+    /// The same for arguments in any memory, so a caller need not allocate a vector.
     virtual const Term* operator()(TermManager* mgr, const Symbol* s,
                                    std::span<const Term* const> args) const = 0;
   };
@@ -35,7 +35,7 @@ class StdTermSimplifier
 /// The functors that calculators apply.
 namespace termsimpl {
 
-/// The functor of one operator. It folds values; any other application it builds as it stands.
+/// The functor of one operator. It folds values; any other application is built without a change.
 template <Kind kKind>
 class FoldingSimpl final : public StdTermSimplifier::simpl_fun
 {

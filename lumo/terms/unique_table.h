@@ -8,16 +8,16 @@
 
 namespace lumo {
 
-/// The table by which structurally equal nodes are found again: an open-addressing hash set of the indices that
-/// its owner gives to nodes. Each index lies next to 32 bits of its node's hash, so that a node is only looked at
-/// if it is very likely the wanted one, and no node is looked at when the table grows.
+/// Finds existing nodes that are structurally equal to a new one: an open-addressing hash set of the indices that
+/// its owner gives to nodes. Each index is stored with 32 bits of its node's hash. So a node is only read
+/// if it is very likely the wanted one, and growing the table reads no node.
 class UniqueTable
 {
  public:
   using Index = std::uint32_t;
   static constexpr Index kNone = std::numeric_limits<Index>::max();
 
-  /// The index of this hash for which matches(index) holds, or kNone.
+  /// The index with this hash for which matches(index) holds, or kNone.
   template <class Matches>
   [[nodiscard]] Index find(std::size_t hash, Matches matches) const
   {
@@ -29,7 +29,7 @@ class UniqueTable
     return kNone;
   }
 
-  /// Makes room for one more index, so that the next `insert` cannot fail.
+  /// Reserves memory for one more index, so that the next `insert` cannot fail.
   void reserve_one()
   {
     if (4 * (size_ + 1) <= 3 * entries_.size()) [[likely]]
@@ -41,14 +41,14 @@ class UniqueTable
     }
   }
 
-  /// Adds an index that is not in the table; room for it must have been made.
+  /// Adds an index. Precondition: it is not in the table, and `reserve_one` was called.
   void insert(std::size_t hash, Index index) noexcept
   {
     place({make_tag(hash), index});
     ++size_;
   }
 
-  /// Removes an index that is in the table. The entries after it move up, as far as their own places allow
+  /// Removes an index that is in the table. The entries after it move towards their home places
   /// (D. E. Knuth, The Art of Computer Programming, volume 3, section 6.4, algorithm R).
   void erase(std::size_t hash, Index index) noexcept
   {
@@ -93,7 +93,7 @@ class UniqueTable
     entries_[i] = entry;
   }
 
-  std::vector<Entry> entries_;  ///< a power of two, at most three quarters of them taken
+  std::vector<Entry> entries_;  ///< a power of two, at most three quarters in use
   std::size_t size_ = 0;
 };
 

@@ -24,7 +24,7 @@ namespace lumo::test {
 /// Everything on the stack, oldest first; the stack is empty afterwards. Every flag must be set.
 std::vector<Definition> take_definitions(ModelStore::DefinitionStack& defs);
 
-/// What the row says must be pushed.
+/// The definitions that the row requires.
 std::vector<Definition> parse_definitions(TermManager& mgr, const EdgeCase& row);
 
 /// The definitions as text, for failure messages.

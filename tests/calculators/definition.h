@@ -5,7 +5,7 @@
 
 namespace lumo::test {
 
-/// What a calculator pushes, without the flag.
+/// A definition that a calculator pushes, without the flag.
 struct Definition
 {
   const Term* term;

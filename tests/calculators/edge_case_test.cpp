@@ -77,7 +77,8 @@ TEST_P(EdgeCaseTest, GivesExactlyTheDefinitionsOrTheMessage)
   ASSERT_EQ(defs_.size(), 1U) << "a refusal leaves the stack as it was";
   EXPECT_EQ(defs_.top().term, sentinel);
 
-  // The hook runs once for an error; for a plain exception once more, when the copy with the whole text is made.
+  // The observer runs once for an error, and once more for a plain exception, when the copy with the whole text is
+  // made.
   std::vector<std::string> expected = {GetParam().message};
   if (GetParam().is_plain_exception) expected.insert(expected.begin(), "expected constant, but ");
   EXPECT_EQ(observed_texts, expected);
@@ -96,7 +97,7 @@ TEST_P(EdgeCaseTest, IsTheSameWithoutAnException)
 
 TEST_P(EdgeCaseTest, LeavesTheApplicationAndTheValueAsTheyWere)
 {
-  // Arguments and their order are looked at through the printed form, which does not rely on the manager's table.
+  // Arguments and their order are compared in printed form, which does not rely on the manager's table.
   const Term* t = parse_term(mgr_, GetParam().application);
   const Term* value = parse_term(mgr_, GetParam().value);
   const std::string text = describe(t) + " is " + describe(value);
@@ -106,7 +107,7 @@ TEST_P(EdgeCaseTest, LeavesTheApplicationAndTheValueAsTheyWere)
 
 TEST_P(EdgeCaseTest, IsIndependentOfEarlierCallsOfTheSameObject)
 {
-  // All other rows of the same operator go through the same shared object first.
+  // First run all other rows of the same operator through the same shared object.
   const Kind kind = parse_term(mgr_, GetParam().application)->get_symbol()->get_kind();
   for (const EdgeCase& other : get_edge_cases()) {
     if (parse_term(mgr_, other.application)->get_symbol()->get_kind() != kind) continue;

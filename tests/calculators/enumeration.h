@@ -14,14 +14,14 @@ namespace lumo::test {
 /// the sort Bool.
 std::vector<Parameters> enumerate_parameters(Kind kind, unsigned long w);
 
-/// All applications of s to arguments of every kind: a declared constant of its own for each position, the
+/// All applications of s to arguments of every kind: a separate declared constant for each position, the
 /// constant of position 0 in later positions, a compound term, and every value of the sort. Numerals are made
-/// through the reference, which knows them then.
+/// through the reference, so that it knows them.
 void for_each_application(TermManager& mgr, Reference& reference, const Symbol* s,
                           const std::function<void(const Term*)>& visit);
 
-/// Every value of the sort, and terms that are no proper value: a constant and a compound term of the sort,
-/// true, false and a Boolean constant beside bit-vectors, and a numeral beside Booleans.
+/// Every value of the sort, and terms that are not proper values: a constant and a compound term of the sort,
+/// for bit-vectors also true, false and a Boolean constant, and for Booleans a numeral.
 std::vector<const Term*> enumerate_values(TermManager& mgr, Reference& reference, const DataType* type);
 
 /// Whether t is a value of the sort.

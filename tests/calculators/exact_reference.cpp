@@ -76,7 +76,7 @@ class Judge
     return call_.value.sort == Sort::kNumeral ? call_.value.number : Integer();
   }
   [[nodiscard]] int count_numerals() const { return (is_numeral(0) ? 1 : 0) + (is_numeral(1) ? 1 : 0); }
-  /// Of two arguments of which one is a numeral: the place of that one
+  /// If one of two arguments is a numeral: its position
   [[nodiscard]] std::size_t known() const { return is_numeral(0) ? 0 : 1; }
 
   void define(std::size_t i, const std::string& value)
@@ -106,14 +106,14 @@ class Judge
     define(i, is_folded ? print_numeral(folded, w) : print_application(kind, p, texts));
   }
 
-  /// The place of the operand that comes first: the first one that is a declared constant.
+  /// The position of the operand that is defined first: the first one that is a declared constant.
   [[nodiscard]] std::size_t select() const
   {
     if (arg(0).sort == Sort::kConstant) return 0;
     if (arg(1).sort == Sort::kConstant) return 1;
     throw Refused{"expected constant, but " + arg(1).symbol_name + " found instead", true};
   }
-  /// Gives the operand that is selected a number and the other one another, in this order.
+  /// Gives the selected operand a number, then the other one another number.
   void define_pair(std::size_t first, const Integer& n, const Integer& other, unsigned long w)
   {
     define_number(first, n, w);
@@ -319,7 +319,7 @@ class Judge
     if (count_numerals() == 2)
       throw Refused{is_signed ? kUnnormalisedText : is_strict ? "term was not free" : kUnsolvableText};
     if (count_numerals() == 0) {
-      // Where the two must differ, one of them is 1: the greater one, which is 0 if one bit has a sign.
+      // If the two must differ, one of them is 1: the greater one, which is 0 if one bit has a sign.
       if (is_strict != want()) return define_pair(0, 0, 0, w);
       const std::size_t one = (want() ? 1U : 0U) ^ (is_signed && w == 1 ? 1U : 0U);
       return define_pair(0, one == 0 ? 1 : 0, one == 1 ? 1 : 0, w);

@@ -8,16 +8,16 @@
 #include "lumo/terms/kind.h"
 #include "tests/support/gmp_number.h"
 
-// The contract of the calculators written once more, for any width and also for terms that do not fit together: on
-// GMP's integers and on texts alone, so that it can judge calculators on any term layer.
+// The contract of the calculators written once more, for any width and also for ill-sorted terms. It uses only
+// GMP's integers and texts, so it can judge calculators on any term layer.
 //
-// A text has everything that tells two terms apart: a numeral is its value in hexadecimal digits, a colon and its
+// A text has everything that distinguishes terms: a numeral is its value in hexadecimal digits, a colon and its
 // width; an application of an operator is its name, its three parameters and its arguments, as in
 // `(bvadd 8 0 0; x8 5:8)`; true, false and declared constants are their names.
 
 namespace lumo::test {
 
-/// What a calculator can learn of a term that it is given.
+/// The facts about a term that a calculator can query.
 struct Operand
 {
   enum class Sort
@@ -40,21 +40,21 @@ struct Operand
 struct ExactCall
 {
   Kind calculator;
-  /// The parameters of t's operator if that is the calculator's, else zeros; in the order of its factory
+  /// The parameters of t's operator, in the order of its factory, if it is the calculator's operator; otherwise zeros
   std::array<unsigned long, kMaxArity> parameters;
   unsigned long width;  ///< of t's sort, 0 for Bool
   std::vector<Operand> args;
   Operand value;
 };
 
-/// What must come of a call.
+/// The expected result of a call.
 struct ExactOutcome
 {
   std::vector<std::string> definitions;  ///< `term := value`, in the order of the pushes
   std::string message;                   ///< the text of the refusal; empty if the case is solved
   bool is_missing_constant = false;      ///< the refusal is a plain `Exception`
-  /// Something that a term layer may refuse was asked of it: a functor applied to terms of other widths than its
-  /// symbol takes, or anything of width 0. Definitions hold for a layer that does not refuse.
+  /// Whether a term layer may refuse something in this call: a functor applied to terms of other widths than its
+  /// symbol takes, or anything of width 0. The definitions hold for a layer that does not refuse.
   bool is_ill_typed = false;
 };
 

@@ -23,7 +23,7 @@ using Sort = Operand::Sort;
 constexpr unsigned long kExactWidths[] = {5, 8, 31, 32, 33, 62, 63, 64, 65, 127, 128, 129, 1000, 4096};
 constexpr int kNumRandomCalls = 150;  // of each operator at each width: 4,800 at a width
 
-/// A term, and what the reference is told of it
+/// A term, and its description for the reference
 struct Piece
 {
   const Term* term;
@@ -176,7 +176,7 @@ unsigned long get_width(const DataType* type) { return type->get_width(); }
 class ExactTest : public testing::TestWithParam<OperatorInfo>
 {
  protected:
-  /// One call, by turns by the throwing form and by the other one
+  /// One call, alternately by the throwing form and by the other one
   void check(TermManager& mgr, const Symbol* s, const std::vector<Piece>& args, const Piece& value)
   {
     ExactCall call{s->get_kind(), as_operator(s).get_parameters(), get_width(s->get_output_type()), {}, {}};

@@ -1,4 +1,4 @@
-// What all calculators have in common: the interface, the error type, the constants of the module, the table.
+// The common parts of all calculators: the interface, the error type, the constants of the module, the table.
 
 #include <memory>
 #include <set>
@@ -59,7 +59,7 @@ int count_destructions_through_the_base(ClassList<Calculators...> /*classes*/)
   return num_destroyed;
 }
 
-/// How many of the classes are bases of Class, itself included
+/// The number of classes that are bases of Class, including Class itself
 template <class Class, class... Calculators>
 constexpr int count_bases(ClassList<Calculators...> /*classes*/)
 {

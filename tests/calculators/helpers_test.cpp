@@ -1,4 +1,4 @@
-// What the calculators share: pushing, the selection of the free operand, bounds, the modular inverse.
+// The helpers that the calculators share: pushing, the selection of the free operand, bounds, the modular inverse.
 
 #include "lumo/calculators/helpers.h"
 

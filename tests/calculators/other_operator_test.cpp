@@ -1,5 +1,5 @@
-// Calculators that meet an application of another operator: the widths and positions that they read from its
-// symbol are 0 then, and what the term layer says of them comes through.
+// Calculators that are called with an application of another operator: the widths and positions that they read from
+// its symbol are then 0, and exceptions of the term layer pass through.
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace {
 struct OtherOperatorCase
 {
   const char* own;    ///< an application of the calculator's operator
-  const char* other;  ///< what it is called with
+  const char* other;  ///< the application that it is called with
   const char* value;
   const char* message;
 };

@@ -31,7 +31,7 @@ struct Refusal
 
 }  // namespace
 
-/// One call as the reference sees it: which arguments are numerals, and the value as a number and as a truth
+/// One call for the reference: which arguments are numerals, and the value as a number and as a truth
 /// value.
 struct Reference::Call
 {
@@ -160,7 +160,7 @@ Outcome Reference::expect(const Term* t, const Term* value)
     }
   } catch (const Refusal& refusal) {
     return {{}, refusal.failure, refusal.message};
-  } catch (const Exception& e) {  // the term layer refuses what the calculator would have asked of it
+  } catch (const Exception& e) {  // the term layer refuses the calculator's request
     return {{}, Outcome::Failure::kPlainException, e.what()};
   }
   return call.outcome;
@@ -265,7 +265,7 @@ void Reference::expect_bitwise(Call& call)
       call.define_number(operands.second, 0, value_width);
       return;
     }
-    default:  // the one kind that is left of those that come here
+    default:  // the only remaining kind
       expect_xor(call);
   }
 }
@@ -370,7 +370,7 @@ void Reference::expect_order(Call& call)
                               : "We cannot find a value for this atom!"};
   }
   if (call.count_numbers() == 0) {
-    // One operand is 1 where the two must differ: the greater one, which in one signed bit is 0.
+    // If the two must differ, one operand is 1: the greater one, which in one signed bit is 0.
     const bool differ = is_strict == want;
     const bool one_is_greater = !(is_signed && w == 1);
     const bool first_is_one = differ && want != one_is_greater;

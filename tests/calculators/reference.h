@@ -11,7 +11,7 @@
 
 namespace lumo::test {
 
-/// What a call of a calculator must do: the definitions in their order, or a failure.
+/// The required result of a call of a calculator: the definitions in their order, or a failure.
 struct Outcome
 {
   enum class Failure
@@ -27,18 +27,18 @@ struct Outcome
 };
 
 /// The contract of the 32 calculators written a second time, for small widths and in machine words: solutions
-/// of arithmetic are searched for or computed in signed integers, and terms are classified by what the test
-/// made them as. It shares no code with the calculators.
+/// of arithmetic are searched for or computed in signed integers, and terms are classified by how the test
+/// made them. It shares no code with the calculators.
 class Reference
 {
  public:
   explicit Reference(TermManager* mgr) : mgr_(mgr) {}
 
-  /// A numeral of at most 63 bits that the reference knows the value of.
+  /// A numeral of at most 63 bits whose value the reference knows.
   const Term* make_number(std::uint64_t n, unsigned long w);
   [[nodiscard]] bool is_known_number(const Term* t) const { return numbers_.contains(t); }
 
-  /// What the calculator of t's operator must do for the value. All numerals in t, and the value if it is
+  /// The required result of the calculator of t's operator for the value. All numerals in t, and the value if it is
   /// one, were made by make_number.
   Outcome expect(const Term* t, const Term* value);
 

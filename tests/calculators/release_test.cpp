@@ -1,5 +1,5 @@
-// What a calculator holds is given back when the term layer fails in the middle of a call. The program
-// replaces the allocator by one that fails on demand; the sanitizers and valgrind look for what is lost.
+// A calculator frees its memory when the term layer fails in the middle of a call. The program
+// replaces the allocator by one that fails on demand; the sanitizers and valgrind look for leaks.
 
 #include <algorithm>
 #include <memory>
@@ -15,8 +15,8 @@
 namespace lumo::test {
 namespace {
 
-/// One row with a manager that has only what the call is given, so that the call has everything still to
-/// make. Below its definitions lies one of somebody else.
+/// One row with a manager that has only the terms of the call, so the call must still make everything else. Below
+/// its definitions is one from another caller.
 class Scene
 {
  public:
@@ -28,7 +28,7 @@ class Scene
 
   void call() { (*find_calculator(mgr_, t_->get_symbol()))(&mgr_, t_, value_, defs_); }
 
-  /// Takes what lies above the definition of somebody else, which must be there.
+  /// Removes the definitions above the one from another caller, which must still exist.
   [[nodiscard]] std::vector<Definition> take()
   {
     std::vector<Definition> found = take_definitions(defs_);
@@ -41,7 +41,7 @@ class Scene
     return found;
   }
   [[nodiscard]] std::vector<Definition> parse_expected() { return parse_definitions(mgr_, row_); }
-  /// Expects that what was made before is found again.
+  /// Expects that existing terms are found again.
   void expect_same_terms()
   {
     EXPECT_EQ(parse_term(mgr_, row_.application), t_) << row_;
@@ -62,7 +62,7 @@ bool is_prefix(const std::vector<Definition>& part, const std::vector<Definition
   return part.size() <= whole.size() && std::equal(part.begin(), part.end(), whole.begin());
 }
 
-/// How many numerals there are after a call in which nothing fails.
+/// The number of numerals after a call in which nothing fails.
 std::size_t count_numerals(const EdgeCase& row)
 {
   Scene scene(row);
@@ -134,7 +134,7 @@ TEST(RefusalWithoutAnException, AllocatesNothingWhereNumbersFitAWord)
     const Term* t = parse_term(mgr, row.application);
     const Term* value = parse_term(mgr, row.value);
     ModelStore::DefinitionStack defs;
-    static_cast<void>(try_calculate(&mgr, t, value, defs));  // the value's numeral may have to be made
+    static_cast<void>(try_calculate(&mgr, t, value, defs));  // the call may make the value's numeral
     const long before = num_allocations;
     const adhoccalculator::Refusal refusal = try_calculate(&mgr, t, value, defs);
     EXPECT_EQ(num_allocations, before) << row;

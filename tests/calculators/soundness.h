@@ -19,8 +19,8 @@ namespace lumo::test {
   return true;
 }
 
-/// The cases that are unsound by design: extensions give a value also to a numeral, a one-bit argument whose
-/// sign is extended takes 1 for 1, and an if-then-else takes true and false for free branches.
+/// The cases that are unsound by design: extensions also give a value to a numeral, a one-bit argument whose
+/// sign is extended takes 1 for 1, and an if-then-else treats true and false as free branches.
 [[nodiscard]] inline bool is_known_exception(const TermManager& mgr, const Term* t)
 {
   const Kind kind = t->get_symbol()->get_kind();

@@ -1,4 +1,4 @@
-// Whatever a calculator solves for distinct constants and a proper value makes the application take that
+// If a calculator solves a case with distinct constants and a proper value, the application takes that
 // value.
 
 #include "tests/calculators/soundness.h"
@@ -24,7 +24,7 @@ enum class Result
   kUnsound
 };
 
-/// Calls the calculator, replays what it pushed into an empty model, and evaluates t.
+/// Calls the calculator, replays its definitions into an empty model, and evaluates t.
 Result solve_and_evaluate(TermManager& mgr, const Term* t, const Term* value)
 {
   ModelStore::DefinitionStack defs;
@@ -141,7 +141,7 @@ const Term* draw_value(TermManager& mgr, Random& random, const DataType* type)
   return mgr.make_bv_number(BVNumber::from_integer(pattern), type->get_width());
 }
 
-/// A constant of its own for each position; in one case of four a value instead, in one a compound term.
+/// A separate constant for each position; in one of four cases a value instead, in one a compound term.
 const Term* draw_argument(TermManager& mgr, Random& random, const DataType* type, std::size_t position)
 {
   const std::size_t choice = random.index(4);

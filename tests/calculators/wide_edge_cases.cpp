@@ -1,4 +1,4 @@
-// The edge cases at widths around a machine word and beyond, where numbers change their form on the way.
+// The edge cases at widths around a machine word and beyond, where numbers change their form during the computation.
 
 #include "tests/calculators/edge_cases.h"
 

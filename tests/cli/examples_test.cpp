@@ -1,4 +1,4 @@
-// The examples that come with the program, and what a solver says to its answers.
+// The examples that come with the program, and a solver's verdict on its answers.
 
 #include <algorithm>
 #include <filesystem>
@@ -44,7 +44,7 @@ std::vector<std::string> split_lines(const std::string& text)
   return text.str();
 }
 
-/// The symbol behind the first word of a line: `x` of `(declare-const x Bool)`.
+/// The symbol after the first word of a line: `x` of `(declare-const x Bool)`.
 std::string get_declared_symbol(const std::string& line)
 {
   const std::size_t first = line.find(' ') + 1;
@@ -52,7 +52,7 @@ std::string get_declared_symbol(const std::string& line)
   return line.substr(first, line.find(' ', first) - first);
 }
 
-/// The example with definitions in the place of the declarations of what they define.
+/// The example with definitions in place of the declarations of their constants.
 [[maybe_unused]] std::string join(const std::string& example, const std::string& definitions)
 {
   std::map<std::string, std::string> by_symbol;

@@ -1,4 +1,4 @@
-// The program when what it works with fails: readers that go, solvers that misbehave, signals, too little
+// The program under faults of its environment: readers that close, solvers that misbehave, signals, too little
 // memory.
 
 #include <csignal>
@@ -18,13 +18,14 @@
 namespace lumo::test {
 namespace {
 
-/// What the shell makes of a line in which `lumo` is the program.
+/// The outcome of a shell command in which `lumo` is the program.
 Outcome run_shell(const std::string& line, const TemporaryFolder& folder)
 {
   return run_program("/bin/sh", {"-c", "lumo() { " LUMO_PROGRAM " \"$@\"; }; " + line}, folder.get_path());
 }
 
-/// A script of which each subcommand prints more than a pipe holds; half of it goes, and what stays is easy.
+/// A script for which each subcommand prints more than a pipe can hold; half of it is eliminated, and the rest is
+/// easy.
 std::string make_long_script()
 {
   constexpr std::size_t kNumAssertions = 3000;
@@ -72,7 +73,7 @@ TEST(ReaderThatGoes, EndsEachSubcommandQuietly)
     EXPECT_EQ(outcome.err, "");
     EXPECT_EQ(folder.read("status"), std::to_string(128 + SIGPIPE) + "\n");
 
-    // Whoever ignores the signal gets an error from the system instead.
+    // A process that ignores the signal gets an error from the system instead.
     const Outcome ignoring = run_shell("trap '' PIPE; " + run + " | head -c 1", folder);
     EXPECT_EQ(ignoring.err, "");
     EXPECT_EQ(folder.read("status"), "2\n");
@@ -142,7 +143,7 @@ TEST(FaultySolvers, AreStoppedWhenTheTimeIsOver)
   }
 }
 
-/// Two factors of 64 bits, which take longer to find than a test does
+/// Asks for two factors of 64 bits, which takes longer than a test
 constexpr const char* kFactors =
     "(declare-const x (_ BitVec 128))(declare-const y (_ BitVec 128))\n"
     "(assert (= (bvmul x y) #x3b1a7f2e5c9d804613fa26b7c5e8d901))\n"
@@ -177,7 +178,7 @@ TEST(BuiltInSolver, MayDieWithoutLumo)
 // -----------------------------------------------------------------------------------------------------------
 // Signals
 
-/// Signals that lumo can await, and others that it cannot or does not
+/// Signals that lumo can handle, and others that it cannot or does not handle
 constexpr int kAllEndings[] = {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGKILL, SIGALRM, SIGXCPU, SIGUSR1};
 
 TEST(Signals, LeaveNoSolverBehind)
@@ -241,7 +242,7 @@ TEST(Signals, LeaveNoBuiltInSolverBehind)
   }
 }
 
-/// The trail goes into a pipe that nobody empties, so the program waits while the file for the rest is open.
+/// The trail goes into a pipe without a reader, so the program waits while the file for the rest is open.
 TEST(Signals, LeaveTheOldFile)
 {
   for (const int signal : {SIGINT, SIGTERM, SIGKILL}) {
@@ -297,7 +298,7 @@ TEST(UnwritableFiles, LeaveTheOldOnes)
   }
 }
 
-/// What the shell bash makes of a line in which `lumo` is the program.
+/// The outcome of a bash command in which `lumo` is the program.
 Outcome run_bash(const std::string& line, const TemporaryFolder& folder)
 {
   return run_program("/bin/bash", {"-c", "lumo() { " LUMO_PROGRAM " \"$@\"; }; " + line}, folder.get_path());
@@ -339,7 +340,7 @@ TEST(OpenFiles, AreWrittenToAsTheyAre)
 // -----------------------------------------------------------------------------------------------------------
 // Memory
 
-#ifndef __SANITIZE_ADDRESS__  // which takes the address space for itself
+#ifndef __SANITIZE_ADDRESS__  // which reserves the address space
 TEST(TooLittleMemory, IsToldInOneSentenceWhereverItRunsOut)
 {
   const TemporaryFolder folder;

@@ -1,4 +1,4 @@
-// What the program says of subcommands, options and files that were typed wrong.
+// The messages about mistyped subcommands, options and files.
 
 #include <filesystem>
 #include <string>

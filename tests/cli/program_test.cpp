@@ -1,4 +1,4 @@
-// The built program as its users meet it: exit status, standard output and standard error.
+// The interface of the built program: exit status, standard output and standard error.
 
 #include <csignal>
 #include <string>

@@ -1,4 +1,4 @@
-// The line on a terminal that tells what the program is doing.
+// The status line on a terminal.
 
 #include <chrono>
 #include <csignal>
@@ -22,9 +22,9 @@ namespace {
 
 using Screen = std::vector<std::string>;
 
-/// Nothing of it goes; it has five terms.
+/// Nothing of it is eliminated; it has five terms.
 constexpr std::string_view kSolidScript = "(declare-const x (_ BitVec 4))\n(assert (= (bvurem x #x5) #x2))\n";
-/// A solver that answers when the test lets it, and one that takes longer than the line does to appear
+/// A solver that answers when the test allows it, and one that takes longer than the delay of the line
 constexpr const char* kWaitingSolver = "while ! [ -e go ]; do sleep 0.05; done; ";
 constexpr const char* kSlowSolver = "sleep 2; ";
 

@@ -17,7 +17,7 @@
 namespace lumo::test {
 namespace {
 
-/// The words in front of the lines of a section of the help, as those that name subcommands or options.
+/// The first words of the lines of a section of the help, such as the names of subcommands or options.
 std::vector<std::string> read_help(const std::vector<std::string>& args, const std::string& section)
 {
   const TemporaryFolder folder;
@@ -139,7 +139,7 @@ TEST(ManPage, IsSetWithoutWarnings)
 #ifdef BASH_PROGRAM
 using Offers = std::set<std::string>;
 
-/// What bash offers for the last of the words.
+/// The completions that bash offers for the last of the words.
 Offers complete(const std::vector<std::string>& words, const std::filesystem::path& folder)
 {
   constexpr const char* kCompletingScript =

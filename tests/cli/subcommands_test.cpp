@@ -1,4 +1,4 @@
-// What the subcommands do together, and what the program says of wrong options and files.
+// The subcommands in combination, and the messages about wrong options and files.
 
 #include <csignal>
 #include <string>
@@ -13,7 +13,7 @@
 namespace lumo::test {
 namespace {
 
-/// The first assertion goes; of the others, the values of x that satisfy them are left: 2, 7 and 12.
+/// The first assertion is eliminated; the values 2, 7 and 12 of x satisfy the others.
 constexpr std::string_view kScript =
     "(declare-const y (_ BitVec 4))\n"
     "(declare-const x (_ BitVec 4))\n"
@@ -207,7 +207,7 @@ TEST(Subcommands, ExplainThemselves)
   }
 }
 
-/// Runs a solver on what is left of a script, and expects that its model becomes one of the script.
+/// Runs a solver on the rest of a script, and expects that its model is extended to one of the script.
 [[maybe_unused]] void expect_round_trip(const std::string& solver, const std::vector<std::string>& options,
                                         const TemporaryFolder& folder)
 {
@@ -237,8 +237,8 @@ std::string make_script_of_names(const std::vector<std::string>& names)
   return script;
 }
 
-/// Names of each printable character, and others that solvers or lumo itself might take for something else. Left
-/// out is what a solver reserves for itself: a dot or an at sign in front, and some names of one character.
+/// Names with each printable character, and others that solvers or lumo itself might misread. Left
+/// out are names that solvers reserve: with a dot or an at sign at the front, and some names of one character.
 std::vector<std::string> make_names()
 {
   std::vector<std::string> names = {"",      "a b", "a\nb",  "let",  "assert", "true1", "0a", ";x",

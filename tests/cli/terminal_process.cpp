@@ -66,7 +66,7 @@ int TerminalProcess::wait()
 {
   while (read_some()) {
   }
-  // Whatever has not come to its end by now is stuck.
+  // A process that has not ended by now is stuck.
   if (is_silent_) kill(child_, SIGKILL);
   int status = 0;
   if (waitpid(child_, &status, 0) != child_) throw std::runtime_error("the program cannot be waited for");
@@ -74,7 +74,7 @@ int TerminalProcess::wait()
   return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
-/// Nothing more comes when nobody has the terminal open any more, or when nothing has come for very long.
+/// The output has ended if no process has the terminal open any more, or if nothing was read for very long.
 bool TerminalProcess::read_some()
 {
   constexpr int kMilliseconds = 120'000;

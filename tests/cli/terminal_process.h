@@ -9,12 +9,12 @@
 
 namespace lumo::test {
 
-/// A program that runs in a folder on a terminal of its own: all three streams are the terminal, save the standard
-/// output if it has a file.
+/// A program that runs in a folder on its own terminal: all three streams are the terminal, except the standard
+/// output if it is a file.
 class TerminalProcess
 {
  public:
-  /// The terminal's name is what the variable TERM says, and its number of columns what the system says.
+  /// The variable TERM gets the terminal's name, and the system reports its number of columns.
   struct Terminal
   {
     std::string name = "xterm";
@@ -28,14 +28,14 @@ class TerminalProcess
   TerminalProcess& operator=(const TerminalProcess&) = delete;
   ~TerminalProcess();
 
-  /// Reads until the text has come, or nothing more comes; answers which.
+  /// Reads until the text was read or the output ends; returns whether the text was read.
   bool wait_for_text(std::string_view text);
   /// Types on the terminal's keyboard.
   void type(std::string_view text) const;
   void signal(int signal) const;
-  /// Waits for the end, once; returns the exit status, or minus the number of the signal that ended it.
+  /// Waits for the end; call it once. Returns the exit status, or minus the number of the signal that ended it.
   int wait();
-  /// All that has come on the terminal.
+  /// The whole output on the terminal.
   [[nodiscard]] const std::string& get_text() const { return text_; }
 
  private:
@@ -47,7 +47,7 @@ class TerminalProcess
   std::string text_;
 };
 
-/// The lines that a terminal shows in the end after such a text: carriage returns, line ends, the erasing of the
+/// The lines that a terminal finally shows for a text: interprets carriage returns, line ends, the erasing of the
 /// rest of a line, and characters.
 [[nodiscard]] std::vector<std::string> show_on_screen(std::string_view text);
 

@@ -1,6 +1,6 @@
 // The page on the calculators has a row and an example for each operator: an assertion of
-// examples/calculators.smt2 and the definitions that answer it. This tells whether any is missing;
-// scripts/check_docs.py, whether they are right.
+// examples/calculators.smt2 and the definitions that answer it. This test finds missing ones;
+// scripts/check_docs.py checks whether they are correct.
 
 #include <set>
 #include <sstream>

@@ -35,7 +35,7 @@ std::string solve(TermManager& mgr, Inverter& inverter, const Term* assertion, s
   return text;
 }
 
-/// What each of the assertions of one file gets: definitions, or the text of the refusal.
+/// The result for each of the assertions of one file: definitions, or the text of the refusal.
 std::vector<std::string> solve_all(const std::vector<std::string_view>& assertions)
 {
   TermManager mgr;

@@ -1,4 +1,4 @@
-// What the program does if it is built without Z3: here, the file for that stands in the place of the other.
+// The program without Z3: this test links no_builtin_solver.cpp in place of builtin_solver.cpp.
 
 #include <string>
 

@@ -102,7 +102,7 @@ TEST(OutputFile, WritesToDevices)
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
 }
 
-/// A file descriptor that is closed at the object's end
+/// A file descriptor that the destructor closes
 class Descriptor
 {
  public:
@@ -179,7 +179,7 @@ TEST(OutputFile, NamesADescriptorThatCannotBeWritten)
   EXPECT_EQ(folder.read("file"), "old");
 }
 
-/// For its lifetime, the process has the permissions of nobody, if it had those of root.
+/// For its lifetime, the process has the permissions of the user `nobody`, if it had those of root.
 class PermissionsOfNobody
 {
  public:

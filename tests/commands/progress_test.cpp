@@ -44,7 +44,7 @@ TEST(Progress, IsToldInWords)
     EXPECT_EQ(make_progress_text(row.phase, row.num_terms, row.seconds), row.text);
 }
 
-/// Remembers what it was told, each phase once if it came several times in a row.
+/// Records the phases, each once if it was entered several times in a row.
 class ProgressRecord : public commands::Progress
 {
  public:
@@ -119,7 +119,7 @@ TEST_F(ProgressOfSubcommands, HasTheNumberOfTermsThatAreLeftToSolve)
   commands::SolveOptions solve;
   solve.file = script_;
   run(commands::run_solve, solve);
-  // What is left is (= (bvurem x #x5) #x2): five terms.
+  // The rest is (= (bvurem x #x5) #x2): five terms.
   EXPECT_NE(std::find(record_.counts.begin(), record_.counts.end(), std::pair(Phase::kSolve, std::size_t{5})),
             record_.counts.end());
 }

@@ -26,7 +26,7 @@ constexpr const char* kAnswer =
 /// x = #x83: 131 modulo 7 is 5.
 constexpr const char* kModel = "sat\n(model (define-fun x () (_ BitVec 8) (_ bv131 8)))\n";
 
-/// A script with what is left of it and its trail
+/// A script with its rest and its trail
 struct Files
 {
   TemporaryFolder folder;

@@ -29,7 +29,7 @@ InvertAnswer run_invert_on(const std::vector<std::string>& files, const std::str
   return {status, out.str(), err.str()};
 }
 
-/// A file that goes away with the object
+/// A file that the destructor removes
 class TemporaryFile
 {
  public:

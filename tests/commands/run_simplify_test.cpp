@@ -60,7 +60,7 @@ TEST(RunSimplify, WritesTheRestAndTheTrail)
 
 TEST(RunSimplify, DeclaresWhatIsLeftAlone)
 {
-  // The sum is gone, and so is the order atom, of which its guard is left.
+  // The sum and the order atom are eliminated; the guard of the atom remains.
   EXPECT_EQ(list_names(simplify({"-", "-", {}}).out), std::vector<std::string>{"x"});
   EXPECT_EQ(list_names(simplify({"-", "-", {}}, "(declare-const p Bool)(assert p)").out),
             std::vector<std::string>{});
@@ -108,7 +108,7 @@ void expect_one_output(const std::string& rest, const std::string& trail)
             "lumo: the rest and the trail would both go to " + trail + ", but two files were expected\n");
 }
 
-/// For its lifetime, relative names are those of a folder.
+/// For its lifetime, relative names are relative to a folder.
 class CurrentFolder
 {
  public:
@@ -187,7 +187,7 @@ TEST(RunSimplify, DoesNotWriteOverTheScript)
     const SubcommandRun run = simplify(options);
     EXPECT_EQ(run.status, commands::kFailed);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "lumo: " + script + " would be written over, but it is the script that is read\n");
+    EXPECT_EQ(run.err, "lumo: " + script + " would be overwritten, but it is the script that is read\n");
     EXPECT_EQ(folder.read("script"), kSimplifyScript);
     EXPECT_EQ(folder.count_files(), 1U);
   }

@@ -14,7 +14,7 @@ namespace {
 
 using commands::SolveOptions;
 
-/// A command that takes no notice of its input
+/// A command that ignores its input
 std::string make_solver(const std::string& output) { return "cat > /dev/null; printf '" + output + "'"; }
 
 /// x occurs twice, y and z once; u does not occur.
@@ -28,7 +28,7 @@ constexpr const char* kSolveScript =
     "(assert (= |y y| (bvurem x #x05)))\n"
     "(check-sat)\n";
 
-/// Nothing is left of it.
+/// All of it is eliminated.
 constexpr const char* kFree =
     "(declare-const x (_ BitVec 8))\n"
     "(declare-const y (_ BitVec 8))\n"

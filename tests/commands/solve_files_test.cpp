@@ -1,4 +1,4 @@
-// Whole files, from text to model: the answer is what the file states, and Z3 accepts the model on the text.
+// Whole files, from text to model: the answer is the one that the file states, and Z3 accepts the model for the text.
 
 #include <bitset>
 #include <optional>
@@ -43,7 +43,7 @@ void expect_accepted(const std::string& text, const std::vector<ModelValue>& mod
   EXPECT_EQ(solver.check(), z3::sat) << question;
 }
 
-/// Solves the text and checks what comes out; unknown is checked by whoever asks.
+/// Solves the text and checks the result; the caller checks the answer unknown.
 Answer solve(const std::string& text, const commands::SolveMethod& method)
 {
   TermManager mgr;

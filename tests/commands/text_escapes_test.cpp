@@ -16,17 +16,17 @@ TEST(TextEscapes, TellCharactersFromOtherBytes)
       {"", 0},
       {"a", 1},
       {"\x7f", 1},
-      {"\x80", 0},          // a byte of the middle
+      {"\x80", 0},          // a continuation byte
       {"\xc3\xa9z", 2},     // U+00E9
       {"\xc3", 0},          // cut
-      {"\xc3z", 0},         // the second byte is none of the middle
-      {"\xc1\xbf", 0},      // longer than it need be
+      {"\xc3z", 0},         // the second byte is not a continuation byte
+      {"\xc1\xbf", 0},      // longer than necessary
       {"\xe2\x82\xac", 3},  // U+20AC
-      {"\xe0\x9f\xbf", 0},  // longer than it need be
+      {"\xe0\x9f\xbf", 0},  // longer than necessary
       {"\xed\x9f\xbf", 3},
-      {"\xed\xa0\x80", 0},  // half of a pair
+      {"\xed\xa0\x80", 0},  // half of a surrogate pair
       {"\xf0\x9f\x98\x80", 4},
-      {"\xf0\x8f\xbf\xbf", 0},  // longer than it need be
+      {"\xf0\x8f\xbf\xbf", 0},  // longer than necessary
       {"\xf4\x8f\xbf\xbf", 4},  // the last one
       {"\xf4\x90\x80\x80", 0},  // beyond it
       {"\xff", 0},

@@ -1,4 +1,4 @@
-"""What the scripts that check pages complain about: pages with one fault each, and what is said of it."""
+"""Pages with one fault each, and the messages of the scripts that check pages."""
 
 import pathlib
 import re
@@ -7,7 +7,7 @@ import tempfile
 import unittest
 
 sys.path.insert(0, "scripts")
-# No files beside the sources
+# Write no files next to the sources
 sys.dont_write_bytecode = True
 
 import check_docs
@@ -24,7 +24,7 @@ def block(language, text, before=""):
 
 PROGRAM = block("cpp", '#include <iostream>\nint main() { std::cout << "one\\n"; }\n')
 
-# A page, the line of its fault, and a part of what is said of it
+# A page, the line of its fault, and a part of the message
 FAULTY_BLOCKS = [
     (block("haskell", "main = pure ()\n"), 4, "nothing checks blocks in the language 'haskell'"),
     (block("", "text\n"), 4, "nothing checks blocks in the language ''"),
@@ -72,7 +72,7 @@ SOUND_BLOCKS = [
     block("console", "$ echo one \\\ntwo\none two\n$ echo three > file\n") + block("console", "$ cat file\nthree\n"),
     block("sh", "lumo check --help | grep -c Usage  # a comment\n") + block("text", "1\n", "prints"),
     PROGRAM + block("text", "one\n", "prints"),
-    # One page, since all headers take long to compile
+    # Only one page, since compiling all headers takes long
     block("cpp", "#include <map>\nconst std::map<int, lumo::QNumber> none;\n") +
     block("cpp", "mgr.make_true();\n", "<!-- given: lumo::TermManager mgr; -->") +
     block("cpp", "mgr.make_false();\n", "<!-- continues -->") +

@@ -1,4 +1,4 @@
-"""What scripts/check_floors.py complains about: trees of sources with one fault each, and what is said of it."""
+"""Trees of sources with one fault each, and the messages of scripts/check_floors.py."""
 
 import pathlib
 import sys
@@ -6,12 +6,12 @@ import tempfile
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
-# No files beside the sources
+# Write no files next to the sources
 sys.dont_write_bytecode = True
 
 import check_floors
 
-# Files with the names that they include, and the one complaint, or None
+# Files with the names that they include, and the only message, or None
 TREES = [
     ({"lumo/terms/a.h": ["lumo/numbers/b.h", "lumo/terms/c.h", "vector"]}, None),
     ({"lumo/cli/a.cpp": ["CLI/CLI.hpp", "lumo/commands/b.h"], "lumo/solvers/a.cpp": ["z3++.h"]}, None),

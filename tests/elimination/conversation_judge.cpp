@@ -9,7 +9,7 @@ namespace lumo::test {
 void Conversation::push()
 {
   eliminator_.push();
-  sent_.resize(eliminator_.get_num_levels());  // without what belonged to assumptions
+  sent_.resize(eliminator_.get_num_levels());  // without the additions for assumptions
   sent_.emplace_back();
 }
 

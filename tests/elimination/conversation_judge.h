@@ -12,7 +12,7 @@
 
 namespace lumo::test {
 
-/// One query: what was asserted and assumed, and what the solver has on its stack for it.
+/// One query: the assertions and assumptions, and the terms on the solver's stack for it.
 struct ConversationQuery
 {
   Terms originals;
@@ -21,7 +21,8 @@ struct ConversationQuery
   Terms assumption_forms;
 };
 
-/// Plays both sides of a conversation: client and solver. Keeps what the solver is told, level by level.
+/// Plays both sides of a conversation: client and solver. Keeps the terms that are sent to the solver, level by
+/// level.
 class Conversation
 {
  public:
@@ -30,12 +31,12 @@ class Conversation
   void push();
   void pop(std::size_t num_levels = 1);
   void add_assertion(const Term* t) { eliminator_.add_assertion(t); }
-  /// Asks, and returns what the solver is asked. Throws std::logic_error if an addition is out of order.
+  /// Makes a query, and returns it. Throws std::logic_error if an addition is out of order.
   ConversationQuery query(const Terms& assumptions = {});
 
   [[nodiscard]] const IncrementalEliminator& get_eliminator() const { return eliminator_; }
   [[nodiscard]] std::size_t get_num_levels() const { return eliminator_.get_num_levels(); }
-  /// What was added at the last query.
+  /// The additions of the last query.
   [[nodiscard]] const std::vector<IncrementalEliminator::Addition>& get_additions() const
   {
     return additions_;
@@ -48,10 +49,10 @@ class Conversation
   std::vector<IncrementalEliminator::Addition> additions_;
 };
 
-/// Tries every assignment to the constants of a small query. Empty if
-/// - the assertions and assumptions have a model exactly if what was sent, with the forms, has one;
+/// Tries every assignment to the constants of a small query. Returns an empty text if
+/// - the assertions and assumptions have a model if and only if the sent terms, with the forms, have one;
 /// - every such model is extended to one of the assertions and assumptions;
-/// else what is wrong.
+/// and otherwise the mistake.
 [[nodiscard]] std::string judge_query(TermManager& mgr, const IncrementalEliminator& eliminator,
                                       const ConversationQuery& query);
 

@@ -1,4 +1,4 @@
-// Random formulas, most of whose constants are free: Z3 judges what an elimination makes of them.
+// Random formulas, most of whose constants are free: Z3 judges the result of their elimination.
 
 #include <string>
 #include <vector>
@@ -32,7 +32,7 @@ const Family kFamilies[] = {
     {"WideWithProducts", {.widths = {33, 64, 65}, .max_applications = 6}, Equivalence::kSkipped, 10},
 };
 
-/// So that the shares, each of its own random stream, can run side by side
+/// The number of shares of the formulas; each has its own random stream, so they can run in parallel
 constexpr std::size_t kNumShares = 20;
 
 class Differential : public testing::TestWithParam<std::size_t>
@@ -52,13 +52,13 @@ TEST_P(Differential, EliminationLosesAndGainsNoModel)
       ASSERT_FALSE(HasFailure()) << "in round " << round;
     }
     EXPECT_GT(judge.get_num_steps(), family.num_formulas / 4) << "hardly anything was eliminated";
-    // An argument that loses its second use only when the rest is put together can be missed.
+    // Elimination may miss an argument that loses its second use only while the rest is built.
     EXPECT_LT(judge.get_num_unfinished(), 3 + family.num_formulas / 30) << "much was overlooked";
     EXPECT_LT(judge.get_num_unknown(), 3 + family.num_formulas / 10) << "Z3 took too long for too many";
   }
 }
 
-// The inner exclusive or is left with one use when the comparison goes, and only then becomes a constant.
+// The inner exclusive or has one use left after the comparison is eliminated, and only then becomes a constant.
 TEST(DifferentialCases, ApplicationWithOneUseLeftBecomesAFreeConstantOnce)
 {
   TermManager mgr;

@@ -62,7 +62,7 @@ void EliminationJudge::check(TermManager& mgr, const std::vector<const Term*>& a
 void EliminationJudge::check_trail(const Question& question)
 {
   std::unordered_set<const Term*> taken(question.constants.begin(), question.constants.end());
-  std::unordered_set<const Term*> determined;  // what some step or fact gives a value
+  std::unordered_set<const Term*> determined;  // constants that a step or a fact gives a value
   for (const Step& step : question.elimination.trail.steps) {
     EXPECT_TRUE(is_constant(question.mgr, step.constant)) << describe(step);
     EXPECT_TRUE(taken.insert(step.constant).second) << "not new: " << describe(step);
@@ -108,7 +108,7 @@ void EliminationJudge::check_model(const Question& question, const z3::expr& ori
   const z3::model found = solver_.get_model();
   ModelStore::DefinitionStack defs;
   for (const Term* constant : collect_constants(question.elimination.assertions)) {
-    // What Z3 leaves open is left open here, too, as in a model that a solver prints.
+    // Constants without a value in Z3's model have none here either, as in a model that a solver prints.
     const z3::expr value = found.eval(terms.make(constant), false);
     if (value.is_numeral() || value.is_true() || value.is_false()) {
       defs.emplace(constant, read_value(mgr, value), true);

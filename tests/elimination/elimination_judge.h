@@ -16,34 +16,35 @@ namespace lumo::test {
 enum class Equivalence
 {
   kSkipped,
-  kAsked,  ///< of Z3; for narrow terms, since products make the question hard
+  kAsked,  ///< by Z3; for narrow terms, since products make the question hard
 };
 
-/// Has Z3 judge eliminations. One judge serves many formulas, of any managers.
+/// Judges eliminations by Z3. One judge serves many formulas, of any managers.
 class EliminationJudge
 {
  public:
   EliminationJudge();
 
   /// Eliminates, and expects that
-  /// - the trail's constants are new and distinct, and what it calls free are constants, each only once;
-  /// - Z3 has the same answer for the assertions and for what remains of them;
+  /// - the trail's constants are new and distinct, and its free arguments are constants, each free only once;
+  /// - Z3 has the same answer for the assertions and for the rest;
   /// - Z3's model of the rest extends to a model of the assertions, by lumo's evaluation and by Z3's;
-  /// - the rest and the facts, with what the steps' constants stand for, are equivalent to the assertions.
+  /// - the rest and the facts, with the steps' constants replaced by their applications, are equivalent to the
+  /// assertions.
   void check(TermManager& mgr, const std::vector<const Term*>& assertions, Equivalence equivalence);
 
   /// Over all calls
   [[nodiscard]] std::size_t get_num_steps() const { return num_steps_; }
   [[nodiscard]] std::size_t get_num_sat() const { return num_sat_; }
   [[nodiscard]] std::size_t get_num_unsat() const { return num_unsat_; }
-  /// How often Z3 took too long, so that nothing was compared.
+  /// The number of formulas for which Z3 took too long, so nothing was compared.
   [[nodiscard]] std::size_t get_num_unknown() const { return num_unknown_; }
 
-  /// How often a second elimination found something to do in the rest of the first one.
+  /// The number of formulas for which a second elimination eliminated something in the rest of the first one.
   [[nodiscard]] std::size_t get_num_unfinished() const { return num_unfinished_; }
 
  private:
-  /// One formula, all that is known of it
+  /// One formula with its results
   struct Question
   {
     TermManager& mgr;
@@ -57,7 +58,7 @@ class EliminationJudge
   void check_answer(const Question& question);
   void check_model(const Question& question, const z3::expr& original);
   void check_equivalence(const Question& question);
-  /// Tells whether the expression is satisfiable; if so, get_model() is there until the next call.
+  /// Whether the expression is satisfiable; if so, get_model() is valid until the next call.
   z3::check_result ask(const z3::expr& expression);
 
   z3::context z3_;

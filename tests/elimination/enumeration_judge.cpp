@@ -18,7 +18,7 @@ unsigned long get_num_bits(const Term* constant)
 }
 
 /// Gives each fresh constant the value of its application. One that is defined later may occur in it, so the
-/// steps are gone over until all have their values.
+/// steps are processed repeatedly until all have their values.
 void define_fresh(TermManager& mgr, const Trail& trail, ModelStore& model)
 {
   std::unordered_set<const Term*> waiting;

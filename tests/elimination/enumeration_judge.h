@@ -12,12 +12,12 @@ namespace lumo::test {
 
 using Terms = std::vector<const Term*>;
 
-/// All constants that occur in the terms, in the order of their making.
+/// All constants that occur in the terms, in the order in which they were made.
 [[nodiscard]] Terms collect_constants(const TermManager& mgr, const Terms& terms);
 
 [[nodiscard]] Terms join(const Terms& first, const Terms& second);
 
-/// How many assignments to the constants there are.
+/// The number of assignments to the constants.
 [[nodiscard]] unsigned long count_assignments(const Terms& constants);
 /// A model that gives the constants the bits of a number, the first constant the lowest ones.
 [[nodiscard]] ModelStore make_model(TermManager& mgr, const Terms& constants, unsigned long bits);
@@ -26,11 +26,11 @@ using Terms = std::vector<const Term*>;
 /// Whether the model makes all terms true.
 [[nodiscard]] bool holds(TermManager& mgr, const Terms& terms, ModelStore& model);
 
-/// Tries every assignment to small assertions and their rest; empty if the elimination is right, else what is
-/// wrong with it:
+/// Tries every assignment to small assertions and their rest. Returns an empty text if the elimination is correct,
+/// and otherwise the violated property:
 ///
-/// - under every assignment to the constants of the assertions, with fresh constants as their definitions say,
-///   the rest and the facts hold if and only if the assertions do;
+/// - under every assignment to the constants of the assertions, with the values of their definitions for fresh
+///   constants, the rest and the facts hold if and only if the assertions do;
 /// - under the same assignments, each kept term has the value of its form;
 /// - every model of the rest, with any values for the constants of the forms, is extended to one of the assertions,
 ///   in which each kept term has the value that its form had before.

@@ -59,7 +59,7 @@ std::vector<Parameters> make_parameters(SortRule rule, unsigned long w)
   return all;
 }
 
-/// Constants of one name per sort that occur more than once, so that they are never free.
+/// Constants, one name for each sort, that occur more than once, so they are never free.
 class SharedConstants
 {
  public:

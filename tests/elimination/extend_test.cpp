@@ -172,7 +172,7 @@ TEST_F(Extension, TakesNoTermsButValues)
   extend(mgr_, elimination.trail, model_);
   for (std::size_t round = 0; round < 3; ++round)
     EXPECT_EQ(find_violated(mgr_, assertions, model_), 2U);
-  // The value of the product, and what x becomes; #x05 was there.
+  // The value of the product, and the value of x; #x05 existed before.
   EXPECT_EQ(mgr_.get_num_terms(), num_terms + 2);
 }
 

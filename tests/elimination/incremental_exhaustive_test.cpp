@@ -13,7 +13,7 @@
 namespace lumo::test {
 namespace {
 
-/// Assertions over few constants, which have their single use here and further ones there.
+/// Assertions over few constants, each used once in some sets of assertions and more often in others.
 struct Pool
 {
   const char* name;
@@ -47,7 +47,7 @@ class Conversations : public testing::TestWithParam<Pool>
     kFirstAssertion
   };
 
-  /// Plays a conversation that ends with a query. Returns whether it makes sense: no pop of a level that is not there.
+  /// Plays a conversation that ends with a query. Returns whether it is valid: it pops no level that does not exist.
   bool play(const std::vector<std::size_t>& commands)
   {
     TermManager mgr;
@@ -89,7 +89,7 @@ TEST_P(Conversations, HaveRightAnswersAndModels)
     if (!play(conversations[i]) || conversations[i].size() == GetParam().length) continue;
     for (std::size_t command = 0; command < num_commands; ++command) {
       std::vector<std::size_t> longer = conversations[i];
-      // Nothing happens between two queries; what was pushed and popped at once was not there.
+      // Skip a query directly after a query, and a pop directly after a push: they change nothing.
       const std::size_t last = longer.empty() ? kPush : longer.back();
       if (command == kQuery && (longer.empty() || last == kQuery)) continue;
       if (command == kPop && !longer.empty() && last == kPush) continue;

@@ -16,13 +16,13 @@
 namespace lumo::test {
 namespace {
 
-/// Has Z3 compare what was asserted with what was sent.
+/// Compares the asserted terms with the sent terms, by Z3.
 class ConversationJudge
 {
  public:
   explicit ConversationJudge(TermManager& mgr) : mgr_(mgr), terms_(mgr, z3_) {}
 
-  /// Empty if the query is right, else what is wrong.
+  /// Empty if the query is correct, otherwise the mistake.
   std::string judge(const IncrementalEliminator& eliminator, const ConversationQuery& query)
   {
     const Terms originals = join(query.originals, query.assumptions);

@@ -1,4 +1,4 @@
-// Elimination between pushes and pops: what the solver is told, command by command.
+// Elimination between pushes and pops: the terms that are sent to the solver, command by command.
 
 #include <string>
 #include <vector>
@@ -17,7 +17,7 @@ using test::Conversation;
 using test::ConversationQuery;
 using test::Terms;
 
-/// What a command leads to: for a query, the additions, `level: term`, and the forms of the assumptions.
+/// The result of a command: for a query, the additions, `level: term`, and the forms of the assumptions.
 struct Exchange
 {
   std::string command;  ///< `push`, `pop`, `?` with assumptions between blanks, or an assertion

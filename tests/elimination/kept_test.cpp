@@ -1,4 +1,4 @@
-// Terms that something outside of the assertions uses: what elimination leaves of them.
+// Terms that are used outside of the assertions: their forms after elimination.
 
 #include <string>
 #include <vector>
@@ -23,7 +23,7 @@ class Kept : public testing::Test
 {
  protected:
   const Term* parse(const std::string& text) { return test::parse_term(mgr_, text); }
-  /// Eliminates one assertion, has the result judged, and returns it.
+  /// Eliminates one assertion, judges the result, and returns it.
   Elimination eliminate_one(const std::string& assertion, const Terms& kept)
   {
     const Terms assertions{parse(assertion)};
@@ -122,7 +122,7 @@ TEST_F(Kept, FreshConstantsHaveTheChosenPrefix)
   EXPECT_EQ(result.trail.steps[0].constant->get_symbol()->get_name(), "solver.fresh!0");
 }
 
-/// How many assignments the enumeration would have to try for the constants of the terms
+/// The number of assignments that an enumeration for the constants of the terms would try
 std::size_t count_bits(const Terms& terms)
 {
   std::size_t num_bits = 0;

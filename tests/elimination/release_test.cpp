@@ -1,5 +1,5 @@
-// Elimination and extension when memory runs out: the second attempt does what the first one was to do. The
-// program replaces the allocator by one that fails on demand; the sanitizers look for what is lost.
+// Elimination and extension when memory runs out: the second attempt succeeds. The
+// program replaces the allocator by one that fails on demand; the sanitizers look for leaks.
 
 #include <memory>
 #include <string>
@@ -17,7 +17,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// Assertions that go as a whole, by each kind of rule; numerals are wider than a word.
+/// Assertions that each kind of rule eliminates as a whole; numerals are wider than a word.
 const Texts kFormulas[] = {
     {"p", "(or q (not r))"},
     {"(= x128 (bvmul y128 y128))", "(= z128 (bvadd y128 v128))"},
@@ -45,7 +45,7 @@ class EliminationScene
   void eliminate_all() { elimination_ = eliminate(mgr_, assertions_); }
   void extend_model() { extend(mgr_, elimination_.trail, model_); }
 
-  /// The steps as text, but for the names of their constants.
+  /// The steps as text, without the names of their constants.
   [[nodiscard]] Texts describe_steps() const
   {
     Texts texts;
@@ -59,7 +59,7 @@ class EliminationScene
     EXPECT_TRUE(elimination_.assertions.empty()) << "so every model is one of the rest";
   }
   void expect_model() { EXPECT_EQ(find_violated(mgr_, assertions_, model_), assertions_.size()); }
-  /// The values of the terms that there were before
+  /// The values of the terms that existed before
   [[nodiscard]] Texts describe_model()
   {
     Texts texts;

@@ -1,4 +1,4 @@
-// The page on elimination prints the tables of the library; this holds the two together.
+// The page on elimination shows the tables of the library; this test compares the two.
 
 #include <sstream>
 #include <string>

@@ -1,5 +1,5 @@
 // Elimination and extension at sizes at which recursion would exhaust the stack, walking a tree instead of
-// its graph would not end, and quadratic time would be felt.
+// its graph would not end, and quadratic time would be noticeable.
 
 #include <algorithm>
 #include <vector>
@@ -20,7 +20,7 @@ namespace {
 constexpr std::size_t kSize = 100'000;
 constexpr unsigned long kWidth = 8;
 
-/// Terms of one width in a manager of their own
+/// Terms of one width in their own manager
 class LargeProblem
 {
  public:
@@ -99,7 +99,7 @@ TEST(LargeElimination, DropsTheUsesOfAWholeChainAtOnce)
 {
   run_on_small_stack([] {
     LargeProblem problem;
-    // What is used twice stays until its only parent goes.
+    // A term that is used twice stays until its only parent is eliminated.
     const Term* t = problem.add(problem.constant(0), problem.constant(0));
     for (std::size_t i = 1; i <= kSize; ++i)
       t = problem.add(t, t);
@@ -131,7 +131,7 @@ TEST(LargeElimination, LeavesATermOfManyUses)
   });
 }
 
-/// An application of the symbol to constants that is to be true, or to have a value of which all bits count.
+/// An application of the symbol to constants that must be true, or have a value whose bits all matter.
 const Term* make_wide_assertion(TermManager& mgr, const SymbolCase& symbol, const Symbol* s)
 {
   const Term* t = mgr.make_term(s, make_arguments(mgr, symbol, "x"));

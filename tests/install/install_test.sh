@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs lumo and uses the installation as other projects do: by find_package, by pkg-config, header by header.
+# Installs lumo and uses the installation like other projects: by find_package, by pkg-config, header by header.
 #
 #   install_test.sh static|shared SOURCE [BUILD]
 #
@@ -13,7 +13,7 @@ build=${3:-}
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-# Compilers that count coverage leave a file wherever they are started.
+# Compilers that count coverage leave a file in the folder where they are started.
 cd "$work"
 
 fail()
@@ -40,7 +40,7 @@ build_library()
   quietly cmake --build "$build" --parallel 2
 }
 
-# Through a staging folder, so that nothing can work by the prefix that it was installed for
+# Use a staging folder, so that nothing can depend on the prefix of the installation
 install_lumo()
 {
   DESTDIR=$work/stage quietly cmake --install "$build" --prefix /opt/lumo
@@ -62,7 +62,7 @@ check_files()
   if [ "$(pkg-config --modversion lumo)" != "$LUMO_VERSION" ]; then fail "lumo.pc has another version"; fi
 }
 
-# Each header serves alone, and means the same whatever macros its user defines.
+# Each header can be included alone, and has the same meaning whatever macros its user defines.
 check_headers()
 {
   local headers cflags list
@@ -70,7 +70,7 @@ check_headers()
   read -ra cflags <<< "$CXXFLAGS $(pkg-config --cflags lumo)"
   quietly xargs -P 2 -I HEADER "$CXX" -std=c++20 "${cflags[@]}" -Wall -Wextra -Wpedantic -Werror -fsyntax-only \
     -include HEADER -x c++ /dev/null <<< "$headers"
-  # A solver has names of its own, macros among them, before it includes the headers.
+  # A solver may have its own names, including macros, before it includes the headers.
   {
     echo '#define l_True 1'
     echo '#define l_False 2'
@@ -91,7 +91,7 @@ check_headers()
   fi
 }
 
-# check_embed PROGRAM N: that it is linked with a library of the right kind, and prints what block N of the page says.
+# check_embed PROGRAM N: checks that it is linked with a library of the right kind, and prints block N of its page.
 check_embed()
 {
   local needs=static
@@ -129,8 +129,8 @@ check_pkg_config()
   LD_LIBRARY_PATH=$libdir check_embed "$work/by-make/conversation" 2
 }
 
-# A shared library exports what its headers declare and no more: names in the namespace lumo (functions, objects,
-# typeinfo and virtual tables) of which each occurs in an installed header.
+# A shared library exports exactly what its headers declare: names in the namespace lumo (functions, objects,
+# typeinfo and virtual tables) that all occur in an installed header.
 check_exports()
 {
   local library=$libdir/liblumo.so.$LUMO_VERSION soname=liblumo.so.${LUMO_VERSION%%.*} name
@@ -157,7 +157,7 @@ check_exports()
   fi
 }
 
-# A linker that knows nothing of C++, such as C's and Rust's, gets all that it needs from pkg-config.
+# A linker for another language, such as C or Rust, gets all options that it needs from pkg-config.
 check_c_linker()
 {
   local cc libs
@@ -197,11 +197,11 @@ if [ -z "$build" ]; then
 fi
 install_lumo
 check_files
-# They are the same in both kinds, so once is enough.
+# They are the same for both kinds of library, so one check is enough.
 if [ $# -eq 3 ]; then check_headers; fi
 check_find_package
 check_pkg_config
-# Sanitizers and counters bring libraries of their own, which pkg-config does not know.
+# Sanitizers and counters need their own libraries, which pkg-config does not know.
 if [[ "$CXXFLAGS" != *-fsanitize* && "$CXXFLAGS" != *--coverage* ]]; then check_c_linker; fi
 if [ "$kind" = shared ]; then check_exports; fi
 if [ "$LUMO_WITH_PROGRAM" = ON ]; then check_program; fi

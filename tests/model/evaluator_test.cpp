@@ -61,7 +61,7 @@ TEST(Evaluator, WalksAMillionLevelsOnTheRightWithoutRecursion)
 
 TEST(Evaluator, ComputesASharedTermOnce)
 {
-  // The tree of this graph has 2^10000 leaves: only a walk that shares comes to an end.
+  // The tree of this graph has 2^10000 leaves: only a walk that visits shared terms once terminates.
   constexpr int num_levels = 10000;
   TermManager mgr;
   const Term* x = mgr.make_constant("x", mgr.make_bv_type(16));

@@ -118,7 +118,7 @@ TEST_F(Model, TakesTheNewestFirstSoThatTheOldestPrevails)
 
 TEST_F(Model, EvaluatesADefiningTermUnderTheModelSoFar)
 {
-  // Newest first: x is 5, then y is x + 1 = 6, then x is y + y = 12; y stays what it was.
+  // Newest first: x is 5, then y is x + 1 = 6, then x is y + y = 12; y stays unchanged.
   replay({{x_, add(y_, y_), true}, {y_, add(x_, number(1)), true}, {x_, number(5), true}});
   EXPECT_EQ(model_.get_value(x_), number(12));
   EXPECT_EQ(model_.get_value(y_), number(6));
@@ -252,7 +252,7 @@ TEST_F(Model, ForgetsResultsThatARedefinitionOverthrows)
   define(y_, number(1));
   EXPECT_EQ(model_.get_value(is_eight), mgr_.make_false());
   EXPECT_EQ(model_.get_value(sum), number(8));
-  // and where it is as it was
+  // and where it stays the same
   define(y_, number(1));
   EXPECT_EQ(model_.get_value(sum), number(8));
 }
@@ -361,7 +361,7 @@ TEST_F(Model, ReadsNumbersWithoutMakingTerms)
   EXPECT_EQ(model.get_number(mgr_.make_true()), QNumber(1));
   EXPECT_EQ(model.get_number(number(13)), QNumber(13));
   EXPECT_EQ(mgr_.get_num_terms(), num_terms);
-  // What was evaluated before is used, and what is defined later counts.
+  // Cached results are used, and later definitions take effect.
   EXPECT_EQ(model_.get_value(add(x_, y_)), number(13));
   EXPECT_EQ(model.get_number(product), QNumber(169));
   define(y_, number(1));
@@ -417,7 +417,7 @@ TEST_F(Model, CopiesAreIndependent)
 
 namespace {
 
-/// A stack of three whose middle definition is refused with the text; what lies above it is taken.
+/// A stack of three whose middle definition is refused with the text; the one above it is taken.
 class RefusedDefinition : public Model
 {
  protected:

@@ -1,5 +1,5 @@
-// A model when memory runs out: what it was given stays, and what was to come is still on the stack. The
-// program replaces the allocator by one that fails on demand.
+// A model when memory runs out: it keeps the definitions that it has taken, and the others are still on the stack.
+// The program replaces the allocator by one that fails on demand.
 
 #include <memory>
 #include <string>
@@ -47,7 +47,7 @@ class ModelScene
       EXPECT_EQ(model_.get_value(constants_[i]), make_multiple(BVNumber::pow2(70), i + 1)) << i;
     EXPECT_EQ(model_.get_value(product_), mgr_.make_bv_number(0, kWidth)) << "10 * 2^140 is 0 modulo 2^128";
   }
-  /// Expects that what is gone from the stack is in the model, and the rest not.
+  /// Expects that the definitions that are no longer on the stack are in the model, and the others are not.
   void expect_consistent()
   {
     const std::size_t num_taken = kNumConstants - defs_.size();
@@ -91,9 +91,9 @@ TEST(FailingAllocation, DoesNotKeepAModelFromBeingCompletedLater)
 }
 
 // -----------------------------------------------------------------------------------------------------------
-// How much memory models take
+// The memory of models
 
-/// The bytes that a model asks for which defines the newest term of a manager and values an application of it.
+/// The bytes that a model allocates if it defines the newest term of a manager and evaluates an application to it.
 std::size_t measure_new_model(std::size_t num_other_terms)
 {
   TermManager mgr;

@@ -1,5 +1,5 @@
-// Small numbers ask nothing of any allocator, and a failing allocation leaves a number as it was. Where GMP
-// itself gets no memory, it ends the process, which nobody can prevent: its integers are half made then.
+// Small numbers do not allocate, and a failing allocation leaves a number unchanged. If GMP
+// itself gets no memory, it ends the process, which cannot be prevented: its integers are then incomplete.
 
 #include <cstdio>
 #include <cstdlib>
@@ -35,7 +35,7 @@ void* reallocate_counted(void* block, std::size_t /*old_size*/, std::size_t size
 
 void free_counted(void* block, std::size_t /*size*/) { std::free(block); }
 
-/// Counts what is asked of both allocators from construction on.
+/// Counts the calls of both allocators since its construction.
 class Count
 {
  public:
@@ -127,7 +127,7 @@ TEST(Division, AllocatesOneBlockForEachOutputThatBecomesBigAndNoneForOthers)
   EXPECT_EQ(count_blocks(both, both), 1);
 }
 
-/// Runs the operation on a copy of x with its first allocation failing, and expects x to be as before.
+/// Runs the operation on a copy of x with its first allocation failing, and expects that x is unchanged.
 template <class Operation>
 void expect_unchanged(const QNumber& x, Operation operation)
 {
@@ -198,7 +198,7 @@ void exhaust_gmp()
 
 TEST(GmpWithoutMemoryDeathTest, EndsTheProcessAndSaysWhy)
 {
-  // The second is what the allocator of a sanitizer says.
+  // The second text is from a sanitizer's allocator.
   EXPECT_DEATH(exhaust_gmp(), "GNU MP: Cannot (re)?allocate memory|out of memory|Failed to mmap");
 }
 

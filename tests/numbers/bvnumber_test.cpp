@@ -158,7 +158,7 @@ TEST(BVNumberPattern, RotationIsDoublingModuloAllOnes)
     for (const unsigned long k : {0UL, 1UL, w / 2, w - 1, w}) {
       Integer expected(z);
       mpz_mul_2exp(expected, expected, k);
-      // 0 and all ones are the same remainder, but each stays what it is.
+      // 0 and all ones are the same remainder, but each keeps its own pattern.
       if (!(z == all_ones)) mpz_fdiv_r(expected, expected, all_ones);
       EXPECT_TRUE(is_shortest(BVNumber::rotate_left(q, k, w), z == all_ones ? z : expected)) << k;
     }
@@ -169,7 +169,7 @@ TEST(BVNumberInvertOdd, GivesTheOnlyFactorModuloThePowerOfTwo)
 {
   for_each_pattern([](unsigned long w, const QNumber& q, const Integer& z) {
     if (mpz_even_p(static_cast<mpz_srcptr>(z)) != 0) return;
-    // Moduli of other widths, so that numbers above the modulus come, too
+    // Moduli of other widths, so that numbers above the modulus occur, too
     for (const unsigned long exponent : kPatternWidths) {
       Integer expected;
       mpz_invert(expected, z, Integer::power(exponent));
@@ -354,7 +354,7 @@ TEST(BVNumberBits, AnOperandMayComeTwice)
   EXPECT_TRUE(is_shortest(BVNumber::bit_xor(q, q), 0));
 }
 
-/// Lengths around the word first of all, then up to the given one.
+/// Lengths around the word first, then up to the given one.
 unsigned long draw_length(Random& random)
 {
   constexpr std::array<unsigned long, 3> longest = {64, 130, 4096};

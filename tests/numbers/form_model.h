@@ -9,7 +9,7 @@
 
 namespace lumo::test {
 
-/// Whether the sums and products of small numbers stay small, said a second time in double width: a result is
+/// Whether the sums and products of small numbers stay small, computed a second time in double width: a result is
 /// small if every number on the way to it, the result included, has a magnitude of at most 2^63 - 1.
 class FormModel
 {

@@ -39,7 +39,7 @@ unsigned long absolute(long n)
 
 /// The pairs that a call of gcd(a, b) on an empty table fills: those of its remainder chain within the bound,
 /// each in both orders. The chain ends at a pair that is known; if both are
-/// within the bound and |a| < |b|, that is already its second one, the first one exchanged.
+/// within the bound and |a| < |b|, that is already its second pair, which is the first one exchanged.
 Pairs chain_entries(long a, long b)
 {
   Pairs result;
@@ -132,7 +132,7 @@ TEST(Gcd, ReturnsAKnownEntryAsItStands)
   gcd_cache[12 * kRow + 18] = 41;
   EXPECT_EQ(gcd(12, 18), 41);
   EXPECT_EQ(gcd(-12, 18), 41);
-  EXPECT_EQ(gcd(12 + 18 * 1000, 18), 6) << "the chain starts beyond the bound and goes on with 18, 12";
+  EXPECT_EQ(gcd(12 + 18 * 1000, 18), 6) << "the chain starts beyond the bound and continues with 18, 12";
   forget_all();
 }
 

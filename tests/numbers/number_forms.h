@@ -26,7 +26,7 @@ inline std::ostream& operator<<(std::ostream& out, Form form)
 
 [[nodiscard]] inline Form form_of(const QNumber& q) { return q.is_big() ? Form::kBig : Form::kSmall; }
 
-/// Whether a part may stand in a small number: the word's range without its lowest value.
+/// Whether a part may occur in a small number: the word's range without its lowest value.
 [[nodiscard]] inline bool fits_part(mpz_srcptr z)
 {
   return mpz_cmp_si(z, LONG_MAX) <= 0 && mpz_cmp_si(z, -LONG_MAX) >= 0;

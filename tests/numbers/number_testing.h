@@ -9,7 +9,7 @@
 
 namespace lumo::test {
 
-/// As `is_stored_as`, with what a failed test should say.
+/// As `is_stored_as`, with a message for a failed test.
 [[nodiscard]] inline ::testing::AssertionResult holds(const QNumber& q, const Rational& value, Form form)
 {
   if (is_stored_as(q, value, form)) return ::testing::AssertionSuccess();

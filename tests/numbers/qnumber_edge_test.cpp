@@ -62,7 +62,7 @@ struct SmallCase
   Fraction expected;
 };
 
-// The limits that the cases below are about:
+// The limits in the cases below:
 //   9223372036854775807 = 2^63 - 1    4611686018427387904 = 2^62    3037000499 = floor(sqrt(2^63 - 1))
 constexpr SmallCase kSmallCases[] = {
     // Integer sums: up to the limit small, beyond it big; -2^63 would fit the word but is refused.
@@ -126,7 +126,7 @@ constexpr SmallCase kSmallCases[] = {
      {"1", "2"},
      {"1", "9223372036854775808"}},
     {Operation::kMultiply, Form::kBig, {"4611686018427387904", "3"}, {"-2"}, {"-9223372036854775808", "3"}},
-    // A sum is big as soon as one intermediate product leaves the word, even if the result would fit: here
+    // A sum is big if an intermediate product exceeds the word, even if the result would fit: here
     // (2^63 - 1)/2 + 1/2 = 2^62 goes through (2^63 - 1) + 1.
     {Operation::kAdd, Form::kBig, {"9223372036854775807", "2"}, {"1", "2"}, {"4611686018427387904"}},
     {Operation::kAdd, Form::kSmall, {"9223372036854775807", "2"}, {"-1", "2"}, {"4611686018427387903"}},

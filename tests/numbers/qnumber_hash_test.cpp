@@ -1,4 +1,4 @@
-// What the hash of a long number takes in, and what it leaves out.
+// The parts of a long number that its hash depends on.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Reading numbers: parts, text, hash, the canonical form and the layout in memory.
+// Queries of numbers: parts, text, hash, the canonical form and the layout in memory.
 
 #include <array>
 #include <climits>
@@ -163,7 +163,7 @@ TEST(QNumberHash, TellsNumbersApart)
   EXPECT_EQ(hashes.size(), count);
 }
 
-// The layout is part of what a number promises: two words, and the block behind the first if the second is 0.
+// The layout is part of the contract of a number: two words, and a block that the first points to if the second is 0.
 
 using Words = std::array<long, 2>;
 

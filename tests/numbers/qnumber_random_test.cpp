@@ -130,7 +130,7 @@ TEST(QNumberRandom, DifferencesAgreeWithGmp) { check_compound(kSubtract); }
 
 TEST(QNumberRandom, ProductsAgreeWithGmp) { check_compound(kMultiply); }
 
-/// A long computation in one number, so that states arise that no single operation reaches.
+/// A long computation in one number, to reach states that no single operation reaches.
 TEST(QNumberRandom, ChainsOfOperationsAgreeWithGmp)
 {
   constexpr std::array<const Compound*, 3> compounds = {&kAdd, &kSubtract, &kMultiply};
@@ -246,7 +246,7 @@ struct Division
   }
 };
 
-/// Divides with the given cast, the objects starting in the given forms. An object that is only an output
+/// Divides with the given cast; the objects start in the given forms. An object that is only an output
 /// starts as a fraction, to show that its denominator is overwritten.
 void check_division(const Division& division, const Cast& cast, const std::array<Form, kRoles>& forms)
 {
@@ -279,7 +279,7 @@ void check_division(const Division& division, const Cast& cast, const std::array
   }
 }
 
-/// All casts, all forms; returns how many divisions that were.
+/// All casts, all forms; returns the number of divisions.
 std::size_t check_division_everywhere(const Rational& x, const Rational& d)
 {
   static const std::vector<Cast> casts = all_casts();

@@ -12,7 +12,7 @@ using test::holds;
 using test::Integer;
 using test::Rational;
 
-/// This file and the one with the other statics are initialised in an order that nobody fixes, so both sides
+/// This file and the one with the other statics are initialised in an unspecified order, so both sides
 /// calculate.
 const QNumber kOwnEarlyProduct =
     QNumber(Integer::power(100), Integer(9)) * QNumber(Integer(6), Integer::power(50));

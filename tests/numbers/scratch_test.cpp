@@ -1,4 +1,4 @@
-// Each thread has scratch integers of its own, from its first use of them to its end.
+// Each thread has its own scratch integers, from its first use of them to its end.
 
 #include <array>
 #include <atomic>
@@ -94,7 +94,7 @@ class LateCalculation
   {
     const QNumber sum = BVNumber::bit_xor(BVNumber::pow2(200), BVNumber::pow2(100));
     is_right_ = sum == BVNumber::pow2(200) + BVNumber::pow2(100);
-    // What is needed so late is not freed by itself.
+    // Memory that is allocated this late is not freed automatically.
     for (mpz_t& z : QNumber::gmp_tmp) {
       mpz_clear(z);
       mpz_init(z);

@@ -14,7 +14,7 @@ namespace {
 
 QNumber big_fraction(unsigned long exponent, long den) { return {Integer::power(exponent), Integer(den)}; }
 
-/// Calculates once more when the program ends, and lets it fail if the result is wrong.
+/// Calculates once more when the program ends, and makes it fail if the result is wrong.
 class LateCalculation
 {
  public:
@@ -33,7 +33,7 @@ class LateCalculation
 
 }  // namespace
 
-// First, since each calculation may give a scratch integer its place, too.
+// First, since each calculation may also allocate the limbs of a scratch integer.
 const bool kScratchIsReadyEarly =
     std::all_of(std::begin(QNumber::gmp_tmp), std::end(QNumber::gmp_tmp),
                 [](const mpz_t& scratch) { return mpz_limbs_read(scratch) != nullptr; });

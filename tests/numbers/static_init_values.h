@@ -5,7 +5,7 @@
 
 namespace lumo::test {
 
-/// Whether GMP's initialisation had given each scratch integer a place for its limbs before any other static
+/// Whether GMP's initialisation had allocated the limbs of each scratch integer before any other static
 /// of this program was initialised.
 extern const bool kScratchIsReadyEarly;
 /// 2^200/3 + 2^201/7, computed while statics are initialised.

@@ -1,5 +1,5 @@
-// Which C++ types are taken as numbers. Compiled twice, strictly and with GNU extensions: the compilers count __int128
-// among the integral types only in the latter mode, but convert it to a word in both.
+// The C++ types that are accepted as numbers. Compiled twice, strictly and with GNU extensions: the compilers count
+// __int128 among the integral types only in the latter mode, but convert it to a word in both.
 
 #include <climits>
 #include <concepts>

@@ -11,7 +11,7 @@ namespace lumo::test {
 
 using solvers::Answer;
 
-/// Z3 counts its work for its limit: unlike a clock, this needs no thread for each question.
+/// Z3's limit counts its work: unlike a time limit, this needs no thread for each question.
 Z3Judge::Z3Judge()
 {
   z3::params params(z3_);

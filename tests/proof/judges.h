@@ -17,7 +17,7 @@ class Z3Judge
  public:
   Z3Judge();
 
-  /// Unknown after work of about a minute.
+  /// The answer is unknown after about a minute of work.
   [[nodiscard]] solvers::Answer ask(const TermManager& mgr, const std::vector<const Term*>& assertions);
 
  private:
@@ -32,7 +32,7 @@ class Cvc5Judge
   [[nodiscard]] static bool is_installed();
 
   void add(const std::vector<const Term*>& assertions);
-  /// The answers to all questions in their order, as the program prints them. Unknown after a minute for one.
+  /// The answers to all questions in their order, as the program prints them. An answer is unknown after a minute.
   [[nodiscard]] std::vector<std::string> ask() const;
 
  private:

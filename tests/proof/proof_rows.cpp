@@ -138,7 +138,7 @@ constexpr ProofRow kProofRows[] = {
     {Kind::kBvComp, kEvery, "nx ne", "#b0", kAlways, "b := (bvadd a one)"},
 };
 
-/// The widths of every run, or those of a run by hand
+/// The widths of every run, or those of a manual run
 std::vector<unsigned long> choose_widths(bool wants_all)
 {
   std::vector<unsigned long> widths;

@@ -11,7 +11,7 @@
 
 namespace lumo::test {
 
-/// Where a row of the table holds, if not for all parameters of its operator.
+/// The parameters of its operator for which a row of the table holds.
 enum class Scope : std::uint8_t
 {
   kEvery,
@@ -23,11 +23,11 @@ enum class Scope : std::uint8_t
 
 enum class Standing : std::uint8_t
 {
-  kSound,    ///< the definitions make the application take the value: to be proven
+  kSound,    ///< the definitions give the application the value: to be proven
   kUnsound,  ///< they do not, by design: to be refuted
 };
 
-/// What a calculator does in one case, in words that solvers understand.
+/// The behaviour of a calculator in one case, as texts that solvers can read.
 ///
 /// An operand is a declared constant (x), a compound term (e) or a numeral, true or false (n); a shape has a
 /// letter for each operand, and the row holds for each of its shapes. The texts are SMT-LIB 2 terms over
@@ -45,32 +45,32 @@ struct ProofRow
   Scope scope;
   std::string_view shapes;  ///< separated by blanks
   std::string_view value;   ///< `v` for any, or the one value
-  /// When the calculator solves the case, as far as shapes and value do not say it; empty for always
+  /// The condition under which the calculator solves the case, besides shapes and value; empty for none
   std::string_view condition;
   /// `operand := term; ...` in the order of the pushes, if the calculator computes with numbers. Empty if it
-  /// builds terms: then it is called for a v that is a constant, and what it pushes is taken.
+  /// builds terms: then it is called for a v that is a constant, and its own definitions are used.
   std::string_view definitions;
   Standing standing = Standing::kSound;
-  /// A term that is first shown to equal the application whatever `product` is, and then to equal the value
-  /// with a constant for `product`; empty if one step does.
+  /// A term that is first shown to equal the application for every `product`, and then to equal the value
+  /// with a constant for `product`; empty if one step suffices.
   std::string_view middle = {};
 };
 
 [[nodiscard]] std::span<const ProofRow> get_proof_rows();
 
-/// The widths of the operands that the row is proven at; 0, for Bool, if that is their sort. The variable
-/// LUMO_PROOF_WIDTHS=all asks for more of them than every run of the tests needs.
+/// The widths of the operands that the row is proven at; 0 if their sort is Bool. The variable
+/// LUMO_PROOF_WIDTHS=all selects more of them than the tests normally use.
 [[nodiscard]] std::vector<unsigned long> get_proof_widths(const ProofRow& row);
-/// Those of every run as a text: `1 to 16, 31, ...`, or `Bool`
+/// The widths of every run as a text: `1 to 16, 31, ...`, or `Bool`
 [[nodiscard]] std::string describe_proof_widths(const ProofRow& row);
 
 /// Parameters of an operator for operands of width w: up to 8 bits all rotations by at most 2w and all
 /// extractions, above a selection.
 [[nodiscard]] std::vector<Parameters> choose_parameters(Kind kind, unsigned long w);
-/// Whether the row speaks of these parameters of its operator.
+/// Whether the row applies to these parameters of its operator.
 [[nodiscard]] bool is_in_scope(const ProofRow& row, const Parameters& parameters);
 
-/// The words of a text that blanks separate
+/// The words of a text, separated by spaces
 [[nodiscard]] std::vector<std::string_view> split_words(std::string_view text);
 
 }  // namespace lumo::test

@@ -18,7 +18,7 @@ using solvers::Answer;
 /// Up to this width a row with a middle is proven in one step, too; the work of some solvers grows fast.
 constexpr unsigned long kMaxDirectWidth = 7;
 
-/// The term with another in place of a leaf of it. For small terms.
+/// The term with a leaf replaced by another term. For small terms.
 const Term* replace(TermManager& mgr, const Term* t, const Term* leaf, const Term* replacement)
 {
   if (t == leaf) return replacement;
@@ -100,8 +100,8 @@ Definitions ProofScene::make_definitions(std::string_view shape)
   return definitions;
 }
 
-/// Calls the calculator on the constant v, with 0 and false, or all ones and true, for operands that are n; in what
-/// it pushes, these operands, and a numeral wherever it stands, are the constants for them again.
+/// Calls the calculator on the constant v, with 0 and false, or all ones and true, for operands that are n. In the
+/// terms that it pushes, replaces these operands, and numerals everywhere, by the constants for them.
 Definitions ProofScene::take_definitions(std::string_view shape, bool has_high_numerals)
 {
   const std::vector<const Term*> operands = make_operands(mgr_, *symbol_, shape);
@@ -136,8 +136,8 @@ Definitions ProofScene::take_definitions(std::string_view shape, bool has_high_n
   return definitions;
 }
 
-/// The application as the definitions make it. Operands that are n keep their own values, whatever is said of
-/// them.
+/// The application under the definitions. Operands that are n keep their own values, whatever the definitions say
+/// about them.
 const Term* ProofScene::make_claimed_application(std::string_view shape)
 {
   std::vector<const Term*> args = make_operands(mgr_, *symbol_, shape);

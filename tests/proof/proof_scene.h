@@ -13,13 +13,14 @@
 
 namespace lumo::test {
 
-/// What the calculator of t's operator pushes, oldest first; nothing if it refuses, with the stack untouched.
+/// The definitions that the calculator of t's operator pushes, oldest first; nothing if it refuses and leaves the
+/// stack unchanged.
 [[nodiscard]] std::optional<std::vector<ModelStore::ModelDefinition>> call_calculator(TermManager& mgr,
                                                                                       const Term* t,
                                                                                       const Term* value);
 
 /// Operands of a shape for an operator: constants, terms of constants, and, for those that are n, constants with the
-/// names that rows have for them.
+/// names that rows use for them.
 [[nodiscard]] std::vector<const Term*> make_operands(TermManager& mgr, const OperatorSymbol& s,
                                                      std::string_view shape);
 
@@ -31,7 +32,7 @@ struct ProofQuery
   solvers::Answer expected;
 };
 
-/// A row of the table for one choice of its operator's parameters, as terms of a manager of its own: the value
+/// A row of the table for one choice of its operator's parameters, as terms of its own manager: the value
 /// is a constant, and so is each operand that is n.
 class ProofScene
 {
@@ -42,12 +43,12 @@ class ProofScene
   [[nodiscard]] const OperatorSymbol& get_operator() const { return *symbol_; }
   [[nodiscard]] const RowTerms& get_terms() const { return terms_; }
 
-  /// What the row says of the operands: the terms of its text, or those that the calculator pushes for operands
-  /// that are not n. The latter must be the same, but for the numeral in them, for two different numerals; if
-  /// not, an std::logic_error.
+  /// The definitions of the row: the terms of its text, or those that the calculator pushes for operands that are
+  /// not n. The latter must be the same for two different numerals, except for the numeral in them; otherwise
+  /// throws a std::logic_error.
   [[nodiscard]] std::vector<ModelStore::ModelDefinition> make_definitions(std::string_view shape);
 
-  /// All that has to be asked about the row's shapes, nothing twice.
+  /// All queries for the row's shapes, without duplicates.
   [[nodiscard]] std::vector<ProofQuery> make_queries();
 
  private:

@@ -1,5 +1,5 @@
-// Two solvers show of each row of the table that no value exists for which the definitions give the application
-// another one, and of the rows that are unsound by design that one exists.
+// For each row of the table, two solvers show that there is no value for which the definitions give the application
+// another value. For the rows that are unsound by design, they show that there is one.
 
 #include <iostream>
 #include <stdexcept>
@@ -30,7 +30,7 @@ void for_each_query(const ProofRow& row, Visit visit)
   }
 }
 
-/// How many queries of a row are not answered as they should be, and how many there are.
+/// The number of queries of a row with a wrong answer, and the number of queries.
 struct Tally
 {
   std::size_t num_queries = 0;
@@ -95,7 +95,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, Proof, testing::ValuesIn(get_proof_rows().begin()
                          name_row);
 
 // -----------------------------------------------------------------------------------------------------------
-// What is wrong must not be proven.
+// Wrong rows must not be proven.
 
 constexpr Scope kAtEvery = Scope::kEvery;
 
@@ -121,7 +121,7 @@ constexpr ProofRow kWrongRows[] = {
 class WrongProof : public testing::TestWithParam<ProofRow>
 {};
 
-/// All queries but those whether the condition can hold
+/// All queries except those whether the condition can hold
 std::size_t count_claims(const ProofRow& row)
 {
   std::size_t num_claims = 0;

@@ -91,8 +91,8 @@ void define_special_names(TermManager& mgr, Preamble& preamble, const ProofRow& 
   }
 }
 
-/// Asserts that a new constant of the term's sort equals the term, whatever it is. An assertion is what can be
-/// read.
+/// Asserts that a new constant of the term's sort equals the term, since the reader reads only
+/// assertions.
 void assert_equality(Preamble& preamble, const DataType* type, std::string_view term)
 {
   const std::string probe = type->is_bool() ? "probe" : numbered("probe_", type->get_width());

@@ -8,7 +8,7 @@
 
 namespace lumo::test {
 
-/// The name that a row has for an operand of an operator: x, a and b, or c, a and b.
+/// The name that a row uses for an operand of an operator: x, a and b, or c, a and b.
 [[nodiscard]] std::string get_operand_name(std::size_t arity, std::size_t position);
 
 struct TextDefinition
@@ -27,7 +27,7 @@ struct RowTerms
 };
 
 /// Reads a row's texts for an operator symbol of its kind. Operands that are n are constants with the names
-/// of the operands. `product` is a constant, too, if it is to be abstract.
+/// of the operands. If `product` is to be abstract, it is a constant, too.
 [[nodiscard]] RowTerms read_row(TermManager& mgr, const ProofRow& row, const OperatorSymbol& s,
                                 bool has_abstract_product);
 

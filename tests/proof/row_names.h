@@ -19,7 +19,7 @@ inline std::string name_kind(Kind kind)
   return std::string(get_operator_info(kind).smtlib_name);
 }
 
-/// The row as a test's name; the number tells rows of one operator apart.
+/// The row as a test's name; the number distinguishes the rows of one operator.
 inline std::string name_row(const testing::TestParamInfo<ProofRow>& info)
 {
   std::string name = numbered(name_kind(info.param.kind) + "_", info.index);

@@ -1,5 +1,5 @@
-// The table says what the calculators do: for each operator, each shape of operands and each value, the calculator
-// pushes what the one row that speaks of the case says, and refuses the case if none does.
+// The table describes the calculators: for each operator, each shape of operands and each value, the calculator
+// pushes the definitions of the one row that applies, and refuses the case if none does.
 
 #include <algorithm>
 #include <map>
@@ -26,7 +26,7 @@
 namespace lumo::test {
 namespace {
 
-/// Numbers for a call of a calculator; those of operands that are not n do not count.
+/// Numbers for a call of a calculator; those of operands that are not n are ignored.
 struct Assignment
 {
   std::vector<QNumber> operands;
@@ -46,22 +46,22 @@ std::ostream& operator<<(std::ostream& out, const NumberDefinition& definition)
   return out << definition.position << " := " << definition.value;
 }
 
-/// What a call of a calculator does
+/// The result of a call of a calculator
 struct CallResult
 {
   std::vector<NumberDefinition> definitions;
-  Standing standing;  ///< what evaluation says
+  Standing standing;  ///< the result of the evaluation
 };
 
 QNumber get_number(const TermManager& mgr, const Term* value)
 {
   QNumber number;
-  EXPECT_TRUE(get_value_number(mgr, value, number)) << "what was pushed is no value";
+  EXPECT_TRUE(get_value_number(mgr, value, number)) << "a pushed term is not a value";
   return number;
 }
 
-/// Calls the calculator of an operator; nothing if it refuses. Of operands that are equal, a definition goes to the
-/// first.
+/// Calls the calculator of an operator; returns nothing if it refuses. If operands are equal, a definition belongs
+/// to the first.
 std::optional<CallResult> call(TermManager& mgr, const OperatorSymbol& s, std::string_view shape,
                                const Assignment& assignment)
 {
@@ -96,10 +96,10 @@ class RowOfShape
   {}
 
   [[nodiscard]] const ProofRow& get_row() const { return row_; }
-  /// Whether the row speaks of the case. If so, what it says is in the members below.
+  /// Whether the row applies to the case. If so, the members below have its definitions.
   bool assign(const Assignment& assignment);
   [[nodiscard]] std::vector<NumberDefinition> get_definitions();
-  /// Without what the row does not say: definitions of operands that are n, if it takes the terms of the
+  /// The pushed definitions that the row covers: without those of operands that are n, if it uses the terms of the
   /// calculator.
   [[nodiscard]] std::vector<NumberDefinition> select(std::vector<NumberDefinition> pushed) const
   {
@@ -165,7 +165,7 @@ std::vector<NumberDefinition> RowOfShape::get_definitions()
 class ProofTable : public testing::TestWithParam<OperatorInfo>
 {
  protected:
-  /// Calls visit for each shape of the operator's operands with what the table says of it.
+  /// Calls visit for each shape of the operator's operands with its rows of the table.
   template <class Visit>
   void for_each_shape(const Parameters& parameters, Visit visit);
   void check(TermManager& mgr, const OperatorSymbol& s, const std::string& shape,
@@ -223,7 +223,7 @@ void ProofTable::check(TermManager& mgr, const OperatorSymbol& s, const std::str
   ASSERT_EQ(match->get_row().standing, result->standing) << describe_case();
 }
 
-/// All that the number can be for a sort, as a count
+/// The number of values of a sort
 std::size_t count_values(const DataType* type)
 {
   return type->is_bool() ? 2 : std::size_t{1} << type->get_width();
@@ -275,7 +275,7 @@ TEST_P(ProofTable, SaysWhatTheCalculatorDoesAtSmallWidths)
   }
 }
 
-/// A number of a sort; every second one is an end of an order, or next to it.
+/// A number of a sort; every second one is a limit of an order, or next to it.
 QNumber draw_number(Random& random, const DataType* type)
 {
   if (type->is_bool()) return QNumber(random.index(2));
@@ -296,7 +296,7 @@ TEST_P(ProofTable, SaysWhatTheCalculatorDoesOnRandomNumbersAtTheProvenWidths)
   constexpr std::size_t kChoices = 3;
   Random random;
   SCOPED_TRACE(random);
-  std::set<unsigned long> widths;  // none for a remainder, of which the table says nothing
+  std::set<unsigned long> widths;  // none for a remainder, which has no rows in the table
   for (const ProofRow& row : get_proof_rows()) {
     if (row.kind == GetParam().kind)
       for (const unsigned long w : get_proof_widths(row))
@@ -329,7 +329,7 @@ std::string name_operator(const testing::TestParamInfo<OperatorInfo>& info)
 
 INSTANTIATE_TEST_SUITE_P(AllOperators, ProofTable, testing::ValuesIn(kOperators), name_operator);
 
-/// What the table leaves out, and what it calls unsound
+/// The operators without rows, and the unsound rows
 TEST(ProofTableTest, LeavesOutTheRemaindersAloneAndKnowsThreeOperatorsWithUnsoundCases)
 {
   std::map<Kind, int> num_sound;

@@ -1,4 +1,4 @@
-// The page on trust prints the table of proofs; this holds the two together.
+// The page on trust shows the table of proofs; this test compares the two.
 
 #include <set>
 #include <sstream>

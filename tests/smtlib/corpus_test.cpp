@@ -1,5 +1,5 @@
-// Files as solvers meet them, those that come with the tests and those of a folder beside the checkout, mean to lumo
-// what they mean to Z3's parser.
+// lumo and Z3's parser give the same meaning to files that solvers typically get: those that come with the tests
+// and those of a folder next to the checkout.
 
 #include <string>
 #include <vector>
@@ -13,7 +13,7 @@
 namespace lumo::test {
 namespace {
 
-/// The standard allows a name once in each let; some files bind one twice all the same.
+/// The standard allows a name once in each let; but some files bind one twice.
 bool binds_a_name_twice(const std::string& text)
 {
   TermManager mgr;
@@ -25,7 +25,8 @@ bool binds_a_name_twice(const std::string& text)
   return false;
 }
 
-/// Compares what each file means, and returns how many are refused for a name that is bound twice.
+/// Compares the meaning of each file, and returns the number of files that are refused for a name that is bound
+/// twice.
 std::size_t compare_files(const std::vector<std::string>& files)
 {
   Random random;

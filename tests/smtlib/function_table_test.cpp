@@ -69,7 +69,7 @@ TEST(Functions, AreExpandedOnceForEachListOfArguments)
   EXPECT_NE(script.assertions[1].term->get_arg(1), square);
 }
 
-/// A chain of definitions, each of which applies the one before to its parameter in some form.
+/// A chain of definitions, each of which applies the previous one to its parameter in some form.
 std::string make_chain(std::size_t length, std::string_view argument)
 {
   std::string text = std::string(kDeclarations) + "(define-fun f0 ((a B)) B (bvmul a a))\n";

@@ -19,7 +19,7 @@ class ModelText : public testing::Test
 {
  protected:
   std::vector<ModelValue> read(const std::string& text) { return smtlib::read_model(mgr_, constants_, text); }
-  /// The model that a text holds, one value after the other.
+  /// The values of a model's text.
   std::string tell(const std::string& text)
   {
     std::string told;

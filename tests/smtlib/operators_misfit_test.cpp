@@ -1,4 +1,4 @@
-// What an operator of the language says of arguments that it does not take.
+// The messages of an operator about arguments that it does not take.
 
 #include <string>
 #include <string_view>

@@ -1,4 +1,4 @@
-// What the reader makes of each operator of the language, judged by Z3's parser and simplifier.
+// The terms that the reader makes for each operator of the language, judged by Z3's parser and simplifier.
 
 #include <array>
 #include <string>

@@ -30,7 +30,7 @@ constexpr std::array<Predicate, 8> kRows = {{
     {"bvsmulo", 2, true, [](long a, long b) { return a * b; }},
     {"bvusubo", 2, false, [](long a, long b) { return a - b; }},
     {"bvssubo", 2, true, [](long a, long b) { return a - b; }},
-    // A division by 0 has a result of the width by definition.
+    // By definition, the result of a division by 0 fits the width.
     {"bvsdivo", 2, true, [](long a, long b) { return b == 0 ? 0 : a / b; }},
 }};
 
@@ -59,7 +59,7 @@ TEST_P(Overflow, IsThatOfTheExactResultAtWidthsOneToFive)
   }
 }
 
-/// The number that a pattern of width w denotes
+/// The number of a pattern of width w
 void make_number(mpz_t number, const TermManager& mgr, const Term* t, unsigned long w, bool is_signed)
 {
   QNumber pattern;

@@ -1,4 +1,4 @@
-// What lumo prints, given to the programs of other solvers.
+// The texts that lumo prints, read by the programs of other solvers.
 
 #include <sstream>
 #include <string>
@@ -23,7 +23,7 @@ class PrintedTexts : public testing::TestWithParam<std::string>
   {
     if (GetParam().empty()) GTEST_SKIP() << "the program is not installed";
   }
-  /// What the solver says of the text, save warnings, which cvc5 gives for bytes beyond ASCII in strings
+  /// The output of the solver for the text, without warnings, which cvc5 prints for bytes beyond ASCII in strings
   std::string run(const std::string& text)
   {
     const std::string file = folder_.write("f.smt2", text);

@@ -190,7 +190,7 @@ class ScriptGenerator
     std::vector<Variable> bound;
     const std::size_t num_bindings = 1 + random_.index(3);
     for (std::size_t i = 0; i < num_bindings; ++i) {
-      // A name that hides another one is as good as a new one.
+      // A name may also hide another one.
       Variable variable{make_name(), draw_width()};
       const bool hides = !variables_.empty() && random_.one_in(3);
       if (hides) variable.name = random_.pick(variables_).name;
@@ -341,7 +341,7 @@ class ScriptGenerator
   std::string text_;
   std::array<unsigned long, 3> widths_{};
   std::vector<Variable> variables_;
-  std::vector<Variable> named_;  ///< in the assertion that is being made
+  std::vector<Variable> named_;  ///< in the current assertion
   std::vector<Definition> definitions_;
   std::size_t num_names_ = 0;
   bool can_name_ = true;

@@ -1,4 +1,4 @@
-// Random valid scripts mean to lumo what they mean to Z3's parser.
+// Random valid scripts have the same meaning for lumo and for Z3's parser.
 
 #include "tests/smtlib/random_script.h"
 

@@ -73,7 +73,7 @@ class Maker
     add(constant);
     return constant;
   }
-  /// A constant that is in no step's arguments as a free one yet
+  /// A constant that is not yet a free argument of a step
   const Term* draw_free(unsigned long w)
   {
     std::vector<const Term*>& unused = unused_[w];
@@ -102,7 +102,7 @@ class Maker
         const unsigned long msb = draw_number(0, w - 1);
         return {msb, draw_number(0, msb), w};
       }
-      case SortRule::kRotate:  // as readers make of every index
+      case SortRule::kRotate:  // as readers reduce every index
         return {draw_number(0, w - 1), w};
       case SortRule::kExtend:
         return {draw_number(0, 4), w};

@@ -10,16 +10,16 @@
 
 namespace lumo::test {
 
-/// A trail, and all constants that it takes from a script.
+/// A trail, and all its constants that come from a script.
 struct RandomTrail
 {
   std::vector<const Term*> constants;
   Trail trail;
 };
 
-/// Draws a trail over all operators whose steps share terms with themselves and with others, name constants of
-/// earlier and of later steps, and have constants with names of all kinds. It has the form of a trail only: no
-/// elimination would give it.
+/// Draws a trail over all operators whose steps share terms with themselves and with others, contain constants of
+/// earlier and of later steps, and have constants with names of all kinds. It only has the form of a trail: no
+/// elimination would make it.
 [[nodiscard]] RandomTrail make_random_trail(TermManager& mgr, Random& random, std::size_t max_steps);
 
 }  // namespace lumo::test

@@ -28,7 +28,7 @@ std::string print_lines(const Terms& constants, const Terms& assertions, bool wa
   return out.str();
 }
 
-/// The commands for assertions that stand in the script, without declarations
+/// The commands for assertions in the script, without declarations
 std::string print_assertions(TermManager& mgr, const std::vector<std::string>& assertions)
 {
   Terms terms;
@@ -102,7 +102,7 @@ TEST(ScriptPrinter, TakesNamesThatNoConstantHas)
                            mgr.make_constant("s!!!", mgr.make_bool_type()),
                            mgr.make_constant("s", mgr.make_bool_type())};
   EXPECT_NE(print_lines(constants, {shared}).find("(let ((s!!!!1 (bvnot x8)))"), std::string::npos);
-  // A constant that occurs without being given counts, too.
+  // A constant that occurs in a term but is not given counts, too.
   const Term* capturing = mgr.make_term(mgr.make_and_symbol(), {shared, constants[1]});
   EXPECT_NE(print_lines({}, {capturing}).find("(let ((s!!1 (bvnot x8)))"), std::string::npos);
 }
@@ -146,7 +146,7 @@ TEST(ScriptPrinter, KeepsNamesOfEveryCharacterThatHasASpelling)
   EXPECT_EQ(print_lines(again.constants, again.get_asserted_terms()), text);
 }
 
-/// The conjuncts of some terms, in the order of their making, each once
+/// The conjuncts of some terms, in the order in which they were made, each once
 Terms list_distinct_conjuncts(const TermManager& mgr, Terms terms)
 {
   Terms conjuncts;
@@ -172,7 +172,7 @@ TEST(ScriptPrinter, KeepsTheMeaningOfRandomAssertions)
   for (int round = 0; round < 300; ++round) {
     TermManager mgr;
     const test::RandomFormula formula = test::make_random_formula(mgr, random, {});
-    // One assertion that is no conjunction, so that the text keeps all of its form
+    // One assertion that is not a conjunction, so the text keeps its form
     const Term* conjunction = mgr.make_true();
     for (const Term* assertion : formula.assertions)
       conjunction = mgr.make_term(mgr.make_and_symbol(), {conjunction, assertion});
@@ -190,7 +190,7 @@ TEST(ScriptPrinter, KeepsTheMeaningOfRandomAssertions)
   }
 }
 
-/// The assertion as it stands in the script is the first, and what a reader makes of the script's is the second.
+/// The first is the assertion in the script; the second is the assertion that a reader makes from it.
 TEST(ScriptPrinter, PrintsChainsOfAssociativeOperatorsFlat)
 {
   const std::vector<std::pair<std::string, std::string>> rows = {
@@ -207,7 +207,7 @@ TEST(ScriptPrinter, PrintsChainsOfAssociativeOperatorsFlat)
       {"(= (concat (concat x8 y4) x2) (concat x4 (concat x8 x2)))",
        "(assert (= (concat x8 y4 x2) (concat x4 (concat x8 x2))))\n"},
       {"(= (= p q) r)", "(assert (= (= p q) r))\n"},
-      // What is used twice is bound, and so begins a chain of its own.
+      // A term that is used twice is bound, so it begins its own chain.
       {"(bvult (bvadd (bvadd x8 y8) z8) (bvadd x8 y8))",
        "(assert\n(let ((s!1 (bvadd x8 y8)))\n(bvult (bvadd s!1 z8) s!1)))\n"},
       {"(bvult (bvadd (bvadd (bvadd x8 y8) z8) x8) (bvneg (bvadd (bvadd x8 y8) z8)))",
@@ -227,7 +227,7 @@ TEST(ScriptPrinter, AssertsConjunctsOneByOne)
   TermManager mgr;
   EXPECT_EQ(print_assertions(mgr, {"(and (and p (not q)) (and (or p q) r))", "s"}),
             "(assert p)\n(assert (not q))\n(assert (or p q))\n(assert r)\n(assert s)\n");
-  // A conjunction that stands elsewhere, too, shares its parts with the assertions that they have become.
+  // A conjunction that also occurs elsewhere shares its parts with the assertions that they have become.
   EXPECT_EQ(print_assertions(mgr, {"(and (not p) q)", "(or (and (not p) q) r)"}),
             "(assert\n(let ((s!1 (not p)))\n(and\n  s!1\n  (or (and s!1 q) r))))\n(assert q)\n");
   // The tree of this conjunction has 2^100 leaves.

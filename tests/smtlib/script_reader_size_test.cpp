@@ -1,4 +1,4 @@
-// Texts of a size at which recursion would exhaust the stack and copying the memory.
+// Texts of a size at which recursion would exhaust the stack, and copies would exhaust the memory.
 
 #include <string>
 #include <string_view>

@@ -11,7 +11,7 @@
 namespace lumo::smtlib {
 namespace {
 
-/// What the text asserts, as terms of the term layer are written.
+/// The assertions of the text, in the notation of the term layer.
 std::vector<std::string> read_assertions(const std::string& text)
 {
   TermManager mgr;

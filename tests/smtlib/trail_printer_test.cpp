@@ -34,7 +34,7 @@ class TrailText : public testing::Test
     print_trail(out, constants, trail);
     const std::string text = out.str();
     const std::size_t first = text.find("(set-logic QF_BV)\n");
-    EXPECT_TRUE(text.starts_with("; What lumo has eliminated"));
+    EXPECT_TRUE(text.starts_with("; The applications that lumo eliminated"));
     return first == std::string::npos ? text : text.substr(first + 18);
   }
 
@@ -149,7 +149,7 @@ TEST_F(TrailText, RefusesWhatIsNoTrailOfTheScript)
       {{x_, y_}, {{step, step}, {}}, "two definitions of u were found, but each constant may have one"},
       {{},
        {{{u, mgr_.make_term(negate, {v}), 1, nullptr}, {v, mgr_.make_term(negate, {u}), 1, nullptr}}, {}},
-       "the definition of u needs the constant itself, but definitions must not go round in circles"},
+       "the definition of u needs the constant itself, but definitions must not be cyclic"},
       {{make_fresh("a|b", 0)},
        {},
        "the name a|b contains a bar, a backslash or a control character, but SMT-LIB 2 has no symbol with "

@@ -22,7 +22,7 @@ class TrailReader : public testing::Test
       "(declare-fun x8 () (_ BitVec 8))(declare-fun y8 () (_ BitVec 8))(declare-const p Bool)\n";
 
   Trail read(std::string_view text) { return read_trail(mgr_, constants_, text); }
-  /// The message on a text whose first line declares the constants
+  /// The message about a text whose first line declares the constants
   std::string read_refusal(std::string_view text)
   {
     return read_refusal_of_all(std::string(kDeclarations) + std::string(text));

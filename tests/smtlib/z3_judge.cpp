@@ -13,7 +13,7 @@ namespace {
 
 z3::expr_vector parse(z3::context& z3, const std::string& text)
 {
-  Z3_toggle_warning_messages(false);  // of attributes that Z3 does not know
+  Z3_toggle_warning_messages(false);  // about attributes that Z3 does not know
   return z3.parse_string(text.c_str());
 }
 

@@ -13,13 +13,13 @@
 
 namespace lumo::test {
 
-/// Reads a text twice, with lumo's reader and with Z3 alone, and compares what the assertions mean.
+/// Reads a text twice, with lumo's reader and with Z3 alone, and compares the meaning of the assertions.
 class Z3Judge
 {
  public:
   explicit Z3Judge(const std::string& text);
 
-  /// Draws values for all declared constants, and says for which assertion the two do not have the same value; empty
+  /// Draws values for all declared constants, and returns the assertion for which the two values differ; empty
   /// if there is none. For an assertion `(= t u)` the values of t are compared.
   [[nodiscard]] std::string find_difference(Random& random);
 

@@ -8,7 +8,7 @@
 
 namespace lumo::test {
 
-/// A process of the test's own that runs an action
+/// A child process of the test that runs an action
 class Apart
 {
  public:

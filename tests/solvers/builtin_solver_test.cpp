@@ -35,7 +35,8 @@ class BuiltinSolver : public testing::Test
     assertions_.push_back(
         mgr_.make_term(mgr_.make_eq_symbol(lhs->get_symbol()->get_output_type()), {lhs, rhs}));
   }
-  /// Asserts that a number of 126 bits is a product of two that are not 1 and of 64 bits, which takes long.
+  /// Asserts that a number of 126 bits is the product of two numbers of 64 bits other than 1, which takes long to
+  /// solve.
   void assert_factors()
   {
     std::vector<const Term*> factors;

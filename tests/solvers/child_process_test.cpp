@@ -153,7 +153,7 @@ TEST(ChildProcess, LeavesDispositionsAndMaskOfSignalsAlone)
 
 TEST(ChildProcess, GivesTheChildTheMaskOfItsCaller)
 {
-  // The shell itself cannot tell, but what ends it can: none of these signals is held back in it.
+  // None of these signals is blocked in the shell: each of them ends it.
   for (const int signal : {SIGPIPE, SIGTERM, SIGHUP, SIGINT})
     EXPECT_EQ(run_shell("kill -" + std::to_string(signal) + " $$; sleep 1; echo alive").code, signal);
 }

@@ -93,7 +93,7 @@ TEST_F(SolutionMessage, RefusesMessagesThatAreCut)
 {
   const std::string failure = "the built-in solver ended before its answer was complete";
   const Term* x = add_constant(mgr_.make_bv_type(64));
-  // The bytes of this value are all the mark at the end of a message.
+  // All bytes of this value are equal to the mark at the end of a message.
   const Term* dots = mgr_.make_bv_number(QNumber(0x2e2e2e2e2e2e2e2eL), 64);
   const std::string message = write_solution(mgr_, {Answer::kSat, {{x, dots}}, {}}, constants_);
   for (std::size_t size = 0; size < message.size(); ++size)

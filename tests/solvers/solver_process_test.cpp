@@ -36,7 +36,7 @@ class CommandSolver : public testing::Test
   {
     return solve(command, limits).answer;
   }
-  /// The complaint on a solver that fails, from after its name on.
+  /// The message about a solver that fails, after its name.
   std::string find_failure(const std::string& command)
   {
     try {
@@ -185,7 +185,7 @@ TEST_F(CommandSolver, ShowsLongTextsCut)
 // -----------------------------------------------------------------------------------------------------------
 // Programs
 
-/// Each program that is there, as a command that reads a script
+/// Each installed program, as a command that reads a script
 class SolverProgram : public CommandSolver, public testing::WithParamInterface<const char*>
 {
  protected:
@@ -223,7 +223,7 @@ TEST_P(SolverProgram, SaysUnsatOfFalse)
   EXPECT_EQ(find_answer(command_), Answer::kUnsat);
 }
 
-/// Without a line end, at which cvc5 1.0 stops if it reads its standard input.
+/// Without a newline, since cvc5 1.0 stops there if it reads its standard input.
 TEST_P(SolverProgram, KeepsNamesApartWhateverTheirCharacters)
 {
   std::vector<const Term*> constants;

@@ -135,7 +135,7 @@ class Z3BuilderChains : public Z3BuilderTest, public testing::WithParamInterface
     const unsigned long w2 = u->get_symbol()->get_output_type()->get_width();
     return mgr_.make_term(mgr_.make_bv_concat_symbol(w1, w2), {t, u});
   }
-  /// Nested in one of the ways that there are, from the leaf `first` on.
+  /// Nested in one of the possible ways, from the leaf `first` on.
   const Term* make_chain(std::size_t first, std::size_t num_leaves, Random& random)
   {
     if (num_leaves == 1) return make_leaf(first);
@@ -199,7 +199,7 @@ TEST_P(Z3BuilderChains, MeanWhatPairsMean)
   for (std::size_t num_leaves = 2; num_leaves <= 6; ++num_leaves) {
     const Term* t = make_chain(0, num_leaves, random);
     solvers::Z3Builder pairs(mgr_, z3_);
-    // Constants are numbered as they come.
+    // Constants are numbered in the order of their occurrence.
     for (std::size_t i = 0; i < num_leaves; ++i)
       ASSERT_EQ(builder_.build(make_leaf(i)), pairs.build(make_leaf(i)));
     const Term* const roots[] = {t};

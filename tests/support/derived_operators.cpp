@@ -86,7 +86,7 @@ const Term* all_distinct(TermManager& mgr, const Args& args)
   return result;
 }
 
-/// The remainder r of a by b that has the sign of a, and r + b where r is neither 0 nor of the sign of b.
+/// The remainder r of a by b with the sign of a; r + b if r is not 0 and does not have the sign of b.
 const Term* signed_modulo(TermManager& mgr, const Args& args)
 {
   const Term* r = apply(mgr, Kind::kBvSrem, args);

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <new>
 
-// Not inlined: the compiler would see aligned_alloc meet delete and take that for a mistake.
+// Not inlined: otherwise the compiler would report a mismatch of aligned_alloc and delete.
 [[gnu::noinline]] void* operator new(std::size_t size)
 {
   return lumo::test::allocate(size, __STDCPP_DEFAULT_NEW_ALIGNMENT__);

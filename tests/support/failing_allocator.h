@@ -1,8 +1,8 @@
 #ifndef LUMO_TESTS_SUPPORT_FAILING_ALLOCATOR_H
 #define LUMO_TESTS_SUPPORT_FAILING_ALLOCATOR_H
 
-// The allocator of programs that have failing_allocator.cpp among their sources: it counts, fails on demand, and gives
-// memory that is never by chance zero.
+// The allocator of programs that have failing_allocator.cpp among their sources: it counts, fails on demand, and
+// returns memory that is never zero by chance.
 
 #include <cstdlib>
 #include <cstring>
@@ -11,14 +11,14 @@
 
 namespace lumo::test {
 
-/// The allocation of this number from now on fails; negative: none does.
+/// The number of allocations that succeed before one fails; negative: none fails.
 inline long countdown = -1;
-/// Whether all allocations behind a failed one fail, too, until `countdown` is set anew.
+/// Whether all allocations after a failed one fail, too, until `countdown` is set again.
 inline bool is_failure_lasting = false;
-/// How many blocks were asked for, and how many bytes.
+/// The number of allocated blocks, and of their bytes.
 inline long num_allocations = 0;
 inline std::size_t num_bytes = 0;
-/// How many blocks are in use.
+/// The number of blocks in use.
 inline long num_live_blocks = 0;
 
 inline void* allocate(std::size_t size, std::size_t alignment)
@@ -43,8 +43,8 @@ inline void deallocate(void* memory)
   std::free(memory);
 }
 
-/// Runs an action of which an allocation fails, the one of that number; whether it got through, because it
-/// makes fewer. Afterwards no allocation fails.
+/// Runs an action in which the allocation of this number fails. Returns whether the action succeeded, because it
+/// makes fewer allocations. Afterwards no allocation fails.
 template <class Action>
 bool survives(long failing, Action action)
 {
@@ -62,10 +62,10 @@ bool survives(long failing, Action action)
   return true;
 }
 
-/// Has an action's first allocation fail, then its second one, and so on until it gets through: first such
-/// that only that allocation fails, then such that all behind it fail, too. `prepare` comes before each run
-/// and returns what the action gets; `look` gets the same after a run that failed. Returns the number of
-/// failures.
+/// Lets an action's first allocation fail, then its second one, and so on until the action succeeds: first so that
+/// only that allocation fails, then so that all allocations after it fail, too. `prepare` is called before each run
+/// and returns the argument of the action; `look` gets the same argument after a run that failed. Returns the
+/// number of failures.
 template <class Prepare, class Action, class Look>
 long fail_everywhere(Prepare prepare, Action action, Look look)
 {

@@ -8,7 +8,7 @@
 
 namespace lumo::test {
 
-/// A GMP integer that cleans up after itself; use it wherever an `mpz_t` is expected.
+/// A GMP integer that is cleared at the end of its scope; use it wherever an `mpz_t` is expected.
 class Integer
 {
  public:
@@ -55,7 +55,7 @@ class Integer
   mpz_t value_;
 };
 
-/// A GMP rational number that cleans up after itself, always in lowest terms.
+/// A GMP rational number that is cleared at the end of its scope, always in lowest terms.
 class Rational
 {
  public:

@@ -5,7 +5,7 @@
 
 namespace lumo::test {
 
-/// The operator symbol of a kind through its public factory; parameters as the factory takes them. For ite
+/// The operator symbol of a kind through its public factory; with the parameters of the factory. For ite
 /// and eq the only parameter is the width of the sort, 0 for Bool.
 const Symbol* make_operator(TermManager& mgr, Kind kind, const Parameters& p);
 

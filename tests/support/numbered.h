@@ -7,7 +7,7 @@
 
 namespace lumo::test {
 
-/// The text with a number behind it. Appending spares the false alarm that g++ 12 raises when it optimises
+/// The text followed by a number. Appending avoids the false alarm that g++ 12 raises when it optimises
 /// the sum of a literal and a string (its bug 105651).
 [[nodiscard]] inline std::string numbered(std::string_view text, std::size_t n)
 {

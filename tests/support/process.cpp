@@ -10,7 +10,7 @@ namespace lumo::test {
 
 namespace {
 
-/// In the child: makes a descriptor stand for a file.
+/// In the child: redirects a descriptor to a file.
 void redirect(int descriptor, const std::filesystem::path& path, int flags)
 {
   const int file = open(path.c_str(), flags, 0600);

@@ -19,7 +19,7 @@ struct Outcome
   std::string err;
 };
 
-/// Where the standard output of a program goes
+/// The destination of a program's standard output
 enum class Output
 {
   kFile,        ///< to a file, whose content the outcome has
@@ -42,7 +42,7 @@ class Process
   [[nodiscard]] Outcome wait() const;
 
  private:
-  // The streams are files in a folder beside the one in which the program runs, so no pipe can fill up.
+  // The streams are files in another folder than the one in which the program runs, so no pipe can fill up.
   TemporaryFolder streams_;
   pid_t child_ = -1;
 };

@@ -12,10 +12,10 @@
 
 namespace lumo::test {
 
-/// A reproducible source of test inputs that prefers the values at which number code goes wrong.
+/// A reproducible source of test inputs that prefers values at which number code often fails.
 ///
-/// All randomness of a run follows from one seed: a fixed one, or the one that the environment variable
-/// LUMO_TEST_SEED names (decimal, 0x... or 0...). Numbers are drawn skewed: their bit length first, so that
+/// All randomness of a run follows from one seed: a fixed one, or the value of the environment variable
+/// LUMO_TEST_SEED (decimal, 0x... or 0...). Numbers are drawn skewed: their bit length first, so that
 /// short and long ones are equally frequent; then uniform bits, runs of ones and zeros, or a word limit give
 /// or take a little. Printing a generator prints what reproduces it:
 ///
@@ -33,8 +33,9 @@ class Random
     bits();
   }
 
-  /// A generator whose first numbers follow from two bytes each, so that a fuzzer can change one decision and
-  /// leave the others alone; when the bytes are used up, it goes on by itself. The bytes must outlive it.
+  /// A generator whose first numbers depend on two bytes each, so a fuzzer can change one decision and
+  /// leave the others unchanged. When the bytes are used up, it continues like other generators. The bytes must
+  /// outlive it.
   [[nodiscard]] static Random from_bytes(const std::uint8_t* bytes, std::size_t size)
   {
     Random random(kDefaultSeed, 0);
@@ -149,7 +150,7 @@ class Random
       result ^= ~0UL >> index(64);
     return result;
   }
-  /// A machine limit, give or take two.
+  /// A machine limit, plus or minus at most two.
   unsigned long near_limit()
   {
     static constexpr std::array<unsigned, 8> exponents = {15, 16, 31, 32, 62, 63, 63, 64};
@@ -157,7 +158,7 @@ class Random
     const unsigned long limit = exponent == 64 ? 0 : 1UL << exponent;
     return limit + static_cast<unsigned long>(between(-2, 2));
   }
-  /// A power of two of `length` bits, give or take two.
+  /// A power of two of `length` bits, plus or minus at most two.
   void near_power(mpz_ptr out, unsigned long length, unsigned long max_bits)
   {
     const long offset = between(-2, 2);

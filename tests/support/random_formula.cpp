@@ -15,7 +15,7 @@ namespace lumo::test {
 
 namespace {
 
-/// Operators that readers spell out, and those that take more arguments than two.
+/// Operators that readers expand, and those that take more than two arguments.
 constexpr std::array<std::string_view, 10> kDerivedOfBooleans = {"xor", "=>",  "=",  "distinct", "and",
                                                                  "or",  "and", "or", "xor",      "=>"};
 constexpr std::array<std::string_view, 8> kDerivedAtoms = {"distinct", "=",     "bvugt", "bvuge",
@@ -58,7 +58,7 @@ class Generator
     width_ = draw_width();
     const std::size_t num_assertions = 1 + random_.index(1 + random_.index(4));
     for (std::size_t i = 0; i < num_assertions; ++i) {
-      // Short ones as often as long ones
+      // Short ones are as frequent as long ones
       budget_ = 1 + random_.index(1 + random_.index(limits_.max_applications));
       formula_.assertions.push_back(make(0));
     }
@@ -145,7 +145,7 @@ class Generator
     }
   }
 
-  /// Mostly one width, so that what was made before fits
+  /// Mostly one width, so that existing terms fit
   unsigned long draw_operand_width() { return random_.one_in(4) ? draw_width() : width_; }
 
   const Term* make_vector(unsigned long w)
@@ -182,13 +182,13 @@ class Generator
       }
       case Kind::kBvRotateLeft:
       case Kind::kBvRotateRight:
-        return build(kind, {random_.index(w), w}, {w});  // what readers make of every index
+        return build(kind, {random_.index(w), w}, {w});  // readers reduce every index like this
       default:
         return make_uniform(kind, w);
     }
   }
 
-  /// An operator whose only parameter is the width of operands, which ite alone does not take first.
+  /// An operator whose only parameter is the width of its operands; for ite, the second and third ones.
   const Term* make_uniform(Kind kind, unsigned long w)
   {
     if (kind == Kind::kIte) return build(kind, {w}, {0, w, w});

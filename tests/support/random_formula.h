@@ -12,7 +12,7 @@ namespace lumo::test {
 struct FormulaLimits
 {
   std::vector<unsigned long> widths = {1, 2, 3, 4, 5, 6, 7, 8};  ///< parts of wide terms may be narrower
-  std::size_t max_applications = 24;  ///< of one assertion, before derived operators are spelt out
+  std::size_t max_applications = 24;  ///< of one assertion, before derived operators are expanded
   bool has_products = true;           ///< multiplication, division, remainders: hard at wide widths
 };
 
@@ -23,11 +23,11 @@ struct RandomFormula
   std::vector<const Term*> assertions;
 };
 
-/// Draws asserted Boolean terms over all operators, and over what readers make of the language's further ones,
+/// Draws asserted Boolean terms over all operators, and over expansions of the language's other operators,
 /// such that at least half of the constants occur once: in one argument of one term, or as one assertion.
 ///
 /// Sizes are skewed towards small ones. Subterms are shared, within an assertion and between assertions, and
-/// numerals are often those at which operators turn. The constants x0, x1, ... must be new to the manager.
+/// numerals are often limits of operators. The constants x0, x1, ... must be new to the manager.
 [[nodiscard]] RandomFormula make_random_formula(TermManager& mgr, Random& random,
                                                 const FormulaLimits& limits);
 

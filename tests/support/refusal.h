@@ -23,7 +23,7 @@ template <class Request>
   return "(not refused)";
 }
 
-/// The request must be refused with exactly this text and leave the manager as it was.
+/// Expects that the request is refused with exactly this text and leaves the manager unchanged.
 template <class Request>
 void expect_refusal(const TermManager& mgr, Request request, const std::string& text)
 {

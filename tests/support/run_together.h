@@ -8,7 +8,7 @@
 
 namespace lumo::test {
 
-/// Calls work(0) to work(num_threads - 1) at the same time, each in a thread of its own, and returns when all have
+/// Calls work(0) to work(num_threads - 1) at the same time, each in its own thread, and returns when all have
 /// returned.
 template <class Work>
 void run_together(std::size_t num_threads, Work work)

@@ -10,8 +10,8 @@ namespace lumo::test {
 /// The .smt2 files of a folder, sorted; none if there is no such folder.
 [[nodiscard]] std::vector<std::string> list_smt2_files(const std::filesystem::path& folder);
 
-/// Files as solvers meet them: those of the folder that the environment variable LUMO_SMT2_FOLDER names, or of
-/// one beside the checkout.
+/// Files that solvers typically get: those of the folder that the environment variable LUMO_SMT2_FOLDER names, or of
+/// a folder next to the checkout.
 [[nodiscard]] std::vector<std::string> list_foreign_files();
 
 /// The files that come with the tests.

@@ -8,7 +8,7 @@
 
 namespace lumo::test {
 
-/// A folder of its own that goes away with the object and all that is in it.
+/// A new folder that the destructor removes with its content.
 class TemporaryFolder
 {
  public:
@@ -18,11 +18,11 @@ class TemporaryFolder
   ~TemporaryFolder();
 
   [[nodiscard]] const std::filesystem::path& get_path() const { return path_; }
-  /// The path of a file in the folder, whether it is there or not.
+  /// The path of a file in the folder, whether it exists or not.
   [[nodiscard]] std::string get_file(const std::string& name) const { return (path_ / name).string(); }
   /// Writes a file into the folder and returns its path.
   std::string write(const std::string& name, std::string_view text) const;
-  /// The content of a file in the folder, empty if there is none.
+  /// The content of a file in the folder, empty if the file does not exist.
   [[nodiscard]] std::string read(const std::string& name) const;
   [[nodiscard]] std::size_t count_files() const;
 

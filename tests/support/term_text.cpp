@@ -9,7 +9,7 @@ namespace lumo::test {
 
 namespace {
 
-/// Precondition: the name has a spelling, and is not the name of a command.
+/// Precondition: the name can be spelled, and is not the name of a command.
 std::string quote(const std::string& name)
 {
   constexpr std::string_view kPlain = "~!@$%^&*_-+=<>.?/";

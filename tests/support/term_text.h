@@ -7,7 +7,7 @@
 
 namespace lumo::test {
 
-/// A small term as SMT-LIB 2 writes it, nothing shared.
+/// A small term as SMT-LIB 2 text, without sharing.
 [[nodiscard]] std::string make_term_text(const Term* t);
 
 }  // namespace lumo::test

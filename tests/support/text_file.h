@@ -9,7 +9,7 @@
 
 namespace lumo::test {
 
-/// The whole content of a file; one that cannot be opened fails the test that asks for it.
+/// The whole content of a file. The test fails if it cannot be opened.
 [[nodiscard]] inline std::string read_text_file(const std::filesystem::path& name)
 {
   std::ifstream file(name, std::ios::binary);

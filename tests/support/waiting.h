@@ -11,7 +11,7 @@
 
 namespace lumo::test {
 
-/// Waits until a condition holds, but not for ever.
+/// Waits until a condition holds, for a limited time.
 template <class Condition>
 bool wait_until(Condition condition)
 {
@@ -22,7 +22,7 @@ bool wait_until(Condition condition)
   return false;
 }
 
-/// Whether a process is gone, or dead and only waits for whoever has adopted it.
+/// Whether a process has ended, possibly without being waited for by the process that adopted it.
 inline bool is_gone(pid_t process)
 {
   if (kill(process, 0) != 0 && errno == ESRCH) return true;
@@ -33,8 +33,8 @@ inline bool is_gone(pid_t process)
   return file >> number >> name >> state && state == "Z";
 }
 
-/// The numbers of the children of a process, or of one of its threads, as the system lists them; what is left
-/// unwaited for is among them.
+/// The numbers of the children of a process, or of one of its threads, as the system lists them, including those
+/// that were not waited for.
 inline std::string list_children(pid_t thread)
 {
   std::ifstream file("/proc/" + std::to_string(thread) + "/task/" + std::to_string(thread) + "/children");
@@ -43,7 +43,7 @@ inline std::string list_children(pid_t thread)
   return children;
 }
 
-/// Waits until the process of that number, given as text, is gone.
+/// Waits until the process of that number, given as text, has ended.
 inline bool goes_away(const std::string& process)
 {
   return wait_until([&] { return is_gone(std::stoi(process)); });

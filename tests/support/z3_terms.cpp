@@ -80,7 +80,7 @@ constexpr std::array<Row, kNumOperators> kRows = {{
     {Kind::kBvUle, plain<Z3_mk_bvule>},
     {Kind::kBvSlt, plain<Z3_mk_bvslt>},
     {Kind::kBvSle, plain<Z3_mk_bvsle>},
-    // Z3's interface has no bvcomp of its own; it follows from the equality.
+    // Z3's interface has no bvcomp; build it from the equality.
     {Kind::kBvComp, plain<Z3_mk_eq>},
 }};
 

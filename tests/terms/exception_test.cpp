@@ -125,7 +125,7 @@ TEST(Exception, CannotBeAssigned)
 TEST_F(ExceptionObserver, IsNoneByDefault)
 {
   EXPECT_EQ(Exception::set_observer(nullptr), nullptr);
-  EXPECT_NO_THROW(Exception("nobody listens").dump_msg_and_raise_assertion());
+  EXPECT_NO_THROW(Exception("no observer").dump_msg_and_raise_assertion());
 }
 
 TEST_F(ExceptionObserver, IsHandedBackByItsSuccessor)

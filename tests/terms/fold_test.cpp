@@ -1,4 +1,4 @@
-// The meaning of all operators: every operand at narrow widths, and the corners that have a name.
+// The meaning of all operators: every operand at narrow widths, and the well-known corner cases.
 
 #include "lumo/terms/fold.h"
 

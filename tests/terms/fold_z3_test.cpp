@@ -60,7 +60,7 @@ QNumber draw_pattern(Random& random, unsigned long width)
   return number;
 }
 
-/// The patterns of one width at which operators turn, and a few random ones.
+/// Limits of operators among the patterns of one width, and a few random patterns.
 std::vector<QNumber> make_patterns(Random& random, unsigned long width, unsigned long operand_width)
 {
   if (width == 0) return {0, 1};

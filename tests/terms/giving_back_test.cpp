@@ -1,4 +1,4 @@
-// Marks, release and clear. The judge is a manager that never made what the other one has given back.
+// Marks, release and clear. The judge is a manager that never made the terms that the other one has released.
 
 #include <memory>
 #include <string>
@@ -17,7 +17,7 @@ namespace {
 
 constexpr unsigned long kWidth = 100;
 
-/// Makes terms of all sorts at random, the same for the same stream.
+/// Makes random terms of all sorts, the same for the same stream.
 class Maker
 {
  public:

@@ -45,7 +45,7 @@ bool is_prime(std::size_t n)
   return n > 1;
 }
 
-/// Numerals alone; every other one with a name, a constant or an application between them.
+/// Only numerals; or, after every second one, a name, a constant or an application.
 enum class Company
 {
   kNone,

@@ -1,4 +1,4 @@
-// Operator symbols with parameters that make no sense.
+// Operator symbols with invalid parameters.
 
 #include <string>
 #include <vector>
@@ -26,7 +26,7 @@ const std::string kWidthRange = ", but widths are 1 to 4294967295";
 
 const OperatorCase& get_case(Kind kind) { return get_operator_cases()[static_cast<std::size_t>(kind)]; }
 
-/// Requests first with every refused row, then once with parameters that make sense.
+/// Requests first with every refused row, then once with valid parameters.
 void expect_refusals(const std::vector<Refusal>& rows)
 {
   for (const Refusal& row : rows) {

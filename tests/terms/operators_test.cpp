@@ -1,4 +1,4 @@
-// What holds of all 32 operators alike: factory, recogniser, name, sorts, interning and refused applications.
+// Properties of all 32 operators: factory, recogniser, name, sorts, interning and refused applications.
 
 #include <array>
 #include <set>
@@ -54,7 +54,7 @@ class Operator : public testing::TestWithParam<OperatorCase>
     return symbols;
   }
 
-  /// A prefix that no constant has yet, so that it may have any sort.
+  /// A prefix that no constant has yet, so that a constant with it may have any sort.
   std::string make_prefix() { return numbered("x", mgr_.get_num_terms()).append("_"); }
 
   TermManager mgr_;
@@ -178,7 +178,8 @@ TEST_P(Operator, SymbolIsMadeOnce)
     distinct.insert(s);
   });
   EXPECT_EQ(mgr_.get_num_symbols(), num_symbols);
-  EXPECT_EQ(distinct.size(), num_symbols - 2) << "beside true and false there are this operator's symbols";
+  EXPECT_EQ(distinct.size(), num_symbols - 2)
+      << "besides true and false, there are only this operator's symbols";
 }
 
 TEST(OperatorSymbols, AskedForByTurnsAreTheSame)

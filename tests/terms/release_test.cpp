@@ -84,7 +84,7 @@ TEST(FailingAllocation, LeavesAManagerUsable)
     };
     if (survives(failing, [&] { (void)build(); })) break;
     ++num_failures;
-    // A second and third time nothing fails, and all but the fresh constant is found again.
+    // The second and third time, nothing fails, and everything except the fresh constant is found again.
     const Term* first = build();
     const Term* second = build();
     ASSERT_EQ(first->get_symbol(), second->get_symbol());
@@ -136,11 +136,11 @@ TEST(FailingAllocation, LeavesFreshConstantsTheirNumbers)
 
 namespace {
 
-/// A manager that makes terms of each sort, with a record of all that it has made.
+/// A manager that makes terms of each sort, with a record of them.
 class Growth
 {
  public:
-  /// Makes what the number stands for: a numeral, a constant, a fresh one, and applications.
+  /// Makes the term that the number selects: a numeral, a constant, a fresh one, and applications.
   void make(std::size_t i)
   {
     const DataType* type = mgr_.make_bv_type(128);
@@ -153,7 +153,7 @@ class Growth
     made_.push_back({numeral, constant, sum, rotated});
   }
   [[nodiscard]] std::size_t get_size() const { return made_.size(); }
-  /// Expects that making all of it again finds it.
+  /// Expects that making all terms again finds the existing ones.
   void expect_found()
   {
     const std::vector<Terms> before = made_;

@@ -212,7 +212,7 @@ TEST(FreshConstants, AvoidNamesTakenBefore)
   TermManager mgr;
   std::set<const Term*> taken;
   for (int i = 0; i < 20; ++i) {
-    // What a manager in which nothing is taken would call its constants
+    // The names that a manager without other constants would choose
     const std::string name = probe.make_fresh_constant("x", probe.make_bool_type())->get_symbol()->get_name();
     if (i % 3 != 1) taken.insert(mgr.make_constant(name, mgr.make_bv_type(8)));
   }

@@ -1,4 +1,4 @@
-// The text of terms: small cases in full, random ones as Z3 reads them, and large ones by their size.
+// The text of terms: small cases in full, random ones compared by Z3, and the size of large ones.
 
 #include "lumo/terms/term_text.h"
 

@@ -50,7 +50,7 @@ QNumber draw_small_fraction(Random& random)
   return {random.between(-bound, bound), random.between(1, bound)};
 }
 
-/// Appends what the operations make of x and y.
+/// Appends the results of the operations on x and y.
 void add_results(std::string& text, const QNumber& x, const QNumber& y)
 {
   for (const QNumber& result : {x + y, x - y, x * y}) {
@@ -73,7 +73,7 @@ void add_division(std::string& text, const QNumber& x, const QNumber& y)
 
 std::string get_name(const Term* t) { return t->get_symbol()->get_name(); }
 
-/// Applications to free constants, and to numerals for which `$` stands.
+/// Applications to free constants, and to numerals, which `$` marks.
 constexpr std::array<std::string_view, 24> kApplications = {
     "(bvnot x128)",
     "(bvneg x128)",

@@ -7,8 +7,8 @@
 
 namespace lumo::test {
 
-/// Work that a thread can do by itself. `run` returns everything that it has calculated as a text, which depends on the
-/// stream of random numbers only.
+/// Work for one thread. `run` returns all its results as a text, which only depends on the
+/// stream of random numbers.
 struct Job
 {
   const char* name;
@@ -21,9 +21,9 @@ std::string calculate_with_rationals(std::uint64_t stream);
 std::string calculate_with_small_fractions(std::uint64_t stream);
 /// The helpers for bit patterns, width 128.
 std::string calculate_with_patterns(std::uint64_t stream);
-/// Numerals of a manager of its own, and the values of terms over them.
+/// Numerals of its own manager, and the values of terms over them.
 std::string make_numerals(std::uint64_t stream);
-/// Calls of the calculators, which all threads share, on terms of a manager of its own.
+/// Calls of the calculators, which all threads share, on terms of its own manager.
 std::string call_calculators(std::uint64_t stream);
 /// `eliminate`, `extend` and `find_violated`, for formulas with random numerals.
 std::string eliminate_and_extend(std::uint64_t stream);

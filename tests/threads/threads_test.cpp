@@ -1,5 +1,5 @@
-// Threads that work on objects of their own do not disturb each other: what several calculate at the same time is what
-// one calculates alone. Under ThreadSanitizer, this also shows that they share nothing that one of them writes.
+// Threads that use their own objects do not disturb each other: the results of several concurrent threads are those
+// of one thread alone. Under ThreadSanitizer, this also shows that they share no data that one of them writes.
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-// The term layer of the hosting solver: each member notes that it was called, and lets the factory answer.
+// The term layer of the hosting solver: each member records the call, and forwards it to the factory.
 
 #include <stdexcept>
 
@@ -19,7 +19,7 @@ void note(const std::string& text)
   if (get_queries().is_recording) get_queries().texts.push_back(text);
 }
 
-/// The same for what makes something, which can fail.
+/// The same for members that make something, which can fail.
 void note_making(const std::string& text)
 {
   note(text);
@@ -36,7 +36,7 @@ void note_symbol(const char* op, std::initializer_list<unsigned long> parameters
   note_making(text);
 }
 
-/// Whether s is that operator; then its parameters are stored.
+/// Whether s is that operator; if so, stores its parameters.
 bool read_operator(const char* query, const Symbol* s, Kind kind, std::initializer_list<unsigned long*> out)
 {
   note(std::string(query) + " " + TermFactory::get_name(s));

@@ -1,5 +1,5 @@
-// The calculators on the terms of another solver: the table of edge cases, what they ask in which order, what they
-// leave behind if the term layer fails, and where they read widths and numbers from if nothing fits together.
+// The calculators on the terms of another solver: the table of edge cases, the order of their queries, what they
+// leave behind if the term layer fails, and which widths and numbers they read from ill-sorted terms.
 
 #include <memory>
 #include <string>
@@ -48,7 +48,7 @@ AdHocCalculator& get_calculator_of(const Term* t)
   return get_calculator(TermFactory::get_kind(t->get_symbol()));
 }
 
-/// A fresh manager, and nothing noted.
+/// A fresh manager, and nothing recorded.
 class OwnTerms : public testing::Test
 {
  protected:
@@ -100,7 +100,7 @@ TEST_F(OwnTerms, HaveTheSameEdgeCases)
     }
     EXPECT_EQ(take_definitions(), expected) << row;
     EXPECT_EQ(message, (row.message.empty() || row.is_plain_exception ? "" : "error: ") + row.message) << row;
-    // The hook runs once for an error; for a plain exception once more, for the copy that is thrown.
+    // The observer runs once for an error, and once more for a plain exception, for the copy that is thrown.
     std::vector<std::string> observed;
     if (row.is_plain_exception) observed.emplace_back("expected constant, but ");
     if (!row.message.empty()) observed.push_back(row.message);
@@ -309,7 +309,7 @@ struct FailureRow
 {
   const char* application;
   const char* value;
-  /// For each term and symbol that the call makes: how many definitions are on the stack if that one fails
+  /// For each term and symbol that the call makes: the number of definitions on the stack if making it fails
   std::vector<std::size_t> num_left;
 };
 
@@ -366,7 +366,7 @@ const std::vector<FailureRow>& get_failure_rows()
   return rows;
 }
 
-/// A call whose making of this number fails; whether it came to that.
+/// A call in which making the term or symbol of this number fails; returns whether that happened.
 bool fails(TermManager& mgr, const Term* t, const Term* value, DefinitionStack& defs, long failing)
 {
   get_queries().countdown = failing;
@@ -403,7 +403,7 @@ TEST_F(OwnTerms, KeepTheFirstDefinitionIfTheyFailBetweenTwoAndNoneIfTheyFailBefo
 
 constexpr std::array<unsigned long, 10> kWidths = {1, 2, 5, 8, 16, 31, 63, 64, 65, 100};
 
-/// Draws calls in which no sort has to fit another one.
+/// Draws calls whose sorts need not fit each other.
 class Draw
 {
  public:

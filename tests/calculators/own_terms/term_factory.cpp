@@ -59,7 +59,7 @@ unsigned long get_result_width(Kind kind, const Parameters& p)
   return 0;
 }
 
-/// x turned to the left by k bits
+/// x rotated to the left by k bits
 Integer rotate(const Integer& x, unsigned long k, unsigned long w)
 {
   Integer high;

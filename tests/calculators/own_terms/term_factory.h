@@ -17,8 +17,8 @@ namespace lumo::test {
 
 using Parameters = std::array<unsigned long, kMaxArity>;
 
-/// The other side of the terms of the hosting solver: what tests need to make and to print them, and what the
-/// calculators must not see. It makes any application, also of terms that do not fit the operator.
+/// The other side of the terms of the hosting solver: functions with which tests make and print them, and which the
+/// calculators must not see. It makes any application, also to terms that do not fit the operator.
 class TermFactory
 {
  public:
@@ -51,7 +51,7 @@ class TermFactory
   {
     return s->number_ ? &*s->number_ : nullptr;
   }
-  /// The name of a leaf as the queries print it
+  /// The name of a leaf in the printed queries
   [[nodiscard]] static const std::string& get_name(const Symbol* s) { return s->name_; }
   /// The term with all widths: see exact_reference.h.
   [[nodiscard]] static std::string print(const Term* t);
@@ -68,21 +68,21 @@ class TermFactory
   std::map<std::pair<const Symbol*, std::vector<const Term*>>, std::unique_ptr<Term>> terms_;
 };
 
-/// What the calculators ask of the hosting solver, in the order of the calls.
+/// The queries of the calculators to the hosting solver, in the order of the calls.
 struct Queries
 {
   std::vector<std::string> texts;  ///< filled if is_recording
   bool is_recording = false;
-  /// The texts of the exceptions that were built
+  /// The texts of the exceptions that were constructed
   std::vector<std::string> exceptions;
-  /// How many terms and symbols of operators are made before one fails; negative: none fails.
+  /// The number of terms and operator symbols that are made before one fails; negative: none fails.
   long countdown = -1;
 };
 
 /// Those of this process
 [[nodiscard]] Queries& get_queries();
 
-/// What fails when the countdown is over
+/// Thrown when the countdown is over
 struct MakingFailed
 {};
 

@@ -5,7 +5,7 @@
 
 namespace lumo {
 
-/// The model store of a solver with terms of its own: the calculators need its record of a definition only.
+/// The model store of a solver with its own terms: the calculators only need its record of a definition.
 class ModelStore
 {
  public:

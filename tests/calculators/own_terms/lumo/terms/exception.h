@@ -7,7 +7,7 @@
 
 namespace lumo {
 
-/// The exception base of a solver with terms of its own, with what the calculators need of it and nothing more.
+/// The exception base of a solver with its own terms, with only the members that the calculators need.
 class Exception : public std::exception
 {
  public:
@@ -40,7 +40,7 @@ class Exception : public std::exception
     }
   }
 
-  /// Notes the text, for the tests.
+  /// Records the text for the tests.
   void dump_msg_and_raise_assertion() const;
 
  private:

@@ -10,8 +10,8 @@
 
 #include "lumo/numbers/qnumber.h"
 
-// The terms of a solver that hosts the calculators: public is what these need, and nothing else. It is found in
-// place of lumo's own header of this name. Nothing is checked, so that a test can make terms that make no sense.
+// The terms of a solver that hosts the calculators: only the members that these need are public. This header is
+// found in place of lumo's own header of this name. It checks nothing, so a test can make ill-sorted terms.
 
 namespace lumo {
 
