@@ -126,7 +126,7 @@ void Options::add_solve()
   subcommand->add_flag("--model", solve.wants_model, "Also print a checked model of all declared constants");
   subcommand
       ->add_option("--solver", solve.method.solver_command,
-                   "The command of a solver that reads SMT-LIB 2; the default is the built-in Z3")
+                   "The command of a solver that reads SMT-LIB 2; the default is Z3, if it is built in")
       ->type_name("COMMAND");
   subcommand->add_option("--timeout", solve.method.seconds, "Stop the solver after this time")
       ->type_name("SECONDS");

@@ -1,8 +1,10 @@
 #include "lumo/smtlib/command_reader.h"
 
+#include <algorithm>
 #include <charconv>
 #include <string>
 
+#include "lumo/smtlib/nearest_word.h"
 #include "lumo/terms/exception.h"
 
 namespace lumo::smtlib {
@@ -52,6 +54,22 @@ Command CommandReader::read()
   command.kind = CommandKind::kOther;
   skip(command);
   return command;
+}
+
+std::string_view CommandReader::find_nearest(std::string_view name)
+{
+  // Fewer than for other words: reset-assertions, which the standard has, is three mistakes from get-assertions.
+  constexpr std::size_t kMost = 2;
+  const std::size_t most = std::min(kMost, get_most_mistakes(name));
+  std::string_view nearest;
+  std::size_t least = kNotNear;
+  for (const Row& row : kRows) {
+    const std::size_t distance = measure_mistakes(name, row.name, most);
+    if (distance >= least) continue;
+    nearest = row.name;
+    least = distance;
+  }
+  return nearest;
 }
 
 void CommandReader::replace(const Token& symbol, const Term* t)

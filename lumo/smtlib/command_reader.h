@@ -70,6 +70,8 @@ class CommandReader
   /// Reads the next command.
   [[nodiscard]] Command read();
   [[nodiscard]] Place get_place(std::size_t position) const { return lexer_.get_place(position); }
+  /// The known command that differs from a name by one or two mistakes in typing; empty if there is none.
+  [[nodiscard]] static std::string_view find_nearest(std::string_view name);
   /// The number of levels that were pushed and not popped.
   [[nodiscard]] std::size_t get_num_levels() const { return levels_.size(); }
   /// Replaces the meaning of a declared or defined symbol by another term.

@@ -24,6 +24,7 @@ class ScriptReader
   void check_push(const Command& command) const;
   void check_pop(const Command& command);
   void note_skipped(const Command& command);
+  [[noreturn]] void refuse_unknown(const Command& command) const;
   [[noreturn]] void fail(const Command& command, const std::string& sentence) const;
 
   CommandReader commands_;
@@ -61,9 +62,7 @@ bool ScriptReader::take(const Command& command)
       check_pop(command);
       break;
     case CommandKind::kOther:
-      fail(command, "the command " + make_excerpt(command.name) +
-                        " was found, but only declarations, definitions, assertions and one check-sat were "
-                        "expected");
+      refuse_unknown(command);
     case CommandKind::kExit:
     case CommandKind::kEnd:
       return false;
@@ -109,6 +108,16 @@ void ScriptReader::note_skipped(const Command& command)
   if (std::find(script_.skipped.begin(), script_.skipped.end(), command.name) == script_.skipped.end()) {
     script_.skipped.emplace_back(command.name);
   }
+}
+
+void ScriptReader::refuse_unknown(const Command& command) const
+{
+  std::string sentence =
+      "the command " + make_excerpt(command.name) +
+      " was found, but only declarations, definitions, assertions and one check-sat were expected";
+  const std::string_view nearest = CommandReader::find_nearest(command.name);
+  if (!nearest.empty()) sentence.append("; perhaps ").append(nearest).append(" was meant");
+  fail(command, sentence);
 }
 
 void ScriptReader::fail(const Command& command, const std::string& sentence) const

@@ -73,6 +73,10 @@ TEST(ReaderRefuses, CommandsBeyondOneQuery)
   {
     EXPECT_EQ(get_message("\n(" + command + " 1)"), "f:2:1: the command " + command + expected);
   }
+  EXPECT_EQ(get_message("(declare-cosnt x Bool)"),
+            "f:1:1: the command declare-cosnt" + expected + "; perhaps declare-const was meant");
+  EXPECT_EQ(get_message("(asert true)"),
+            "f:1:1: the command asert" + expected + "; perhaps assert was meant");
   expect_messages({
       {"(check-sat)\n(check-sat)", "f:2:1: a second check-sat was found, but only one was expected"},
       {"(check-sat)\n(assert true)",
