@@ -60,6 +60,10 @@ bool ScriptReader::take(const Command& command)
     case CommandKind::kPop:
       check_pop(command);
       break;
+    case CommandKind::kCheckSatAssuming:
+    case CommandKind::kGetValue:
+    case CommandKind::kReset:
+    case CommandKind::kResetAssertions:
     case CommandKind::kOther:
       fail(command, "the command " + make_excerpt(command.name) +
                         " was found, but only declarations, definitions, assertions and one check-sat were "
