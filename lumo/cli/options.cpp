@@ -89,6 +89,7 @@ Options::Options()
   add_check();
   add_dot();
   add_invert();
+  add_shell();
 }
 
 void Options::parse(int argc, const char* const* argv)
@@ -124,18 +125,22 @@ void Options::add_solve()
                      "Eliminate, let a solver solve the rest, and print sat, unsat or unknown.");
   add_script(subcommand, solve.file);
   subcommand->add_flag("--model", solve.wants_model, "Also print a checked model of all declared constants");
-  subcommand
-      ->add_option("--solver", solve.method.solver_command,
-                   "The command of a solver that reads SMT-LIB 2; the default is the built-in Z3")
-      ->type_name("COMMAND");
-  subcommand->add_option("--timeout", solve.method.seconds, "Stop the solver after this time")
-      ->type_name("SECONDS");
-  subcommand->add_flag_callback(
-      "--no-elimination", [this] { values_.solve.method.eliminates = false; },
-      "Give the solver the whole script");
+  add_method(subcommand, solve.method);
   subcommand->add_flag("--stats", solve.wants_statistics,
                        "Print sizes, eliminated applications and times to standard error");
   subcommand->add_flag("--json", solve.wants_json, "Print answer, model and statistics as one JSON object");
+}
+
+void Options::add_method(CLI::App* subcommand, commands::SolveMethod& method)
+{
+  subcommand
+      ->add_option("--solver", method.solver_command,
+                   "The command of a solver that reads SMT-LIB 2; the default is the built-in Z3")
+      ->type_name("COMMAND");
+  subcommand->add_option("--timeout", method.seconds, "Stop the solver after this time")
+      ->type_name("SECONDS");
+  subcommand->add_flag_callback(
+      "--no-elimination", [&method] { method.eliminates = false; }, "Give the solver the whole script");
 }
 
 void Options::add_simplify()
@@ -195,6 +200,18 @@ void Options::add_invert()
   subcommand->add_option("FILE", values_.invert_files, "SMT-LIB 2 files; - is the standard input")
       ->type_name("")
       ->required();
+}
+
+void Options::add_shell()
+{
+  commands::ShellOptions& shell = values_.shell;
+  CLI::App* subcommand =
+      add_subcommand(Subcommand::kShell, "shell",
+                     "Answer commands one by one, as they come, in front of a solver that keeps\n"
+                     "what it has learnt; with push, pop and many queries.");
+  subcommand->add_option("FILE", shell.file, "SMT-LIB 2 commands; -, the default, is the standard input")
+      ->type_name("");
+  add_method(subcommand, shell.method);
 }
 
 // -----------------------------------------------------------------------------------------------------------

@@ -1,6 +1,5 @@
 #include "lumo/commands/run_solve.h"
 
-#include <cmath>
 #include <memory>
 #include <ostream>
 
@@ -8,23 +7,10 @@
 #include "lumo/commands/subcommand.h"
 #include "lumo/commands/text_escapes.h"
 #include "lumo/smtlib/model_printer.h"
-#include "lumo/solvers/builtin_solver.h"
 
 namespace lumo::commands {
 
 namespace {
-
-void check_options(const SolveOptions& options)
-{
-  const std::optional<double>& seconds = options.method.seconds;
-  if (seconds && !(std::isfinite(*seconds) && *seconds > 0)) {
-    throw SubcommandFailure("lumo: the time limit must be a number of seconds above 0");
-  }
-  if (!options.method.solver_command && !solvers::has_builtin_solver()) {
-    throw SubcommandFailure(
-        "lumo: this lumo was built without Z3, so --solver COMMAND must say which solver to start");
-  }
-}
 
 solvers::Solution solve_input(Input& input, const SolveMethod& method, Statistics& statistics,
                               PhaseClock& clock)
@@ -81,7 +67,7 @@ int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, 
 {
   PhaseClock clock(progress);
   return run_subcommand(err, [&] {
-    check_options(options);
+    check_method(options.method);
     Statistics statistics;
     const std::unique_ptr<Input> input = read_input(options.file, in, err, clock);
     const solvers::Solution solution = solve_input(*input, options.method, statistics, clock);

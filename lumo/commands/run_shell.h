@@ -1,0 +1,26 @@
+#ifndef LUMO_COMMANDS_RUN_SHELL_H
+#define LUMO_COMMANDS_RUN_SHELL_H
+
+#include <iosfwd>
+#include <string>
+
+#include "lumo/commands/exit_status.h"
+#include "lumo/commands/solve_script.h"
+
+namespace lumo::commands {
+
+struct ShellOptions
+{
+  std::string file = "-";  ///< `-` stands for the standard input
+  SolveMethod method;
+};
+
+/// Does `lumo shell` and returns its exit status: kAnswered if no command was answered by an error, kCheckFailed if a
+/// model did not pass the check, else kRefused.
+///
+/// Commands are answered on `out` one by one, each as soon as it is complete in the input.
+int run_shell(const ShellOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
+
+}  // namespace lumo::commands
+
+#endif
