@@ -1,6 +1,7 @@
 #include "lumo/cli/options.h"
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -16,13 +17,14 @@ struct ValueName
   ValueKind kind;
 };
 
-constexpr std::array<ValueName, 6> kValueNames = {{
+constexpr std::array<ValueName, 7> kValueNames = {{
     {"FILE", ValueKind::kScript},
     {"REST", ValueKind::kFile},
     {"TRAIL", ValueKind::kFile},
     {"MODEL", ValueKind::kFile},
     {"COMMAND", ValueKind::kCommand},
     {"SECONDS", ValueKind::kNumber},
+    {"NUMBER", ValueKind::kNumber},
 }};
 
 void add_script(CLI::App* subcommand, std::string& file)
@@ -30,6 +32,14 @@ void add_script(CLI::App* subcommand, std::string& file)
   subcommand->add_option("FILE", file, "SMT-LIB 2 script; - is the standard input")
       ->type_name("")
       ->required();
+}
+
+void add_query(CLI::App* subcommand, std::optional<std::size_t>& query)
+{
+  subcommand
+      ->add_option("--query", query,
+                   "Of a script with several queries, the one that this is about; else the last")
+      ->type_name("NUMBER");
 }
 
 std::string_view describe_value(ValueKind kind)
@@ -149,6 +159,7 @@ void Options::add_simplify()
   CLI::App* subcommand = add_subcommand(Subcommand::kSimplify, "simplify",
                                         "Eliminate, and print the rest as a script for any solver.");
   add_script(subcommand, simplify.file);
+  add_query(subcommand, simplify.query);
   subcommand
       ->add_option("-o,--output", simplify.rest, "The file for the rest; the default is standard output")
       ->type_name("REST");
@@ -163,6 +174,7 @@ void Options::add_extend()
       Subcommand::kExtend, "extend",
       "Make a model of the script from a solver's model of the rest that simplify printed, and check it.");
   add_script(subcommand, extend.file);
+  add_query(subcommand, extend.query);
   subcommand->add_option("--trail", extend.trail, "The trail that simplify wrote")
       ->type_name("TRAIL")
       ->required();
@@ -175,6 +187,7 @@ void Options::add_check()
   CLI::App* subcommand = add_subcommand(Subcommand::kCheck, "check",
                                         "Say whether every assertion of the script is true under a model.");
   add_script(subcommand, check.file);
+  add_query(subcommand, check.query);
   subcommand->add_option("--model", check.model, "The model, as solvers print it")
       ->type_name("MODEL")
       ->required();
@@ -186,6 +199,7 @@ void Options::add_dot()
   CLI::App* subcommand = add_subcommand(
       Subcommand::kDot, "dot", "Print the term graph for Graphviz, with the eliminated applications marked.");
   add_script(subcommand, dot.file);
+  add_query(subcommand, dot.query);
   subcommand->add_flag("--after", dot.is_after,
                        "Show the rest, with the constants marked that replace applications");
 }

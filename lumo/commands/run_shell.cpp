@@ -48,6 +48,12 @@ void open_file(const std::string& name, std::ifstream& file)
   if (!file) with_located_failures(make_input_name(name), [&] { (void)read_file(name); });
 }
 
+int get_status(const Shell& shell)
+{
+  if (shell.has_wrong_model()) return kCheckFailed;
+  return shell.has_failed() ? kRefused : kAnswered;
+}
+
 }  // namespace
 
 int run_shell(const ShellOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
@@ -55,6 +61,7 @@ int run_shell(const ShellOptions& options, std::istream& in, std::ostream& out, 
   return run_subcommand(err, [&] {
     check_method(options.method);
     Shell shell(make_input_name(options.file), options.method, out);
+    shell.print_models(options.wants_models);
     if (options.file == "-") {
       hold_conversation(shell, in);
     } else {
@@ -62,9 +69,21 @@ int run_shell(const ShellOptions& options, std::istream& in, std::ostream& out, 
       open_file(options.file, file);
       hold_conversation(shell, file);
     }
-    if (shell.has_wrong_model()) return kCheckFailed;
-    return shell.has_failed() ? kRefused : kAnswered;
+    return get_status(shell);
   });
+}
+
+int answer_commands(const ShellOptions& options, std::string_view text, std::ostream& out)
+{
+  Shell shell(make_input_name(options.file), options.method, out);
+  shell.print_models(options.wants_models);
+  smtlib::CommandSplitter commands;
+  commands.add(text);
+  commands.finish();
+  for (auto command = commands.take(); command; command = commands.take()) {
+    if (!shell.take(*command)) break;
+  }
+  return get_status(shell);
 }
 
 }  // namespace lumo::commands

@@ -3,6 +3,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 #include "lumo/commands/exit_status.h"
 #include "lumo/commands/solve_script.h"
@@ -13,6 +14,7 @@ struct ShellOptions
 {
   std::string file = "-";  ///< `-` stands for the standard input
   SolveMethod method;
+  bool wants_models = false;  ///< after each `sat`, print a model without being asked
 };
 
 /// Does `lumo shell` and returns its exit status: kAnswered if no command was answered by an error, kCheckFailed if a
@@ -20,6 +22,9 @@ struct ShellOptions
 ///
 /// Commands are answered on `out` one by one, each as soon as it is complete in the input.
 int run_shell(const ShellOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
+
+/// The same for the commands of a text, without looking for a file.
+int answer_commands(const ShellOptions& options, std::string_view text, std::ostream& out);
 
 }  // namespace lumo::commands
 

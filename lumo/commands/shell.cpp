@@ -284,6 +284,7 @@ void Shell::check()
       break;
   }
   answer(to_string(found));
+  if (prints_models_ && state_ == State::kSat) get_model();
 }
 
 solvers::Answer Shell::find_answer(const std::vector<const Term*>& assumptions)

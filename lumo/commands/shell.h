@@ -33,6 +33,8 @@ class Shell
   /// Texts come under that name in messages. Answers go to the stream, which must outlive the object.
   Shell(std::string name, const SolveMethod& method, std::ostream& out);
 
+  /// Whether a model is printed after each `sat`, without being asked for.
+  void print_models(bool prints) { prints_models_ = prints; }
   /// Answers a command; false if the conversation is over.
   bool take(const smtlib::CommandText& text);
   /// Whether some command was answered by an error.
@@ -92,6 +94,7 @@ class Shell
   std::string name_;
   SolveMethod method_;
   std::ostream& out_;
+  bool prints_models_ = false;
   bool has_failed_ = false;
   bool has_wrong_model_ = false;
 

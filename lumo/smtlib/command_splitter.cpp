@@ -8,7 +8,7 @@ namespace lumo::smtlib {
 
 namespace {
 
-constexpr std::string_view kByteOrderMark = "\xef\xbb\xbf";
+constexpr std::string_view kTextMark = "\xef\xbb\xbf";
 
 }  // namespace
 
@@ -59,9 +59,9 @@ bool CommandSplitter::begin()
 
 bool CommandSplitter::skip_byte_order_mark()
 {
-  const bool may_be_cut = text_.size() < kByteOrderMark.size() && kByteOrderMark.starts_with(text_);
+  const bool may_be_cut = text_.size() < kTextMark.size() && kTextMark.starts_with(text_);
   if (may_be_cut && !is_finished_) return false;
-  if (text_.starts_with(kByteOrderMark)) start_ = next_ = kByteOrderMark.size();
+  if (text_.starts_with(kTextMark)) start_ = next_ = kTextMark.size();
   is_first_ = false;
   return true;
 }

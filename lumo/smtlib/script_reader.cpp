@@ -24,6 +24,8 @@ class ScriptReader
   void check_push(const Command& command) const;
   void check_pop(const Command& command);
   void note_skipped(const Command& command);
+  [[noreturn]] void refuse_other(const Command& command) const;
+  /// Refuses what makes several queries of the text.
   [[noreturn]] void fail(const Command& command, const std::string& sentence) const;
 
   CommandReader commands_;
@@ -65,9 +67,7 @@ bool ScriptReader::take(const Command& command)
     case CommandKind::kReset:
     case CommandKind::kResetAssertions:
     case CommandKind::kOther:
-      fail(command, "the command " + make_excerpt(command.name) +
-                        " was found, but only declarations, definitions, assertions and one check-sat were "
-                        "expected");
+      refuse_other(command);
     case CommandKind::kExit:
     case CommandKind::kEnd:
       return false;
@@ -115,9 +115,20 @@ void ScriptReader::note_skipped(const Command& command)
   }
 }
 
+void ScriptReader::refuse_other(const Command& command) const
+{
+  const std::string sentence =
+      "the command " + make_excerpt(command.name) +
+      " was found, but only declarations, definitions, assertions and one check-sat were expected";
+  const bool is_known =
+      command.name == "check-sat-assuming" || command.name == "reset" || command.name == "reset-assertions";
+  if (is_known) fail(command, sentence);
+  throw InputError(commands_.get_place(command.position), sentence);
+}
+
 void ScriptReader::fail(const Command& command, const std::string& sentence) const
 {
-  throw InputError(commands_.get_place(command.position), sentence);
+  throw SeveralQueries(commands_.get_place(command.position), sentence);
 }
 
 }  // namespace

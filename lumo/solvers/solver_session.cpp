@@ -24,7 +24,7 @@ namespace {
 
 constexpr std::size_t kMostComplaint = 4096;
 /// What a solver prints after several answers
-constexpr std::string_view kEndMark = "lumo-has-all-answers";
+constexpr std::string_view kEndOfAnswers = "lumo-has-all-answers";
 
 }  // namespace
 
@@ -106,12 +106,12 @@ std::vector<std::string> SolverSession::ask_all(std::string_view commands, const
   const SignalGuard guard;
   check_silence();
   tell(commands);
-  tell("(echo \"" + std::string(kEndMark) + "\")\n");
+  tell("(echo \"" + std::string(kEndOfAnswers) + "\")\n");
   std::vector<std::string> answers;
   for (;;) {
     std::string answer = await_answer(deadline, guard);
     // Some solvers print a string as it was written, some without the quotation marks.
-    if (answer == kEndMark || answer == '"' + std::string(kEndMark) + '"') return answers;
+    if (answer == kEndOfAnswers || answer == '"' + std::string(kEndOfAnswers) + '"') return answers;
     answers.push_back(std::move(answer));
   }
 }

@@ -54,7 +54,8 @@ TEST(Reference, IsComparedWithAllThatHelpLists)
   EXPECT_EQ(list_subcommands(),
             (std::vector<std::string>{"solve", "simplify", "extend", "check", "dot", "invert", "shell"}));
   EXPECT_EQ(list_options({}), (std::set<std::string>{"-h", "--help", "--version"}));
-  EXPECT_EQ(list_options({"simplify"}), (std::set<std::string>{"-h", "--help", "-o", "--output", "--trail"}));
+  EXPECT_EQ(list_options({"simplify"}),
+            (std::set<std::string>{"-h", "--help", "-o", "--output", "--query", "--trail"}));
 }
 
 // -----------------------------------------------------------------------------------------------------------

@@ -23,11 +23,11 @@ using solvers::SolverError;
 using solvers::SolverSession;
 using solvers::SolverTimeOver;
 
-const Deadline kNever{std::nullopt};
+const Deadline kNoDeadline{std::nullopt};
 
 /// What a solver does wrong when it is asked, from after its name on.
 std::string find_session_failure(SolverSession& session, const std::string& question,
-                                 const Deadline& deadline = kNever)
+                                 const Deadline& deadline = kNoDeadline)
 {
   try {
     const std::string answer = session.ask(question, deadline);
@@ -71,9 +71,9 @@ void hold_conversation(SolverSession& session)
 {
   for (const SessionRow& row : kSessionRows) {
     session.tell(row.told);
-    EXPECT_EQ(session.ask(row.question, kNever), row.answer) << row.told << row.question;
+    EXPECT_EQ(session.ask(row.question, kNoDeadline), row.answer) << row.told << row.question;
   }
-  const std::string model = session.ask("(get-model)\n", kNever);
+  const std::string model = session.ask("(get-model)\n", kNoDeadline);
   EXPECT_NE(model.find("define-fun x () (_ BitVec 4)"), std::string::npos) << model;
 }
 
@@ -95,17 +95,17 @@ TEST(SolverSessions, AskForSeveralAnswers)
 {
   const std::unique_ptr<SolverSession> session = SolverSession::start_builtin();
   const std::vector<std::string> answers =
-      session->ask_all("(echo \"a b\")(set-option :nonsense 1)(set-logic QF_BV)(check-sat)", kNever);
+      session->ask_all("(echo \"a b\")(set-option :nonsense 1)(set-logic QF_BV)(check-sat)", kNoDeadline);
   EXPECT_EQ(answers, (std::vector<std::string>{"\"a b\"", "unsupported", "sat"}));
-  EXPECT_EQ(session->ask("(check-sat)\n", kNever), "sat");
+  EXPECT_EQ(session->ask("(check-sat)\n", kNoDeadline), "sat");
 }
 
 TEST(SolverSessions, SendAndReceiveMoreThanAPipeHolds)
 {
   const std::unique_ptr<SolverSession> session = SolverSession::start_command("cat");
   const std::string list = "(" + std::string(5'000'000, 'x') + ")";
-  EXPECT_EQ(session->ask(list + "\n", kNever), list);
-  EXPECT_EQ(session->ask("(a ; (\n b)", kNever), "(a ; (\n b)");
+  EXPECT_EQ(session->ask(list + "\n", kNoDeadline), list);
+  EXPECT_EQ(session->ask("(a ; (\n b)", kNoDeadline), "(a ; (\n b)");
 }
 
 TEST(BuiltInSession, NamesCoresAndAssumptions)
@@ -115,20 +115,20 @@ TEST(BuiltInSession, NamesCoresAndAssumptions)
       "(declare-const x (_ BitVec 8))(declare-const a Bool)(declare-const b Bool)(declare-const |c d| Bool)"
       "(assert (! (=> a (= x #x01)) :named one))(assert (! (=> b (= x #x02)) :named |two 2|))"
       "(assert (! (bvult x #xf0) :named three))");
-  EXPECT_EQ(session->ask("(check-sat-assuming (|c d| a b))", kNever), "unsat");
-  const std::string core = session->ask("(get-unsat-core)", kNever);
+  EXPECT_EQ(session->ask("(check-sat-assuming (|c d| a b))", kNoDeadline), "unsat");
+  const std::string core = session->ask("(get-unsat-core)", kNoDeadline);
   EXPECT_NE(core.find("one"), std::string::npos) << core;
   EXPECT_NE(core.find("|two 2|"), std::string::npos) << core;
-  const std::string assumptions = session->ask("(get-unsat-assumptions)", kNever);
+  const std::string assumptions = session->ask("(get-unsat-assumptions)", kNoDeadline);
   EXPECT_TRUE(assumptions == "(a b)" || assumptions == "(b a)") << assumptions;
 }
 
 TEST(BuiltInSession, AnswersErrorsAndGoesOn)
 {
   const std::unique_ptr<SolverSession> session = SolverSession::start_builtin();
-  EXPECT_EQ(session->ask("(assert x)", kNever), "(error \"the symbol x is not declared\")");
-  EXPECT_EQ(session->ask("(get-proof)", kNever), "unsupported");
-  EXPECT_EQ(session->ask("(get-model)", kNever).substr(0, 7), "(error ");
+  EXPECT_EQ(session->ask("(assert x)", kNoDeadline), "(error \"the symbol x is not declared\")");
+  EXPECT_EQ(session->ask("(get-proof)", kNoDeadline), "unsupported");
+  EXPECT_EQ(session->ask("(get-model)", kNoDeadline).substr(0, 7), "(error ");
 }
 
 // -----------------------------------------------------------------------------------------------------------
@@ -163,7 +163,7 @@ TEST(SolverSessionFailures, NoticeAnswersWithoutAQuestion)
   const std::string mark = folder.get_file("printed");
   const std::unique_ptr<SolverSession> session =
       SolverSession::start_command("read line; echo sat; echo unsat; touch " + mark + "; cat > /dev/null");
-  EXPECT_EQ(session->ask("(check-sat)\n", kNever), "sat");
+  EXPECT_EQ(session->ask("(check-sat)\n", kNoDeadline), "sat");
   ASSERT_TRUE(wait_until([&] { return std::ifstream(mark).good(); }));
   EXPECT_EQ(find_session_failure(*session, "(check-sat)\n"), "printed unsat, but was not asked");
 }
@@ -175,7 +175,7 @@ TEST(SolverSessionFailures, EndWhatACommandHasStarted)
   {
     const std::unique_ptr<SolverSession> session =
         SolverSession::start_command("read line; sleep 1000 & echo $! > " + file + "; echo started; cat");
-    EXPECT_EQ(session->ask("go\n", kNever), "started");
+    EXPECT_EQ(session->ask("go\n", kNoDeadline), "started");
   }
   EXPECT_TRUE(goes_away(read_text_file(file)));
 }
