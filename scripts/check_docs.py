@@ -285,7 +285,8 @@ def check_smt2(site, block):
                  for path in ([ROOT / name] if name.endswith(".smt2") else (ROOT / name).rglob("*.smt2"))]
         if not any(path.exists() and path.read_text(encoding="utf-8") == block.text for path in paths):
             raise Fault(f"is not what is in {' or '.join(named)}")
-    status, output = site.run(["lumo", "simplify", "-"], block.text)
+    subcommand = "shell" if "(push " in block.text else "simplify"
+    status, output = site.run(["lumo", subcommand, "-"], block.text)
     if status != 0:
         raise Fault(f"lumo does not read it:\n{output}")
     return None

@@ -14,6 +14,7 @@
 #include "lumo/cli/options.h"
 #include "lumo/cli/progress_line.h"
 #include "lumo/commands/run_invert.h"
+#include "lumo/commands/run_shell.h"
 #include "lumo/commands/subcommand.h"
 
 namespace {
@@ -52,6 +53,8 @@ int run_subcommand(const Options& options)
       return lumo::commands::run_dot(values.dot, std::cin, std::cout, err, &line);
     case Subcommand::kInvert:
       return lumo::commands::run_invert(values.invert_files, std::cin, std::cout, err, &line);
+    case Subcommand::kShell:
+      return lumo::commands::run_shell(values.shell, std::cin, std::cout, err);
   }
   return kFailed;  // GCOVR_EXCL_LINE: the switch handles all values
 }

@@ -1,6 +1,7 @@
 #include "lumo/cli/options.h"
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -16,13 +17,14 @@ struct ValueName
   ValueKind kind;
 };
 
-constexpr std::array<ValueName, 6> kValueNames = {{
+constexpr std::array<ValueName, 7> kValueNames = {{
     {"FILE", ValueKind::kScript},
     {"REST", ValueKind::kFile},
     {"TRAIL", ValueKind::kFile},
     {"MODEL", ValueKind::kFile},
     {"COMMAND", ValueKind::kCommand},
     {"SECONDS", ValueKind::kNumber},
+    {"NUMBER", ValueKind::kNumber},
 }};
 
 void add_script(CLI::App* subcommand, std::string& file)
@@ -30,6 +32,14 @@ void add_script(CLI::App* subcommand, std::string& file)
   subcommand->add_option("FILE", file, "SMT-LIB 2 script; - is the standard input")
       ->type_name("")
       ->required();
+}
+
+void add_query(CLI::App* subcommand, std::optional<std::size_t>& query)
+{
+  subcommand
+      ->add_option("--query", query,
+                   "Of a script with several queries, the one that this is about; else the last")
+      ->type_name("NUMBER");
 }
 
 std::string_view describe_value(ValueKind kind)
@@ -89,6 +99,7 @@ Options::Options()
   add_check();
   add_dot();
   add_invert();
+  add_shell();
 }
 
 void Options::parse(int argc, const char* const* argv)
@@ -124,18 +135,22 @@ void Options::add_solve()
                      "Eliminate, let a solver solve the rest, and print sat, unsat or unknown.");
   add_script(subcommand, solve.file);
   subcommand->add_flag("--model", solve.wants_model, "Also print a checked model of all declared constants");
-  subcommand
-      ->add_option("--solver", solve.method.solver_command,
-                   "The command of a solver that reads SMT-LIB 2; the default is Z3, if it is built in")
-      ->type_name("COMMAND");
-  subcommand->add_option("--timeout", solve.method.seconds, "Stop the solver after this time")
-      ->type_name("SECONDS");
-  subcommand->add_flag_callback(
-      "--no-elimination", [this] { values_.solve.method.eliminates = false; },
-      "Give the solver the whole script");
+  add_method(subcommand, solve.method);
   subcommand->add_flag("--stats", solve.wants_statistics,
                        "Print sizes, eliminated applications and times to standard error");
   subcommand->add_flag("--json", solve.wants_json, "Print answer, model and statistics as one JSON object");
+}
+
+void Options::add_method(CLI::App* subcommand, commands::SolveMethod& method)
+{
+  subcommand
+      ->add_option("--solver", method.solver_command,
+                   "The command of a solver that reads SMT-LIB 2; the default is Z3, if it is built in")
+      ->type_name("COMMAND");
+  subcommand->add_option("--timeout", method.seconds, "Stop the solver after this time")
+      ->type_name("SECONDS");
+  subcommand->add_flag_callback(
+      "--no-elimination", [&method] { method.eliminates = false; }, "Give the solver the whole script");
 }
 
 void Options::add_simplify()
@@ -144,6 +159,7 @@ void Options::add_simplify()
   CLI::App* subcommand = add_subcommand(Subcommand::kSimplify, "simplify",
                                         "Eliminate, and print the rest as a script for any solver.");
   add_script(subcommand, simplify.file);
+  add_query(subcommand, simplify.query);
   subcommand
       ->add_option("-o,--output", simplify.rest, "The file for the rest; the default is standard output")
       ->type_name("REST");
@@ -158,6 +174,7 @@ void Options::add_extend()
       Subcommand::kExtend, "extend",
       "Make a model of the script from a solver's model of the rest that simplify printed, and check it.");
   add_script(subcommand, extend.file);
+  add_query(subcommand, extend.query);
   subcommand->add_option("--trail", extend.trail, "The trail that simplify wrote")
       ->type_name("TRAIL")
       ->required();
@@ -170,6 +187,7 @@ void Options::add_check()
   CLI::App* subcommand = add_subcommand(Subcommand::kCheck, "check",
                                         "Say whether every assertion of the script is true under a model.");
   add_script(subcommand, check.file);
+  add_query(subcommand, check.query);
   subcommand->add_option("--model", check.model, "The model, as solvers print it")
       ->type_name("MODEL")
       ->required();
@@ -181,6 +199,7 @@ void Options::add_dot()
   CLI::App* subcommand = add_subcommand(
       Subcommand::kDot, "dot", "Print the term graph for Graphviz, with the eliminated applications marked.");
   add_script(subcommand, dot.file);
+  add_query(subcommand, dot.query);
   subcommand->add_flag("--after", dot.is_after,
                        "Show the rest, with the constants marked that replace applications");
 }
@@ -195,6 +214,18 @@ void Options::add_invert()
   subcommand->add_option("FILE", values_.invert_files, "SMT-LIB 2 files; - is the standard input")
       ->type_name("")
       ->required();
+}
+
+void Options::add_shell()
+{
+  commands::ShellOptions& shell = values_.shell;
+  CLI::App* subcommand =
+      add_subcommand(Subcommand::kShell, "shell",
+                     "Answer commands one by one, as they come, in front of a solver that keeps\n"
+                     "what it has learnt; with push, pop and many queries.");
+  subcommand->add_option("FILE", shell.file, "SMT-LIB 2 commands; -, the default, is the standard input")
+      ->type_name("");
+  add_method(subcommand, shell.method);
 }
 
 // -----------------------------------------------------------------------------------------------------------

@@ -13,6 +13,7 @@
 #include "lumo/commands/run_check.h"
 #include "lumo/commands/run_dot.h"
 #include "lumo/commands/run_extend.h"
+#include "lumo/commands/run_shell.h"
 #include "lumo/commands/run_simplify.h"
 #include "lumo/commands/run_solve.h"
 
@@ -26,6 +27,7 @@ enum class Subcommand : std::uint8_t
   kCheck,
   kDot,
   kInvert,
+  kShell,
 };
 
 /// The values of the options and arguments of all subcommands.
@@ -37,6 +39,7 @@ struct Values
   commands::CheckOptions check;
   commands::DotOptions dot;
   std::vector<std::string> invert_files;
+  commands::ShellOptions shell;
 };
 
 /// The only table of the subcommands and their options: it reads the command line, and help, manual page and
@@ -64,6 +67,8 @@ class Options
   void add_check();
   void add_dot();
   void add_invert();
+  void add_shell();
+  static void add_method(CLI::App* subcommand, commands::SolveMethod& method);
 
   CLI::App app_;
   std::vector<std::pair<const CLI::App*, Subcommand>> subcommands_;
@@ -110,7 +115,8 @@ struct ExitStatus
 
 inline constexpr std::array<ExitStatus, 4> kExitStatuses = {{
     {commands::kAnswered, "an answer"},
-    {commands::kRefused, "invert refused a request, or check found the model invalid"},
+    {commands::kRefused,
+     "invert refused a request, check found the model invalid, or shell printed an error"},
     {commands::kFailed, "bad input, a solver that failed, or output that cannot be written"},
     {commands::kCheckFailed, "a model of lumo's own did not pass lumo's own check"},
 }};

@@ -47,7 +47,7 @@ int run_check(const CheckOptions& options, std::istream& in, std::ostream& out, 
   PhaseClock clock(progress);
   return run_subcommand(err, [&] {
     check_one_standard_input({options.file, options.model});
-    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock);
+    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock, options.query);
     const std::vector<ModelValue> values =
         read_model_file(input->mgr, input->script.constants, options.model, in, clock);
 

@@ -1,7 +1,9 @@
 #ifndef LUMO_COMMANDS_RUN_CHECK_H
 #define LUMO_COMMANDS_RUN_CHECK_H
 
+#include <cstddef>
 #include <iosfwd>
+#include <optional>
 #include <string>
 
 #include "lumo/commands/exit_status.h"
@@ -12,7 +14,8 @@ namespace lumo::commands {
 struct CheckOptions
 {
   std::string file;
-  std::string model;  ///< in the form of a response to `get-model`
+  std::string model;                   ///< in the form of a response to `get-model`
+  std::optional<std::size_t> query{};  ///< of the file, counted from 1; else the last one
 };
 
 /// Does `lumo check` and returns its exit status. One of the files may be `-`, which stands for `in`.

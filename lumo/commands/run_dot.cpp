@@ -14,7 +14,7 @@ int run_dot(const DotOptions& options, std::istream& in, std::ostream& out, std:
 {
   PhaseClock clock(progress);
   return run_subcommand(err, [&] {
-    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock);
+    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock, options.query);
     const std::vector<const Term*> assertions = input->script.get_asserted_terms();
     clock.enter(Phase::kEliminate, input->mgr.get_num_terms());
     const Elimination elimination =

@@ -48,7 +48,7 @@ int run_extend(const ExtendOptions& options, std::istream& in, std::ostream& out
   PhaseClock clock(progress);
   return run_subcommand(err, [&] {
     check_one_standard_input({options.file, options.trail, options.model});
-    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock);
+    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock, options.query);
     const Trail trail = read_located(options.trail, in, clock, [&](const std::string& text) {
       return smtlib::read_trail(input->mgr, input->script.constants, text);
     });

@@ -1,7 +1,9 @@
 #ifndef LUMO_COMMANDS_RUN_EXTEND_H
 #define LUMO_COMMANDS_RUN_EXTEND_H
 
+#include <cstddef>
 #include <iosfwd>
+#include <optional>
 #include <string>
 
 #include "lumo/commands/exit_status.h"
@@ -11,9 +13,10 @@ namespace lumo::commands {
 
 struct ExtendOptions
 {
-  std::string file;   ///< the script before `lumo simplify`
-  std::string trail;  ///< the trail that `lumo simplify` wrote
-  std::string model;  ///< the output of a solver for the rest
+  std::string file;                    ///< the script before `lumo simplify`
+  std::string trail;                   ///< the trail that `lumo simplify` wrote
+  std::string model;                   ///< the output of a solver for the rest
+  std::optional<std::size_t> query{};  ///< of the file, counted from 1; else the last one
 };
 
 /// Does `lumo extend` and returns its exit status. One of the files may be `-`, which stands for `in`.

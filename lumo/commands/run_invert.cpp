@@ -63,7 +63,7 @@ int run_invert(const std::vector<std::string>& files, std::istream& in, std::ost
   int status = kAllSolved;
   for (const std::string& file : files) {
     status = std::max(status, run_subcommand(err, [&] {
-                        inputs.push_back(read_input(file, in, err, clock));
+                        inputs.push_back(read_single_query(file, in, err, clock));
                         return kAllSolved;
                       }));
   }

@@ -86,7 +86,7 @@ int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream&
     if (options.trail) trail_output.emplace(*options.trail);
     check_outputs(options, rest_output, trail_output);
 
-    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock);
+    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock, options.query);
     clock.enter(Phase::kEliminate, input->mgr.get_num_terms());
     const Elimination elimination = with_located_failures(
         input->name, [&] { return eliminate(input->mgr, input->script.get_asserted_terms()); });

@@ -1,6 +1,7 @@
 #ifndef LUMO_COMMANDS_RUN_SIMPLIFY_H
 #define LUMO_COMMANDS_RUN_SIMPLIFY_H
 
+#include <cstddef>
 #include <iosfwd>
 #include <optional>
 #include <string>
@@ -12,9 +13,10 @@ namespace lumo::commands {
 
 struct SimplifyOptions
 {
-  std::string file;                  ///< `-` stands for the standard input
-  std::string rest = "-";            ///< the file for the rest; `-` is the standard output
-  std::optional<std::string> trail;  ///< the file for the trail, if any; `-` is the standard output
+  std::string file;                    ///< `-` stands for the standard input
+  std::string rest = "-";              ///< the file for the rest; `-` is the standard output
+  std::optional<std::string> trail;    ///< the file for the trail, if any; `-` is the standard output
+  std::optional<std::size_t> query{};  ///< of the file, counted from 1; else the last one
 };
 
 /// Does `lumo simplify` and returns its exit status.

@@ -1,30 +1,17 @@
 #include "lumo/commands/run_solve.h"
 
-#include <cmath>
 #include <memory>
 #include <ostream>
 
 #include "lumo/commands/complete_model.h"
+#include "lumo/commands/run_shell.h"
 #include "lumo/commands/subcommand.h"
 #include "lumo/commands/text_escapes.h"
 #include "lumo/smtlib/model_printer.h"
-#include "lumo/solvers/builtin_solver.h"
 
 namespace lumo::commands {
 
 namespace {
-
-void check_options(const SolveOptions& options)
-{
-  const std::optional<double>& seconds = options.method.seconds;
-  if (seconds && !(std::isfinite(*seconds) && *seconds > 0)) {
-    throw SubcommandFailure("lumo: the time limit must be a number of seconds above 0");
-  }
-  if (!options.method.solver_command && !solvers::has_builtin_solver()) {
-    throw SubcommandFailure(
-        "lumo: this lumo was built without Z3, so --solver COMMAND must say which solver to start");
-  }
-}
 
 solvers::Solution solve_input(Input& input, const SolveMethod& method, Statistics& statistics,
                               PhaseClock& clock)
@@ -74,6 +61,20 @@ void print_text(std::ostream& out, const SolveOptions& options, const solvers::S
     smtlib::print_model(out, solution.model);
 }
 
+/// Answers each query of a text.
+int solve_conversation(const SolveOptions& options, const std::string& text, std::ostream& out)
+{
+  if (options.wants_json || options.wants_statistics) {
+    throw SubcommandFailure("lumo: " + make_input_name(options.file) + " makes several queries, but " +
+                            (options.wants_json ? "--json" : "--stats") + " can tell of one only");
+  }
+  ShellOptions shell;
+  shell.file = options.file;
+  shell.method = options.method;
+  shell.wants_models = options.wants_model;
+  return answer_commands(shell, text, out);
+}
+
 }  // namespace
 
 int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
@@ -81,9 +82,11 @@ int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, 
 {
   PhaseClock clock(progress);
   return run_subcommand(err, [&] {
-    check_options(options);
+    check_method(options.method);
     Statistics statistics;
-    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock);
+    const std::string text = read_input_text(options.file, in, clock);
+    const std::unique_ptr<Input> input = try_read_script(options.file, text, err);
+    if (input == nullptr) return solve_conversation(options, text, out);
     const solvers::Solution solution = solve_input(*input, options.method, statistics, clock);
 
     clock.enter(Phase::kPrint);

@@ -1,9 +1,11 @@
 #include "lumo/commands/solve_script.h"
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "lumo/commands/complete_model.h"
+#include "lumo/commands/subcommand.h"
 #include "lumo/elimination/eliminate.h"
 #include "lumo/solvers/builtin_solver.h"
 #include "lumo/solvers/solver_limits.h"
@@ -35,6 +37,18 @@ solvers::Solution solve_rest(TermManager& mgr, const std::vector<const Term*>& r
 }
 
 }  // namespace
+
+void check_method(const SolveMethod& method)
+{
+  const std::optional<double>& seconds = method.seconds;
+  if (seconds && !(std::isfinite(*seconds) && *seconds > 0)) {
+    throw SubcommandFailure("lumo: the time limit must be a number of seconds above 0");
+  }
+  if (!method.solver_command && !solvers::has_builtin_solver()) {
+    throw SubcommandFailure(
+        "lumo: this lumo was built without Z3, so --solver COMMAND must say which solver to start");
+  }
+}
 
 solvers::Solution solve_script(TermManager& mgr, const smtlib::Script& script, const SolveMethod& method,
                                Statistics& statistics, PhaseClock& clock)

@@ -20,6 +20,9 @@ struct SolveMethod
   std::optional<double> seconds;              ///< the time limit of the solver
 };
 
+/// Refuses a time limit that is not one, and a method without a solver, as a SubcommandFailure.
+void check_method(const SolveMethod& method);
+
 /// Eliminates, solves the rest, extends the model and checks it. If the answer is sat, the solution has a value
 /// for each constant of the script, in the order of their declaration, and every assertion is true under them.
 /// No solver is started if nothing is left, or if an assertion of the rest is false.

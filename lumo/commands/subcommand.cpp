@@ -8,6 +8,7 @@
 #include <system_error>
 
 #include "lumo/commands/text_file.h"
+#include "lumo/smtlib/query_reader.h"
 
 namespace lumo::commands {
 
@@ -73,8 +74,37 @@ void note_skipped(const Input& input, std::ostream& err)
 
 }  // namespace
 
+std::unique_ptr<Input> try_read_script(const std::string& file, const std::string& text, std::ostream& err)
+{
+  auto input = std::make_unique<Input>();
+  input->name = make_input_name(file);
+  try {
+    input->script = smtlib::read_script(input->mgr, text);
+  } catch (const smtlib::SeveralQueries&) {
+    return nullptr;
+  } catch (...) {
+    rethrow_located(input->name);
+  }
+  note_skipped(*input, err);
+  return input;
+}
+
 std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, std::ostream& err,
-                                  PhaseClock& clock)
+                                  PhaseClock& clock, std::optional<std::size_t> query)
+{
+  const std::string text = read_input_text(file, in, clock);
+  if (!query) {
+    if (std::unique_ptr<Input> input = try_read_script(file, text, err)) return input;
+  }
+  auto input = std::make_unique<Input>();
+  input->name = make_input_name(file);
+  with_located_failures(input->name, [&] { input->script = smtlib::read_query(input->mgr, text, query); });
+  note_skipped(*input, err);
+  return input;
+}
+
+std::unique_ptr<Input> read_single_query(const std::string& file, std::istream& in, std::ostream& err,
+                                         PhaseClock& clock)
 {
   auto input = std::make_unique<Input>();
   input->name = make_input_name(file);

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 #include <type_traits>
 
@@ -76,11 +77,19 @@ struct Input
   smtlib::Script script;
 };
 
-/// Reads a script; throws a SubcommandFailure if it cannot be read. Writes a note to `err` that names the commands
-/// that are skipped because nothing answers them. `get-model` is not one of them: `solve --model` prints a model,
-/// and the script that `simplify` writes asks for one.
+/// Makes an input of the text of a file; null if it makes several queries. A text that cannot be read is a
+/// SubcommandFailure. A note to `err` names the commands that are skipped because nothing answers them. `get-model` is not
+/// one of them: `solve` prints a model, and what `simplify` leaves asks for one.
+[[nodiscard]] std::unique_ptr<Input> try_read_script(const std::string& file, const std::string& text,
+                                                     std::ostream& err);
+/// Reads a file, and takes the query of that number, counted from 1, or else its last one. What cannot be read is a
+/// SubcommandFailure. Notes are as above.
 [[nodiscard]] std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, std::ostream& err,
-                                                PhaseClock& clock);
+                                                PhaseClock& clock, std::optional<std::size_t> query = {});
+
+/// The same for a file that must not make several queries.
+[[nodiscard]] std::unique_ptr<Input> read_single_query(const std::string& file, std::istream& in,
+                                                       std::ostream& err, PhaseClock& clock);
 
 /// Refuses files of which more than one is the standard input, `-`.
 void check_one_standard_input(std::initializer_list<std::string> files);

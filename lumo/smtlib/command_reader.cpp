@@ -38,22 +38,32 @@ const CommandReader::Row CommandReader::kRows[] = {
 Command CommandReader::read()
 {
   Command command;
+  if (read_name(command)) read_rest(command);
+  return command;
+}
+
+bool CommandReader::read_name(Command& command)
+{
   const Token open = lexer_.next();
   command.position = open.position;
-  if (open.kind == TokenKind::kEnd) return command;
+  if (open.kind == TokenKind::kEnd) return false;
   if (open.kind != TokenKind::kOpen) lexer_.refuse(open, "a command in parentheses");
   const Token name = lexer_.next();
   if (name.kind != TokenKind::kSymbol) lexer_.refuse(name, "the name of a command");
   command.name = name.text;
+  return true;
+}
+
+void CommandReader::read_rest(Command& command)
+{
   for (const Row& row : kRows) {
-    if (name.text != row.name) continue;
+    if (command.name != row.name) continue;
     command.kind = row.kind;
     (this->*row.action)(command);
-    return command;
+    return;
   }
   command.kind = CommandKind::kOther;
   skip(command);
-  return command;
 }
 
 std::string_view CommandReader::find_nearest(std::string_view name)
@@ -146,11 +156,16 @@ void CommandReader::declare(Command& command)
   const DataType* sort = sorts_.read(lexer_);
   close(command);
   try {
-    command.term = mgr_.make_constant(std::string(command.symbol.text), sort);
+    command.term = make_constant(symbol_, sort);
   } catch (const Exception& e) {
     lexer_.fail(command.symbol.position, e.what());
   }
   symbols_.declare(symbol_, Meaning(command.term));
+}
+
+const Term* CommandReader::make_constant(SymbolTable::Number symbol, const DataType* sort)
+{
+  return mgr_.make_constant(symbols_.get_text(symbol), sort);
 }
 
 void CommandReader::read_constant_definition(Command& command)
@@ -257,8 +272,19 @@ void CommandReader::pop(Command& command)
   if (command.number == 0) return;
   const Level level = levels_[levels_.size() - command.number];
   levels_.resize(levels_.size() - command.number);
-  symbols_.forget(level.num_declarations);
-  sorts_.forget(level.num_sort_definitions);
+  forget(level.num_declarations, level.num_sort_definitions);
+}
+
+void CommandReader::forget(std::size_t num_declarations, std::size_t num_sort_definitions)
+{
+  symbols_.forget(num_declarations);
+  sorts_.forget(num_sort_definitions);
+}
+
+void CommandReader::drop_levels()
+{
+  if (!levels_.empty()) forget(levels_.front().num_declarations, levels_.front().num_sort_definitions);
+  levels_.clear();
 }
 
 }  // namespace lumo::smtlib

@@ -19,16 +19,20 @@ enum class CommandKind : std::uint8_t
 {
   kAssert,  ///< term: the asserted term
   kCheckSat,
-  kDeclare,         ///< symbol, term: the constant
-  kDefine,          ///< symbol, term: its meaning; without parameters
-  kDefineFunction,  ///< symbol; with parameters
+  kCheckSatAssuming,  ///< in a conversation; elsewhere kOther
+  kDeclare,           ///< symbol, term: the constant
+  kDefine,            ///< symbol, term: its meaning; without parameters
+  kDefineFunction,    ///< symbol; with parameters
   kDefineSort,
   kEcho,
   kExit,
-  kGet,      ///< asks for output: get-model, get-value, ...
-  kPop,      ///< number
-  kPush,     ///< number
-  kSetInfo,  ///< keyword, if there is one, and content
+  kGet,              ///< asks for output: get-model, get-value, ...
+  kGetValue,         ///< in a conversation; elsewhere kGet
+  kPop,              ///< number
+  kPush,             ///< number
+  kReset,            ///< in a conversation; elsewhere kOther
+  kResetAssertions,  ///< likewise
+  kSetInfo,          ///< keyword, if there is one, and content
   kSetLogic,
   kSetOption,
   kOther,  ///< any other command; it was skipped
@@ -66,6 +70,9 @@ class CommandReader
         functions_(mgr),
         terms_(mgr, symbols_, sorts_, functions_)
   {}
+  CommandReader(const CommandReader&) = delete;
+  CommandReader& operator=(const CommandReader&) = delete;
+  virtual ~CommandReader() = default;
 
   /// Reads the next command.
   [[nodiscard]] Command read();
@@ -76,6 +83,30 @@ class CommandReader
   [[nodiscard]] std::size_t get_num_levels() const { return levels_.size(); }
   /// Replaces the meaning of a declared or defined symbol by another term.
   void replace(const Token& symbol, const Term* t);
+
+ protected:
+  /// Reads the start of a command; false at the end of the text.
+  bool read_name(Command& command);
+  /// Reads what comes after the name of a command.
+  void read_rest(Command& command);
+  void close(Command& command);
+  void skip(Command& command);
+  void read_attribute(Command& command);
+  /// Refuses a term of another sort; `start` stands before it, and `what` names it in the message.
+  void check_sort(Lexer start, const Term* t, const DataType* sort, std::string_view what) const;
+  /// The constant that a declaration makes; `symbol` is that of its name.
+  virtual const Term* make_constant(SymbolTable::Number symbol, const DataType* sort);
+  /// Takes declarations and definitions back: those of symbols and those of sorts, except for the first ones.
+  virtual void forget(std::size_t num_declarations, std::size_t num_sort_definitions);
+  /// Drops all levels, and what was declared on them.
+  void drop_levels();
+
+  TermManager& mgr_;
+  Lexer lexer_;
+  SymbolTable symbols_;
+  SortReader sorts_;
+  FunctionTable functions_;
+  TermReader terms_;
 
  private:
   /// The state at the start of a level
@@ -95,9 +126,6 @@ class CommandReader
   /// More open levels are refused.
   static constexpr unsigned long kMaxLevels = 1'000'000;
 
-  void close(Command& command);
-  void skip(Command& command);
-  void read_attribute(Command& command);
   void read_assertion(Command& command);
   void read_constant_declaration(Command& command);
   void read_function_declaration(Command& command);
@@ -114,16 +142,8 @@ class CommandReader
   void read_parameters(const Token& first);
   /// Reads a term of that sort and the end of the command; `what` names it in messages.
   [[nodiscard]] const Term* read_term(Command& command, const DataType* sort, std::string_view what);
-  /// Refuses a term of another sort; `start` is the lexer before it.
-  void check_sort(Lexer start, const Term* t, const DataType* sort, std::string_view what) const;
   [[nodiscard]] unsigned long read_number_of_levels();
 
-  TermManager& mgr_;
-  Lexer lexer_;
-  SymbolTable symbols_;
-  SortReader sorts_;
-  FunctionTable functions_;
-  TermReader terms_;
   SymbolTable::Number symbol_ = 0;  ///< the symbol that is declared or defined
   std::vector<Level> levels_;
   std::vector<Token> parameters_;  ///< of the definition that is being read

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "lumo/smtlib/assertion_printer.h"
 #include "lumo/smtlib/conjuncts.h"
 #include "lumo/smtlib/printed_terms.h"
 #include "lumo/smtlib/term_printer.h"
@@ -118,7 +119,7 @@ void print_set(TextBuffer& out, TermPrinter& writer, Terms assertions, std::uint
   out << std::string(num_layers, ')') << ")\n";
 }
 
-void print_assertions(TextBuffer& out, TermPrinter& writer, Terms assertions, AssertionSets& sets)
+void write_assertions(TextBuffer& out, TermPrinter& writer, Terms assertions, AssertionSets& sets)
 {
   const std::vector<std::uint32_t> next =
       sets.are_singletons() ? std::vector<std::uint32_t>() : sets.make_links();
@@ -137,7 +138,57 @@ std::size_t count_ids(Terms constants, Terms assertions)
   return num_ids;
 }
 
+/// Declares, in the order of their making, the constants that must be.
+void print_declarations(TermPrinter& writer, std::span<const Term*> constants, const Declare& declare)
+{
+  sort_constants(constants);
+  for (const Term* constant : constants) {
+    if (declare(constant)) writer.write_declaration(constant);
+  }
+}
+
 }  // namespace
+
+void print_assertions(std::ostream& out, Terms assertions, const Declare& declare)
+{
+  const std::vector<const Term*> conjuncts = list_conjuncts(assertions);
+  PrintedTerms terms(count_ids({}, conjuncts));
+  AssertionSets sets = add_assertions(terms, conjuncts);
+  terms.choose_bindings();
+
+  TextBuffer buffer(out);
+  TermPrinter writer(buffer, terms);
+  print_declarations(writer, terms.get_constants(), declare);
+  write_assertions(buffer, writer, conjuncts, sets);
+  buffer.flush();
+}
+
+void print_named_assertion(std::ostream& out, const Term* assertion, std::string_view name,
+                           const Declare& declare)
+{
+  const std::vector<const Term*> assertions{assertion};
+  PrintedTerms terms(count_ids({}, assertions));
+  add_assertions(terms, assertions);
+  terms.choose_bindings();
+
+  TextBuffer buffer(out);
+  TermPrinter writer(buffer, terms);
+  print_declarations(writer, terms.get_constants(), declare);
+  buffer << "(assert (!";
+  const std::size_t num_layers = writer.open_lets(0);
+  writer.write(assertion);
+  buffer << std::string(num_layers, ')') << " :named " << name << "))\n";
+  buffer.flush();
+}
+
+void print_declaration(std::ostream& out, const Term* constant)
+{
+  PrintedTerms terms(constant->get_id() + 1);
+  terms.add(constant, [](Slot) {});
+  TextBuffer buffer(out);
+  TermPrinter(buffer, terms).write_declaration(constant);
+  buffer.flush();
+}
 
 void print_script(std::ostream& out, Terms constants, Terms assertions, bool wants_model)
 {
@@ -156,7 +207,7 @@ void print_script(std::ostream& out, Terms constants, Terms assertions, bool wan
   buffer << "(set-logic QF_BV)\n";
   for (const Term* constant : terms.get_constants())
     writer.write_declaration(constant);
-  print_assertions(buffer, writer, conjuncts, sets);
+  write_assertions(buffer, writer, conjuncts, sets);
   buffer << "(check-sat)\n";
   if (wants_model) buffer << "(get-model)\n";
   buffer.flush();

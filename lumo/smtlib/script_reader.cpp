@@ -24,7 +24,8 @@ class ScriptReader
   void check_push(const Command& command) const;
   void check_pop(const Command& command);
   void note_skipped(const Command& command);
-  [[noreturn]] void refuse_unknown(const Command& command) const;
+  [[noreturn]] void refuse_other(const Command& command) const;
+  /// Refuses what makes several queries of the text.
   [[noreturn]] void fail(const Command& command, const std::string& sentence) const;
 
   CommandReader commands_;
@@ -61,8 +62,12 @@ bool ScriptReader::take(const Command& command)
     case CommandKind::kPop:
       check_pop(command);
       break;
+    case CommandKind::kCheckSatAssuming:
+    case CommandKind::kGetValue:
+    case CommandKind::kReset:
+    case CommandKind::kResetAssertions:
     case CommandKind::kOther:
-      refuse_unknown(command);
+      refuse_other(command);
     case CommandKind::kExit:
     case CommandKind::kEnd:
       return false;
@@ -110,19 +115,22 @@ void ScriptReader::note_skipped(const Command& command)
   }
 }
 
-void ScriptReader::refuse_unknown(const Command& command) const
+void ScriptReader::refuse_other(const Command& command) const
 {
   std::string sentence =
       "the command " + make_excerpt(command.name) +
       " was found, but only declarations, definitions, assertions and one check-sat were expected";
+  const bool is_known =
+      command.name == "check-sat-assuming" || command.name == "reset" || command.name == "reset-assertions";
+  if (is_known) fail(command, sentence);
   const std::string_view nearest = CommandReader::find_nearest(command.name);
   if (!nearest.empty()) sentence.append("; perhaps ").append(nearest).append(" was meant");
-  fail(command, sentence);
+  throw InputError(commands_.get_place(command.position), sentence);
 }
 
 void ScriptReader::fail(const Command& command, const std::string& sentence) const
 {
-  throw InputError(commands_.get_place(command.position), sentence);
+  throw SeveralQueries(commands_.get_place(command.position), sentence);
 }
 
 }  // namespace

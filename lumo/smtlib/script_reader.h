@@ -28,12 +28,20 @@ struct Script
   [[nodiscard]] std::vector<const Term*> get_asserted_terms() const;
 };
 
+/// A text that makes more than one query, or has more levels than one around it; `read_query` reads it.
+class SeveralQueries : public InputError
+{
+ public:
+  using InputError::InputError;
+};
+
 /// Reads SMT-LIB 2 text with at most one query over Booleans and bit-vectors into terms of a manager. The manager
 /// should be new: it must not have the names of the text's constants with other sorts.
 ///
 /// One level may be pushed before the query and popped after it. Operators that the term layer does not have become
 /// applications of those that it has; an application to more arguments than two becomes nested ones; definitions,
-/// lets and named terms are replaced by what they stand for. Throws an InputError for everything else. Time and
+/// lets and named terms are replaced by what they stand for. Throws an InputError for everything else, and a
+/// SeveralQueries for a second query and for more levels. Time and
 /// memory are linear in the text and the terms that are made from it, and nesting may have any depth. The text is
 /// only needed during the call.
 [[nodiscard]] Script read_script(TermManager& mgr, std::string_view text);

@@ -93,6 +93,8 @@ class SymbolTable
   /// The number of declarations; `forget` removes all after the first `count`.
   [[nodiscard]] std::size_t get_num_declarations() const { return declared_.size(); }
   void forget(std::size_t count);
+  /// The symbol of a declaration, counted from 0.
+  [[nodiscard]] Number get_declared(std::size_t declaration) const { return declared_[declaration]; }
 
   /// The symbol with a meaning whose text is nearest to this one; empty if none is near.
   [[nodiscard]] std::string find_nearest(std::string_view text) const;

@@ -157,6 +157,10 @@ void TrailReader::read_commands()
         break;
       case CommandKind::kPop:
       case CommandKind::kPush:
+      case CommandKind::kCheckSatAssuming:
+      case CommandKind::kGetValue:
+      case CommandKind::kReset:
+      case CommandKind::kResetAssertions:
       case CommandKind::kOther:
         throw InputError(
             commands_.get_place(command.position),

@@ -9,6 +9,7 @@
 #include "lumo/solvers/deadline.h"
 #include "lumo/solvers/solution_message.h"
 #include "lumo/solvers/solver_failures.h"
+#include "lumo/solvers/z3_server.h"
 #include "lumo/solvers/z3_solver.h"
 #include "lumo/terms/term_walk.h"
 
@@ -41,6 +42,8 @@ ChildOutcome run(const std::function<std::string()>& work, const Deadline& deadl
 }  // namespace
 
 bool has_builtin_solver() { return true; }
+
+void serve_builtin(int in, int out) { serve_z3(in, out); }
 
 Solution solve_with_builtin(TermManager& mgr, std::span<const Term* const> assertions,
                             const SolverLimits& limits)

@@ -21,6 +21,10 @@ namespace lumo::solvers {
 [[nodiscard]] Solution solve_with_builtin(TermManager& mgr, std::span<const Term* const> assertions,
                                           const SolverLimits& limits);
 
+/// Answers the commands of a conversation, which come from one descriptor, on the other one, until the end of the
+/// commands, as an SMT-LIB 2 solver does. To be called in a process of its own; `SolverSession` does that.
+void serve_builtin(int in, int out);
+
 }  // namespace lumo::solvers
 
 #endif

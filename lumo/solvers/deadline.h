@@ -16,6 +16,8 @@ class Deadline
 
   [[nodiscard]] bool is_set() const { return seconds_.has_value(); }
   [[nodiscard]] bool is_over() const { return is_set() && !(get_seconds_left() > 0); }
+  /// The number of seconds. Precondition: the deadline is not never.
+  [[nodiscard]] double get_seconds() const { return *seconds_; }
   /// At least 1, and at most the largest value of the type. Precondition: the deadline is not never.
   [[nodiscard]] unsigned get_milliseconds_left() const
   {

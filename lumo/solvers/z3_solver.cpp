@@ -15,17 +15,6 @@ namespace lumo::solvers {
 
 namespace {
 
-/// Limits Z3's memory in this process: Z3 stops at the limit, while without one, the
-/// system would kill the process.
-void limit_memory()
-{
-  const long num_pages = sysconf(_SC_PHYS_PAGES);
-  const long page_size = sysconf(_SC_PAGE_SIZE);
-  if (num_pages <= 0 || page_size <= 0) return;
-  const long most = num_pages / 4 * 3 / (1024L * 1024L / page_size);
-  Z3_global_param_set("memory_max_size", std::to_string(most).c_str());
-}
-
 /// The conjuncts of the assertions, each once, in order.
 std::vector<const Term*> collect_conjuncts(std::span<const Term* const> assertions)
 {
@@ -166,10 +155,19 @@ std::string explain(const std::string& reason)
 
 }  // namespace
 
+void limit_z3_memory()
+{
+  const long num_pages = sysconf(_SC_PHYS_PAGES);
+  const long page_size = sysconf(_SC_PAGE_SIZE);
+  if (num_pages <= 0 || page_size <= 0) return;
+  const long most = num_pages / 4 * 3 / (1024L * 1024L / page_size);
+  Z3_global_param_set("memory_max_size", std::to_string(most).c_str());
+}
+
 Solution solve_with_z3(TermManager& mgr, std::span<const Term* const> assertions, bool wants_model)
 {
   static std::once_flag memory_is_limited;
-  std::call_once(memory_is_limited, limit_memory);
+  std::call_once(memory_is_limited, limit_z3_memory);
   const Z3Session z3;
   Z3Builder builder(mgr, z3);
   Z3Solver solver(z3);

@@ -8,6 +8,10 @@
 
 namespace lumo::solvers {
 
+/// Bounds the memory of all that Z3 does in this process: when it has none left, it gives up, while the system would
+/// end the process.
+void limit_z3_memory();
+
 /// Solves the conjunction of the assertions, Boolean terms of the manager, with Z3 in this process. The model,
 /// if one is requested, has values for the constants that occur in them.
 ///

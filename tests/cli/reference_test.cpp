@@ -52,9 +52,10 @@ std::set<std::string> list_options(const std::vector<std::string>& subcommand)
 TEST(Reference, IsComparedWithAllThatHelpLists)
 {
   EXPECT_EQ(list_subcommands(),
-            (std::vector<std::string>{"solve", "simplify", "extend", "check", "dot", "invert"}));
+            (std::vector<std::string>{"solve", "simplify", "extend", "check", "dot", "invert", "shell"}));
   EXPECT_EQ(list_options({}), (std::set<std::string>{"-h", "--help", "--version"}));
-  EXPECT_EQ(list_options({"simplify"}), (std::set<std::string>{"-h", "--help", "-o", "--output", "--trail"}));
+  EXPECT_EQ(list_options({"simplify"}),
+            (std::set<std::string>{"-h", "--help", "-o", "--output", "--query", "--trail"}));
 }
 
 // -----------------------------------------------------------------------------------------------------------
@@ -183,11 +184,11 @@ TEST(Completion, OffersWhatFits)
   const Offers scripts = {"a.smt2", "a b.smt2", "folder", "-dash.smt2"};
 
   const std::vector<CompletionRow> rows = {
-      {{"s"}, {"solve", "simplify"}},
+      {{"s"}, {"solve", "simplify", "shell"}},
       {{"so"}, {"solve"}},
       {{"x"}, {}},
       {{"--v"}, {"--version"}},
-      {{"--version", ""}, {"solve", "simplify", "extend", "check", "dot", "invert"}},
+      {{"--version", ""}, {"solve", "simplify", "extend", "check", "dot", "invert", "shell"}},
       {{"solve", "--s"}, {"--solver", "--stats"}},
       {{"solve", "a.smt2", "--m"}, {"--model"}},
       {{"dot", "--m"}, {}},

@@ -56,6 +56,12 @@ TEST(Subcommands, AnswerWithStatusAndTexts)
   folder.write("wrong", "((define-fun x () (_ BitVec 4) #x3))");
   folder.write("sorts", "((define-fun x () Bool true))");
   folder.write("int.smt2", "(declare-const n Int)");
+  folder.write("levels.smt2",
+               "(declare-const x (_ BitVec 4))\n(push 1)\n(assert false)\n(check-sat)\n(pop 1)\n"
+               "(assert (= x #x3))\n(check-sat)\n");
+  const std::string violated =
+      "levels.smt2:6:1: this assertion is false under the model; the values of its constants are\n  x = "
+      "#x7\n";
   folder.write("twice.smt2", "(check-sat)(check-sat)");
   const std::string model(kModel);
   const std::string missing = "none: this cannot be read: No such file or directory\n";
@@ -82,10 +88,24 @@ TEST(Subcommands, AnswerWithStatusAndTexts)
            2,
            "",
            "int.smt2:1:18: the symbol Int was found, but the sort Bool or (_ BitVec w) was expected\n"},
-          {{"solve", "twice.smt2"},
+          {{"solve", "twice.smt2"}, 0, "sat\nsat\n", ""},
+          {{"solve", "twice.smt2", "--json"},
            2,
            "",
-           "twice.smt2:1:12: a second check-sat was found, but only one was expected\n"},
+           "lumo: twice.smt2 makes several queries, but --json can tell of one only\n"},
+          {{"solve", "levels.smt2", "--model"},
+           0,
+           "unsat\nsat\n(\n  (define-fun x () (_ BitVec 4) #x3)\n)\n",
+           ""},
+          {{"check", "levels.smt2", "--model", "answer"}, 1, "invalid\n", violated},
+          {{"simplify", "levels.smt2", "--query", "3"},
+           2,
+           "",
+           "levels.smt2: query 3 was asked for, but the queries have the numbers 1 to 2\n"},
+          {{"simplify", "levels.smt2", "--query", "1"},
+           0,
+           "(set-option :produce-models true)\n(set-logic QF_BV)\n(assert false)\n(check-sat)\n(get-model)\n",
+           ""},
           {{"solve"}, 2, "", "lumo: FILE is required; see lumo solve --help\n"},
           {{"solve", "script", "--timeout", "soon"},
            2,

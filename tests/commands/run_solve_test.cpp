@@ -230,12 +230,12 @@ TEST(RunSolve, PrintsOneJsonObject)
 
 TEST(RunSolve, NamesWhatIsWrongWithTheScript)
 {
-  const SubcommandRun run = solve(make_options(), "(declare-const x Bool)\n(reset)");
+  const SubcommandRun run = solve(make_options(), "(declare-const x Bool)\n(minimize)");
   EXPECT_EQ(run.status, commands::kFailed);
   EXPECT_EQ(run.out, "");
   EXPECT_EQ(
       run.err,
-      "<stdin>:2:1: the command reset was found, but only declarations, definitions, assertions and one "
+      "<stdin>:2:1: the command minimize was found, but only declarations, definitions, assertions and one "
       "check-sat were expected\n");
 }
 
