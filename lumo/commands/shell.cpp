@@ -120,8 +120,7 @@ bool Shell::take_command(const Command& command, const smtlib::CommandText& text
       answer('"' + std::string(command.symbol.text) + '"');
       return true;
     case CommandKind::kOther:
-      throw smtlib::InputError(text.place,
-                               "the command " + smtlib::make_excerpt(command.name) + " is not known to lumo");
+      refuse_unknown(command, text);
     case CommandKind::kExit:
       answer_success();
       return false;
@@ -136,6 +135,14 @@ bool Shell::take_command(const Command& command, const smtlib::CommandText& text
   }
   answer_success();
   return true;
+}
+
+void Shell::refuse_unknown(const Command& command, const smtlib::CommandText& text)
+{
+  std::string sentence = "the command " + smtlib::make_excerpt(command.name) + " is not known to lumo";
+  const std::string_view nearest = smtlib::CommandReader::find_nearest(command.name);
+  if (!nearest.empty()) sentence.append("; perhaps ").append(nearest).append(" was meant");
+  throw smtlib::InputError(text.place, sentence);
 }
 
 // -----------------------------------------------------------------------------------------------------------

@@ -59,6 +59,7 @@ class Shell
 
   void start_anew();
   bool take_command(const smtlib::Command& command, const smtlib::CommandText& text);
+  [[noreturn]] static void refuse_unknown(const smtlib::Command& command, const smtlib::CommandText& text);
   void answer(std::string_view text);
   void answer_success();
   void answer_error(std::string_view sentence);
