@@ -143,8 +143,8 @@ Script read_query(TermManager& mgr, std::string_view text, std::optional<std::si
   const std::size_t wanted = number.value_or(num_queries);
   if (num_queries == 0) throw Exception("the text has levels, but does not make a query");
   if (wanted == 0 || wanted > num_queries) {
-    throw Exception("query " + std::to_string(wanted) + " was asked for, but the queries have the numbers 1 to " +
-                    std::to_string(num_queries));
+    throw Exception("query " + std::to_string(wanted) +
+                    " was asked for, but the queries have the numbers 1 to " + std::to_string(num_queries));
   }
   CommandSplitter commands;
   commands.add(text);
