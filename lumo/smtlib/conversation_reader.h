@@ -35,7 +35,7 @@ struct NamedTerm
 ///
 /// A constant has its name from the text, with two exceptions. A name that was that of another sort, on a level that
 /// was popped, and a name that starts with kReservedPrefix stand for constants with other names: the manager has one
-/// sort for each name, and whoever uses the manager may call fresh constants `<kReservedPrefix><word>!<number>`, since
+/// sort for each name, and other users of the manager may call fresh constants `<kReservedPrefix><word>!<number>`, since
 /// no constant of the text has such a name.
 class ConversationReader : public CommandReader
 {

@@ -19,7 +19,7 @@ bool is_query(const CommandText& command)
     const Token name = lexer.next();
     return name.is_word("check-sat") || name.is_word("check-sat-assuming");
   } catch (const InputError&) {
-    return false;  // Whoever reads the command will say so.
+    return false;  // The reader of the command reports it.
   }
 }
 
