@@ -73,7 +73,7 @@ void SolverStack::reset()
 Solution SolverStack::check(const SolverQuery& query, std::size_t num_levels)
 {
   try {
-    const Solution solution = find_answer(query, num_levels);
+    Solution solution = find_answer(query, num_levels);
     pop_to(num_levels);
     return solution;
   } catch (const SolverError&) {
@@ -250,7 +250,7 @@ std::string SolverStack::get_reason()
         session_->ask("(get-info " + std::string(kKeyword) + ")\n", Deadline(kSecondsForMore));
     const std::size_t place = answer.find(kKeyword);
     if (place == std::string::npos) return {};
-    return solvers::make_one_line(std::string_view(answer).substr(
+    return solvers::make_one_line(std::string_view{answer}.substr(
         place + kKeyword.size(), answer.size() - place - kKeyword.size() - 1));
   } catch (const SolverError&) {
     end_session();

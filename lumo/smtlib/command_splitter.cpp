@@ -108,7 +108,7 @@ void CommandSplitter::skip(std::size_t count)
 
 CommandText CommandSplitter::cut()
 {
-  const CommandText command{std::string_view(text_).substr(start_, next_ - start_), place_};
+  const CommandText command{std::string_view{text_}.substr(start_, next_ - start_), place_};
   skip(next_ - start_);
   state_ = State::kInside;
   is_between_ = true;

@@ -63,6 +63,7 @@ class PrintedTerms
     std::uint32_t layer;  ///< counted from 0
     Slot slot;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): the check finds a null pointer in code of the compiler
     friend auto operator<=>(const Binding&, const Binding&) = default;
   };
 

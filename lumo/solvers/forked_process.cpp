@@ -11,7 +11,7 @@
 #include "lumo/solvers/signal_guard.h"
 
 // Writes g++'s coverage counters to their files, in builds that have them: those with the preset `coverage`.
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the compiler's name
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): the compiler's name
 extern "C" [[gnu::weak]] void __gcov_dump();
 
 namespace lumo::solvers {

@@ -54,6 +54,7 @@ class ChunkedVector
   /// Raw memory
   struct Chunk
   {
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): elements may be pointers
     alignas(T) std::byte memory[sizeof(T) << kChunkBits];
   };
 

@@ -122,6 +122,7 @@ TEST(ModelMemory, OfTheThousandthModelIsThatOfTheFirst)
   TermManager mgr;
   const DataType* type = mgr.make_bv_type(128);
   std::vector<const Term*> constants;
+  constants.reserve(100);
   for (int i = 0; i < 100; ++i)
     constants.push_back(mgr.make_fresh_constant("c", type));
   const Term* sum = constants[0];

@@ -55,7 +55,7 @@ TEST(CommandSplitter, CutsTextsThatArriveInPiecesOfAnySize)
       CommandSplitter splitter;
       std::vector<std::string> commands;
       for (std::size_t i = 0; i < row.text.size(); i += size) {
-        splitter.add(std::string_view(row.text).substr(i, size));
+        splitter.add(std::string_view{row.text}.substr(i, size));
         take_all(splitter, commands);
       }
       splitter.finish();

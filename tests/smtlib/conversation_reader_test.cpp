@@ -29,7 +29,7 @@ class Conversation
   /// The sort of a constant of the text, by asking for its value.
   std::string find_sort(const std::string& name)
   {
-    const std::string read_name = read("(get-value (" + name + "))");
+    std::string read_name = read("(get-value (" + name + "))");
     if (read_name != "get-value") return read_name;
     return reader_.get_terms().front().term->get_symbol()->get_output_type()->to_string();
   }

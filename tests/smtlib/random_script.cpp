@@ -149,7 +149,7 @@ class ScriptGenerator
         return make_named(width, depth);
       case 3:
       case 4:
-        if (const std::string call = make_call(width, depth); !call.empty()) return call;
+        if (std::string call = make_call(width, depth); !call.empty()) return call;
         [[fallthrough]];
       default:
         return width == 0 ? make_bool(depth - 1) : make_vector(width, depth - 1);
