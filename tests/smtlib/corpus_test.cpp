@@ -26,6 +26,20 @@ bool binds_a_name_twice(const std::string& text)
 }
 
 /// Compares the meaning of each file, and returns the number of files that are refused for a name that is bound
+/// Whether the text has several queries, which one list of assertions cannot stand for.
+bool has_several_queries(const std::string& text)
+{
+  TermManager mgr;
+  try {
+    (void)smtlib::read_script(mgr, text);
+  } catch (const smtlib::SeveralQueries&) {
+    return true;
+  } catch (const smtlib::InputError&) {
+    return false;
+  }
+  return false;
+}
+
 /// twice.
 std::size_t compare_files(const std::vector<std::string>& files)
 {
@@ -58,7 +72,12 @@ TEST(Corpus, OfExamplesMeansWhatItMeansToZ3)
   for (const char* folder : {"examples", "examples/solve"}) {
     const std::vector<std::string> files = list_smt2_files(std::string(LUMO_SOURCE_DIR "/") + folder);
     EXPECT_FALSE(files.empty());
-    EXPECT_EQ(compare_files(files), 0U);
+    std::vector<std::string> single;
+    for (const std::string& file : files) {
+      if (!has_several_queries(read_text_file(file))) single.push_back(file);
+    }
+    EXPECT_LE(files.size() - single.size(), 1U) << "conversations have tests of their own";
+    EXPECT_EQ(compare_files(single), 0U);
   }
 }
 
