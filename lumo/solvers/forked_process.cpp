@@ -13,15 +13,24 @@
 // Writes g++'s coverage counters to their files, in builds that have them: those with the preset `coverage`.
 // NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): the compiler's name
 extern "C" [[gnu::weak]] void __gcov_dump();
+// NOLINTNEXTLINE(bugprone-reserved-identifier,readability-identifier-naming): the compiler's name
+extern "C" [[gnu::weak]] void __gcov_reset();
 
 namespace lumo::solvers {
+
+void save_coverage_counters()
+{
+  if (__gcov_dump == nullptr) return;
+  __gcov_dump();
+  __gcov_reset();
+}
 
 namespace {
 
 /// Ends a child without the work of `exit`: destructors and buffers belong to the parent.
 [[noreturn]] void end_child()
 {
-  if (__gcov_dump != nullptr) __gcov_dump();
+  save_coverage_counters();
   _exit(EXIT_SUCCESS);
 }
 

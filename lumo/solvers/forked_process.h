@@ -9,6 +9,10 @@
 
 namespace lumo::solvers {
 
+/// Writes the coverage counters of this process to their files, in builds that have counters. For a child that is
+/// killed, which has no other chance.
+void save_coverage_counters();
+
 /// A child process made by `fork` alone, which ends when this process ends, for any reason: the kernel then sends
 /// it the death signal. It is in a process group of its own.
 ///

@@ -14,6 +14,7 @@
 #include "lumo/smtlib/symbol_text.h"
 #include "lumo/solvers/answer.h"
 #include "lumo/solvers/child_ends.h"
+#include "lumo/solvers/forked_process.h"
 #include "lumo/solvers/z3_builder.h"
 #include "lumo/solvers/z3_session.h"
 #include "lumo/solvers/z3_solver.h"
@@ -319,6 +320,8 @@ void serve_z3(int in, int out)
     commands.add({buffer.data(), static_cast<std::size_t>(num_read)});
     for (auto command = commands.take(); command && !server.has_ended(); command = commands.take()) {
       const std::string answer = server.take(*command);
+      // Before the answer, since the session may end this process as soon as it has it.
+      save_coverage_counters();
       if (!answer.empty()) write_all(out, answer + '\n');
     }
   }
