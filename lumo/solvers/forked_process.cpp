@@ -22,7 +22,7 @@ void save_coverage_counters()
 {
   if (__gcov_dump == nullptr) return;
   __gcov_dump();
-  __gcov_reset();
+  if (__gcov_reset != nullptr) __gcov_reset();
 }
 
 namespace {
