@@ -8,6 +8,12 @@
 
 #include <gmp.h>
 
+// What the linker calls what `realloc` and `free` mean elsewhere, since it wraps those of the program and of lumo.
+extern "C" {
+void* __real_realloc(void* block, std::size_t size);  // NOLINT(bugprone-reserved-identifier)
+void __real_free(void* block);                        // NOLINT(bugprone-reserved-identifier)
+}
+
 namespace lumo::bench {
 
 namespace {
@@ -29,15 +35,25 @@ void release(void* block)
 {
   if (block == nullptr) return;
   heap_bytes.fetch_sub(malloc_usable_size(block), std::memory_order_relaxed);
-  std::free(block);
+  __real_free(block);
+}
+
+void* resize(void* block, std::size_t size)
+{
+  const std::size_t old_size = malloc_usable_size(block);
+  void* resized = __real_realloc(block, size);
+  if (resized == nullptr) return nullptr;
+  heap_bytes.fetch_sub(old_size, std::memory_order_relaxed);
+  return count(resized);
 }
 
 void* allocate_for_gmp(std::size_t size) { return operator new(size); }
 
 void* reallocate_for_gmp(void* block, std::size_t /*old_size*/, std::size_t size)
 {
-  heap_bytes.fetch_sub(malloc_usable_size(block), std::memory_order_relaxed);
-  return count(std::realloc(block, size));
+  void* resized = resize(block, size);
+  if (resized == nullptr) throw std::bad_alloc();
+  return resized;
 }
 
 void free_for_gmp(void* block, std::size_t /*size*/) { operator delete(block); }
@@ -51,6 +67,13 @@ std::size_t get_peak_heap_bytes() { return peak_bytes; }
 void reset_peak_heap_bytes() { peak_bytes = heap_bytes.load(); }
 
 }  // namespace lumo::bench
+
+extern "C" {
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the linker's names
+void* __wrap_realloc(void* block, std::size_t size) { return lumo::bench::resize(block, size); }
+// NOLINTNEXTLINE(bugprone-reserved-identifier)
+void __wrap_free(void* block) { lumo::bench::release(block); }
+}
 
 void* operator new(std::size_t size)
 {

@@ -9,7 +9,9 @@ int main(int argc, char** argv)
 {
   if (argc != 2) return 2;
   lumo::TermManager mgr;
-  const std::string text = lumo::commands::read_file(argv[1]);
-  const bool is_read = !lumo::smtlib::read_script(mgr, text).assertions.empty();
+  const auto text = lumo::commands::InputText::read_file(argv[1]);
+  const lumo::smtlib::Script script =
+      lumo::smtlib::read_script(mgr, text.get(), [&text](std::size_t size) { text.give_back(size); });
+  const bool is_read = !script.assertions.empty();
   std::_Exit(is_read ? 0 : 1);  // The peers do not release their terms either.
 }

@@ -3,6 +3,9 @@
 //   reader_bench [N [MOST [SHAPE...]]]    tables for N applications, and lumo alone for MOST
 //
 // The processes are `read_with_lumo FILE` and `read_with_z3 FILE`, in the folder of this program, and `cvc5`.
+// The columns on MOST are, for lumo: the time to read it in units of that for N, the memory, and of `lumo simplify`
+// (`simplify_with_lumo FILE`) the bytes for each application beyond the text, and the time of all in units of that of
+// the elimination.
 // Times are user and system time of the whole process, the best of three; memory is the peak of the resident size.
 // A peer that takes more than a minute or dies counts as slower and larger than lumo.
 
@@ -38,8 +41,8 @@ struct Cost
   double megabytes = 0;
 };
 
-/// Runs a program; returns nothing if it fails or takes too long.
-std::optional<Cost> run(const std::vector<std::string>& words)
+/// Runs a program, whose output goes to a file; returns nothing if it fails or takes too long.
+std::optional<Cost> run(const std::vector<std::string>& words, const std::string& output = "/dev/null")
 {
   constexpr rlim_t kMostSeconds = 60;
   const pid_t child = fork();
@@ -47,9 +50,8 @@ std::optional<Cost> run(const std::vector<std::string>& words)
   if (child == 0) {
     const rlimit seconds{kMostSeconds, kMostSeconds + 1};
     setrlimit(RLIMIT_CPU, &seconds);
-    const int nowhere = open("/dev/null", O_WRONLY);
-    dup2(nowhere, STDOUT_FILENO);
-    dup2(nowhere, STDERR_FILENO);
+    dup2(open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+    dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
     std::vector<char*> argv;
     for (const std::string& word : words)
       argv.push_back(const_cast<char*>(word.c_str()));  // NOLINT: what execvp asks for
@@ -91,19 +93,45 @@ class Bench
     const std::optional<Cost> cvc5 = run_often({"cvc5", "--parse-only", file_});
     if (!lumo) stop(std::string("lumo does not read ") + shape.name);
     const double text = static_cast<double>(std::filesystem::file_size(file_)) / 1024 / 1024;
-    std::optional<Cost> large;
+    print_row(shape.name, text, *lumo, z3, cvc5);
     if (most > n) {
       write(shape, most);
-      large = run_often({folder_ / "read_with_lumo", file_});
+      print_growth(*lumo, most);
     }
-    print_row(shape.name, text, *lumo, z3, cvc5, large);
+    std::printf("\n");
+    std::fflush(stdout);
     std::filesystem::remove(file_);
   }
 
  private:
+  /// The columns on a text of `most` applications, after lumo's cost for a smaller one.
+  void print_growth(const Cost& small, std::size_t most) const
+  {
+    const std::optional<Cost> large = run_often({folder_ / "read_with_lumo", file_});
+    const std::string share_file = file_ + ".share";
+    const std::optional<Cost> simplify = run({folder_ / "simplify_with_lumo", file_}, share_file);
+    if (!large || !simplify) stop("lumo does not read or simplify the larger text");
+    double share = 0;
+    std::ifstream(share_file) >> share;
+    std::filesystem::remove(share_file);
+    const double beyond =
+        simplify->megabytes * 1024 * 1024 - static_cast<double>(std::filesystem::file_size(file_));
+    std::printf(" %8.2f %8.1f %8.0f %8.2f", large->seconds / small.seconds, large->megabytes,
+                beyond / static_cast<double>(most), 1 / share);
+  }
+
+  /// Writes the text in a process of its own: the most memory that a process had counts for those that it starts.
   void write(const TextShape& shape, std::size_t n) const
   {
-    std::ofstream(file_, std::ios::binary) << shape.make(n);
+    const pid_t child = fork();
+    if (child < 0) stop("no process could be started");
+    if (child == 0) {
+      std::ofstream file(file_, std::ios::binary);
+      file << shape.make(n) << std::flush;
+      std::_Exit(file ? 0 : 1);
+    }
+    int status = 0;
+    if (waitpid(child, &status, 0) != child || status != 0) stop("the text could not be written");
   }
 
   static double get(const std::optional<Cost>& cost, double Cost::*value)
@@ -121,7 +149,7 @@ class Bench
   }
 
   static void print_row(const char* name, double text, const Cost& lumo, const std::optional<Cost>& z3,
-                        const std::optional<Cost>& cvc5, const std::optional<Cost>& large)
+                        const std::optional<Cost>& cvc5)
   {
     std::printf("%-6s %7.1f", name, text);
     for (double Cost::*value : {&Cost::seconds, &Cost::megabytes}) {
@@ -131,9 +159,6 @@ class Bench
       print_figure(get(cvc5, value));
       print_figure(lumo.*value / least);
     }
-    if (large) std::printf(" %8.2f %8.1f", large->seconds / lumo.seconds, large->megabytes);
-    std::printf("\n");
-    std::fflush(stdout);
   }
 
   std::filesystem::path folder_;  ///< of the programs
@@ -151,11 +176,11 @@ int main(int argc, char** argv)
   const std::size_t n = argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 100'000;
   const std::size_t most = argc > 2 ? std::strtoul(argv[2], nullptr, 10) : 1'000'000;
   const std::vector<std::string> chosen(argv + std::min(argc, 3), argv + argc);
-  std::printf("%-6s %7s %35s %35s\n", "", "text", "seconds", "megabytes");
+  std::printf("%-6s %7s %35s %35s %17s %17s\n", "", "text", "seconds", "megabytes", "larger", "simplify");
   std::printf("%-6s %7s", "shape", "MB");
   for (int i = 0; i < 2; ++i)
     std::printf(" %8s %8s %8s %8s", "lumo", "z3", "cvc5", "ratio");
-  std::printf(" %8s %8s\n", "growth", "MB");
+  std::printf(" %8s %8s %8s %8s\n", "growth", "MB", "bytes", "ratio");
   const std::filesystem::path folder = std::filesystem::path(argv[0]).parent_path();
   Bench bench(folder);
   for (const TextShape& shape : kTextShapes) {

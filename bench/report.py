@@ -76,6 +76,15 @@ BYTES = [("binary application", "apply", 64), ("small numeral", "make", 64)]
 # Shapes and size at which the whole elimination is compared with Z3's
 SHAPES = ("wide", "deep")
 NUM_APPLICATIONS = 100_000
+# Columns of reader_bench with what they say; each is measured at the first size or at the second one.
+READER_SIZES = ("100000", "1000000")
+READING = [
+    ("reading, time", 5, "the faster parser", 0.15, 0),
+    ("reading, memory", 9, "the smaller parser", 0.5, 0),
+    ("reading, ten times the text", 10, "time", 12, 1),
+    ("simplify, bytes beyond the text", 12, "", 250, 1),
+    ("simplify, all of the time", 13, "elimination", 8, 1),
+]
 
 
 def report_line(text, peer, target, reached, worst):
@@ -139,6 +148,17 @@ def compare_queries(program, repetitions):
     yield report_line("query of 50 assertions on 100,000", "the first", 0.05, medians[worst], worst)
 
 
+def compare_readers(program):
+    output = subprocess.run([program, *READER_SIZES], check=True, text=True, stdout=subprocess.PIPE).stdout
+    shapes = [line.split() for line in output.splitlines()[2:]]
+    for text, column, peer, target, size in READING:
+        found = {fields[0]: float(fields[column]) for fields in shapes}
+        worst = max(found, key=found.get)
+        line = report_line(text, peer, target, found[worst], f"{worst}/{READER_SIZES[size]}")
+        line["all"] = found
+        yield line
+
+
 def describe_machine():
     """The processor's name; the compiler is the one that the programs were built with."""
     info = pathlib.Path("/proc/cpuinfo")
@@ -159,6 +179,7 @@ def measure(options):
             lines += compare_calls(report)
     lines += compare_elimination(str(options.folder / "elimination_bench"), options.repetitions)
     lines += compare_queries(str(options.folder / "incremental_bench"), options.repetitions)
+    lines += compare_readers(str(options.folder / "reader_bench"))
     return lines
 
 

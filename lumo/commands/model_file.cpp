@@ -9,7 +9,7 @@ std::vector<ModelValue> read_model_file(TermManager& mgr, std::span<const Term* 
                                         const std::string& file, std::istream& in, PhaseClock& clock)
 {
   return read_located(file, in, clock,
-                      [&](const std::string& text) { return smtlib::read_model(mgr, constants, text); });
+                      [&](const InputText& text) { return smtlib::read_model(mgr, constants, text.get()); });
 }
 
 }  // namespace lumo::commands

@@ -49,8 +49,8 @@ int run_extend(const ExtendOptions& options, std::istream& in, std::ostream& out
   return run_subcommand(err, [&] {
     check_one_standard_input({options.file, options.trail, options.model});
     const std::unique_ptr<Input> input = read_input(options.file, in, err, clock, options.query);
-    const Trail trail = read_located(options.trail, in, clock, [&](const std::string& text) {
-      return smtlib::read_trail(input->mgr, input->script.constants, text);
+    const Trail trail = read_located(options.trail, in, clock, [&](const InputText& text) {
+      return smtlib::read_trail(input->mgr, input->script.constants, text.get());
     });
     const std::vector<ModelValue> values =
         read_model_file(input->mgr, list_constants(input->script, trail), options.model, in, clock);

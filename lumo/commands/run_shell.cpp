@@ -45,7 +45,7 @@ void hold_conversation(Shell& shell, std::istream& in)
 void open_file(const std::string& name, std::ifstream& file)
 {
   file.open(name);
-  if (!file) with_located_failures(make_input_name(name), [&] { (void)read_file(name); });
+  if (!file) with_located_failures(make_input_name(name), [&] { (void)InputText::read_file(name); });
 }
 
 int get_status(const Shell& shell)

@@ -62,7 +62,7 @@ void print_text(std::ostream& out, const SolveOptions& options, const solvers::S
 }
 
 /// Answers each query of a text.
-int solve_conversation(const SolveOptions& options, const std::string& text, std::ostream& out)
+int solve_conversation(const SolveOptions& options, std::string_view text, std::ostream& out)
 {
   if (options.wants_json || options.wants_statistics) {
     throw SubcommandFailure("lumo: " + make_input_name(options.file) + " makes several queries, but " +
@@ -84,9 +84,9 @@ int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, 
   return run_subcommand(err, [&] {
     check_method(options.method);
     Statistics statistics;
-    const std::string text = read_input_text(options.file, in, clock);
+    const InputText text = read_input_text(options.file, in, clock);
     const std::unique_ptr<Input> input = try_read_script(options.file, text, err);
-    if (input == nullptr) return solve_conversation(options, text, out);
+    if (input == nullptr) return solve_conversation(options, text.get(), out);
     const solvers::Solution solution = solve_input(*input, options.method, statistics, clock);
 
     clock.enter(Phase::kPrint);

@@ -7,7 +7,6 @@
 #include <ostream>
 #include <system_error>
 
-#include "lumo/commands/text_file.h"
 #include "lumo/smtlib/query_reader.h"
 
 namespace lumo::commands {
@@ -52,16 +51,23 @@ std::string make_input_name(const std::string& file)
   return file == "-" ? "<stdin>" : smtlib::make_excerpt(file);
 }
 
-std::string read_input_text(const std::string& file, std::istream& in, PhaseClock& clock)
+InputText read_input_text(const std::string& file, std::istream& in, PhaseClock& clock)
 {
   clock.enter(file == "-" ? Phase::kWait : Phase::kRead);
-  std::string text = with_located_failures(make_input_name(file),
-                                           [&] { return file == "-" ? read_stream(in) : read_file(file); });
+  InputText text = with_located_failures(make_input_name(file), [&] {
+    return file == "-" ? InputText::read_stream(in) : InputText::read_file(file);
+  });
   if (file == "-") clock.enter(Phase::kRead);
   return text;
 }
 
 namespace {
+
+/// Gives back the memory of what it has read.
+smtlib::Script read_script(TermManager& mgr, const InputText& text)
+{
+  return smtlib::read_script(mgr, text.get(), [&text](std::size_t size) { text.give_back(size); });
+}
 
 void note_skipped(const Input& input, std::ostream& err)
 {
@@ -74,12 +80,12 @@ void note_skipped(const Input& input, std::ostream& err)
 
 }  // namespace
 
-std::unique_ptr<Input> try_read_script(const std::string& file, const std::string& text, std::ostream& err)
+std::unique_ptr<Input> try_read_script(const std::string& file, const InputText& text, std::ostream& err)
 {
   auto input = std::make_unique<Input>();
   input->name = make_input_name(file);
   try {
-    input->script = smtlib::read_script(input->mgr, text);
+    input->script = read_script(input->mgr, text);
   } catch (const smtlib::SeveralQueries&) {
     return nullptr;
   } catch (...) {
@@ -92,13 +98,14 @@ std::unique_ptr<Input> try_read_script(const std::string& file, const std::strin
 std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, std::ostream& err,
                                   PhaseClock& clock, std::optional<std::size_t> query)
 {
-  const std::string text = read_input_text(file, in, clock);
+  const InputText text = read_input_text(file, in, clock);
   if (!query) {
     if (std::unique_ptr<Input> input = try_read_script(file, text, err)) return input;
   }
   auto input = std::make_unique<Input>();
   input->name = make_input_name(file);
-  with_located_failures(input->name, [&] { input->script = smtlib::read_query(input->mgr, text, query); });
+  with_located_failures(input->name,
+                        [&] { input->script = smtlib::read_query(input->mgr, text.get(), query); });
   note_skipped(*input, err);
   return input;
 }
@@ -108,8 +115,8 @@ std::unique_ptr<Input> read_single_query(const std::string& file, std::istream& 
 {
   auto input = std::make_unique<Input>();
   input->name = make_input_name(file);
-  input->script = read_located(
-      file, in, clock, [&](const std::string& text) { return smtlib::read_script(input->mgr, text); });
+  input->script =
+      read_located(file, in, clock, [&](const InputText& text) { return read_script(input->mgr, text); });
   note_skipped(*input, err);
   return input;
 }

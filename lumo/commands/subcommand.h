@@ -11,6 +11,7 @@
 
 #include "lumo/commands/exit_status.h"
 #include "lumo/commands/phase_clock.h"
+#include "lumo/commands/text_file.h"
 #include "lumo/smtlib/input_error.h"
 #include "lumo/smtlib/script_reader.h"
 #include "lumo/terms/term_manager.h"
@@ -59,13 +60,13 @@ auto with_located_failures(const std::string& name, const Action& action)
 /// The name of a file in messages.
 [[nodiscard]] std::string make_input_name(const std::string& file);
 /// The text of a file, or of `in` if the file is `-`; throws a SubcommandFailure if it cannot be read.
-[[nodiscard]] std::string read_input_text(const std::string& file, std::istream& in, PhaseClock& clock);
+[[nodiscard]] InputText read_input_text(const std::string& file, std::istream& in, PhaseClock& clock);
 /// The result of `read` for the text of a file, or of `in` if the file is `-`; throws a SubcommandFailure if that
 /// fails.
 template <class Read>
 auto read_located(const std::string& file, std::istream& in, PhaseClock& clock, const Read& read)
 {
-  const std::string text = read_input_text(file, in, clock);
+  const InputText text = read_input_text(file, in, clock);
   return with_located_failures(make_input_name(file), [&] { return read(text); });
 }
 
@@ -80,7 +81,7 @@ struct Input
 /// Makes an input of the text of a file; null if it makes several queries. A text that cannot be read is a
 /// SubcommandFailure. A note to `err` names the commands that are skipped because nothing answers them. `get-model` is not
 /// one of them: `solve` prints a model, and what `simplify` leaves asks for one.
-[[nodiscard]] std::unique_ptr<Input> try_read_script(const std::string& file, const std::string& text,
+[[nodiscard]] std::unique_ptr<Input> try_read_script(const std::string& file, const InputText& text,
                                                      std::ostream& err);
 /// Reads a file, and takes the query of that number, counted from 1, or else its last one. What cannot be read is a
 /// SubcommandFailure. Notes are as above.

@@ -89,11 +89,12 @@ void CommandReader::replace(const Token& symbol, const Term* t)
 
 void CommandReader::close(Command& command)
 {
+  if (lexer_.take_text(")")) return;
   const Token token = lexer_.next();
   if (token.kind == TokenKind::kEnd) {
     lexer_.fail(command.position, "a parenthesis opens here, but the text ends before it is closed");
   }
-  if (token.kind != TokenKind::kClose) lexer_.refuse(token, "the end of the command");
+  lexer_.refuse(token, "the end of the command");
 }
 
 void CommandReader::skip(Command& command) { lexer_.skip_list(command.position); }
@@ -141,7 +142,7 @@ void CommandReader::read_constant_declaration(Command& command)
 void CommandReader::read_function_declaration(Command& command)
 {
   command.symbol = read_new_name();
-  lexer_.expect(TokenKind::kOpen, "a list of argument sorts");
+  lexer_.expect_open("a list of argument sorts");
   if (lexer_.next().kind != TokenKind::kClose) {
     lexer_.fail(command.symbol.position,
                 describe(command.symbol) +
@@ -156,16 +157,17 @@ void CommandReader::declare(Command& command)
   const DataType* sort = sorts_.read(lexer_);
   close(command);
   try {
-    command.term = make_constant(symbol_, sort);
+    command.term = make_constant(command.symbol.text, symbol_, sort);
   } catch (const Exception& e) {
     lexer_.fail(command.symbol.position, e.what());
   }
   symbols_.declare(symbol_, Meaning(command.term));
 }
 
-const Term* CommandReader::make_constant(SymbolTable::Number symbol, const DataType* sort)
+const Term* CommandReader::make_constant(std::string_view name, SymbolTable::Number /*symbol*/,
+                                         const DataType* sort)
 {
-  return mgr_.make_constant(symbols_.get_text(symbol), sort);
+  return mgr_.make_constant(name, sort);
 }
 
 void CommandReader::read_constant_definition(Command& command)
@@ -177,7 +179,7 @@ void CommandReader::read_constant_definition(Command& command)
 void CommandReader::read_function_definition(Command& command)
 {
   command.symbol = read_new_name();
-  lexer_.expect(TokenKind::kOpen, "a list of parameters");
+  lexer_.expect_open("a list of parameters");
   const Token first = lexer_.next();
   if (first.kind == TokenKind::kClose) {
     define(command);
@@ -186,7 +188,7 @@ void CommandReader::read_function_definition(Command& command)
   command.kind = CommandKind::kDefineFunction;
   read_parameters(first);
   const DataType* sort = sorts_.read(lexer_);
-  const Lexer start = lexer_;
+  const std::size_t start = lexer_.get_position();
   const Term* body = terms_.read_body(lexer_, command.position, parameters_, parameter_sorts_);
   check_sort(start, body, sort, "the body of the definition");
   close(command);
@@ -202,7 +204,7 @@ void CommandReader::read_parameters(const Token& first)
     if (token.kind != TokenKind::kOpen) lexer_.refuse(token, "a parameter");
     parameters_.push_back(lexer_.expect_name("the name of a parameter"));
     parameter_sorts_.push_back(sorts_.read(lexer_));
-    lexer_.expect(TokenKind::kClose, "the end of the parameter");
+    lexer_.expect_close("the end of the parameter");
   }
 }
 
@@ -222,18 +224,21 @@ void CommandReader::read_sort_definition(Command& command)
 
 const Term* CommandReader::read_term(Command& command, const DataType* sort, std::string_view what)
 {
-  const Lexer start = lexer_;
+  const std::size_t start = lexer_.get_position();
   const Term* t = terms_.read(lexer_, command.position);
   check_sort(start, t, sort, what);
   close(command);
   return t;
 }
 
-void CommandReader::check_sort(Lexer start, const Term* t, const DataType* sort, std::string_view what) const
+void CommandReader::check_sort(std::size_t start, const Term* t, const DataType* sort,
+                               std::string_view what) const
 {
   const DataType* found = t->get_symbol()->get_output_type();
   if (found == sort) return;
-  lexer_.fail(start.next().position, std::string(what) + " has sort " + found->to_string() + ", but sort " +
+  Lexer again = lexer_;
+  again.set_position(start);
+  lexer_.fail(again.next().position, std::string(what) + " has sort " + found->to_string() + ", but sort " +
                                          sort->to_string() + " was expected");
 }
 
@@ -250,7 +255,7 @@ unsigned long CommandReader::read_number_of_levels()
   if (std::from_chars(token.text.data(), end, number).ec != std::errc() || number > kMaxLevels) {
     lexer_.refuse(token, "at most " + std::to_string(kMaxLevels) + " levels");
   }
-  lexer_.expect(TokenKind::kClose, "the end of the command");
+  lexer_.expect_close("the end of the command");
   return number;
 }
 

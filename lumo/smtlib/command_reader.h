@@ -76,6 +76,8 @@ class CommandReader
 
   /// Reads the next command.
   [[nodiscard]] Command read();
+  /// The position at which the search for the next command starts.
+  [[nodiscard]] std::size_t get_position() const { return lexer_.get_position(); }
   [[nodiscard]] Place get_place(std::size_t position) const { return lexer_.get_place(position); }
   /// The known command that differs from a name by one or two mistakes in typing; empty if there is none.
   [[nodiscard]] static std::string_view find_nearest(std::string_view name);
@@ -92,10 +94,10 @@ class CommandReader
   void close(Command& command);
   void skip(Command& command);
   void read_attribute(Command& command);
-  /// Refuses a term of another sort; `start` stands before it, and `what` names it in the message.
-  void check_sort(Lexer start, const Term* t, const DataType* sort, std::string_view what) const;
+  /// Refuses a term of another sort; `start` is a position before it, and `what` names it in the message.
+  void check_sort(std::size_t start, const Term* t, const DataType* sort, std::string_view what) const;
   /// The constant that a declaration makes; `symbol` is that of its name.
-  virtual const Term* make_constant(SymbolTable::Number symbol, const DataType* sort);
+  virtual const Term* make_constant(std::string_view name, SymbolTable::Number symbol, const DataType* sort);
   /// Takes declarations and definitions back: those of symbols and those of sorts, except for the first ones.
   virtual void forget(std::size_t num_declarations, std::size_t num_sort_definitions);
   /// Drops all levels, and what was declared on them.

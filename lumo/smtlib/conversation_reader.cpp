@@ -74,7 +74,7 @@ void ConversationReader::read_terms(Command& command, bool are_assumptions)
       lexer_ = ahead;
       break;
     }
-    const Lexer start = lexer_;
+    const std::size_t start = lexer_.get_position();
     const Term* t = terms_.read(lexer_, command.position);
     if (are_assumptions) check_sort(start, t, mgr_.make_bool_type(), "the assumption");
     terms_read_.push_back({lexer_.get_text(next.position, lexer_.get_position()), t});
@@ -133,15 +133,16 @@ bool ConversationReader::has_begun() const
   return symbols_.get_num_declarations() > 0 || sorts_.get_num_definitions() > 0 || get_num_levels() > 0;
 }
 
-const Term* ConversationReader::make_constant(SymbolTable::Number symbol, const DataType* sort)
+const Term* ConversationReader::make_constant(std::string_view name, SymbolTable::Number symbol,
+                                              const DataType* sort)
 {
   if (symbol >= sorts_of_names_.size()) sorts_of_names_.resize(2 * std::size_t{symbol} + 1);
   const DataType*& sort_of_name = sorts_of_names_[symbol];
-  const bool has_own_name = !symbols_.get_text(symbol).starts_with(kReservedPrefix) &&
-                            (sort_of_name == nullptr || sort_of_name == sort);
+  const bool has_own_name =
+      !name.starts_with(kReservedPrefix) && (sort_of_name == nullptr || sort_of_name == sort);
   const Term* constant = nullptr;
   if (has_own_name) {
-    constant = CommandReader::make_constant(symbol, sort);
+    constant = CommandReader::make_constant(name, symbol, sort);
     sort_of_name = sort;
   } else {
     const Term*& renamed = renamed_[{symbol, sort}];

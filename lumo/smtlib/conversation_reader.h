@@ -67,7 +67,7 @@ class ConversationReader : public CommandReader
   [[nodiscard]] bool keeps_declarations() const { return keeps_declarations_; }
 
  protected:
-  const Term* make_constant(SymbolTable::Number symbol, const DataType* sort) override;
+  const Term* make_constant(std::string_view name, SymbolTable::Number symbol, const DataType* sort) override;
   void forget(std::size_t num_declarations, std::size_t num_sort_definitions) override;
 
  private:

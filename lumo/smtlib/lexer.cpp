@@ -121,7 +121,13 @@ void Lexer::fail(std::size_t position, const std::string& sentence) const
   throw InputError(get_place(position), sentence);
 }
 
-void Lexer::skip_comment() { next_ = std::find(next_, end_, '\n'); }
+void Lexer::skip_comments()
+{
+  while (!at_end() && *next_ == ';') {
+    next_ = std::find(next_, end_, '\n');
+    take_while(is_blank);
+  }
+}
 
 Token Lexer::read_other(char first)
 {

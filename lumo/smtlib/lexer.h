@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -60,18 +61,13 @@ class Lexer
   Token next()
   {
     skip_blank();
-    const char* start = next_;
-    if (start == end_) return {TokenKind::kEnd, {}, get_position()};
-    const char c = *start;
-    if (c == '(' || c == ')') {
-      ++next_;
-      return {c == '(' ? TokenKind::kOpen : TokenKind::kClose, {start, 1}, get_position() - 1};
-    }
-    if (is_symbol_character(c) && !is_digit(c)) {
-      const std::string_view symbol = take_while(is_symbol_character);
-      return {TokenKind::kSymbol, symbol, get_position() - symbol.size()};
-    }
-    return read_other(c);
+    const std::size_t position = get_position();
+    if (at_end()) return {TokenKind::kEnd, {}, position};
+    const char c = *next_;
+    if (is_symbol_start(c)) return {TokenKind::kSymbol, take_while(is_symbol_character), position};
+    if (c != '(' && c != ')') return read_other(c);
+    const char* start = next_++;
+    return {c == '(' ? TokenKind::kOpen : TokenKind::kClose, {start, 1}, position};
   }
   /// The position at which the search for the next token starts.
   [[nodiscard]] std::size_t get_position() const { return static_cast<std::size_t>(next_ - text_.data()); }
@@ -88,6 +84,19 @@ class Lexer
 
   /// The next token, which must be of that kind; `wanted` names it in the message if it is not.
   Token expect(TokenKind kind, std::string_view wanted);
+  /// The same for parentheses.
+  void expect_open(std::string_view wanted) { expect_parenthesis('(', TokenKind::kOpen, wanted); }
+  void expect_close(std::string_view wanted) { expect_parenthesis(')', TokenKind::kClose, wanted); }
+  /// Reads exactly these characters if they come next after white space; the last of them must end a token.
+  bool take_text(std::string_view text)
+  {
+    skip_blank();
+    if (static_cast<std::size_t>(end_ - next_) < text.size() ||
+        std::memcmp(next_, text.data(), text.size()) != 0)
+      return false;
+    next_ += text.size();
+    return true;
+  }
   /// The next token, which must be a symbol that is not a reserved word.
   Token expect_name(std::string_view wanted);
   /// The same for a token that was read.
@@ -104,15 +113,23 @@ class Lexer
   [[nodiscard]] bool at_end() const { return next_ == end_; }
   void skip_blank()
   {
-    for (; next_ != end_; ++next_) {
-      if (is_blank(*next_)) continue;
-      if (*next_ != ';') return;
-      skip_comment();
-      if (next_ == end_) return;
-    }
+    const char* next = next_;
+    while (next != end_ && is_blank(*next))
+      ++next;
+    next_ = next;
+    if (next != end_ && *next == ';') [[unlikely]]
+      skip_comments();
   }
-  /// Skips to the end of the line.
-  void skip_comment();
+  /// Skips the comment that begins here, and white space and comments after it.
+  void skip_comments();
+  void expect_parenthesis(char c, TokenKind kind, std::string_view wanted)
+  {
+    skip_blank();
+    if (!at_end() && *next_ == c) [[likely]]
+      ++next_;
+    else
+      static_cast<void>(expect(kind, wanted));
+  }
   /// Reads the longest piece whose characters all satisfy the predicate.
   template <class Predicate>
   std::string_view take_while(Predicate predicate)

@@ -1,7 +1,9 @@
 #include "lumo/smtlib/literals.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstdint>
 #include <string>
 
 #include <gmp.h>
@@ -24,9 +26,36 @@ struct Integer
   mpz_t value;
 };
 
+/// The most digits of each base that always fit a word
+constexpr std::size_t count_short_digits(int base) { return base == 16 ? 15 : base == 10 ? 18 : 62; }
+
+constexpr std::array<std::uint8_t, 256> make_digit_values()
+{
+  std::array<std::uint8_t, 256> values{};
+  for (std::uint8_t i = 0; i < 10; ++i)
+    values['0' + i] = i;
+  for (std::uint8_t i = 0; i < 6; ++i)
+    values['a' + i] = values['A' + i] = static_cast<std::uint8_t>(10 + i);
+  return values;
+}
+constexpr std::array<std::uint8_t, 256> kDigitValues = make_digit_values();
+
+/// The value of digits that fit a word
+template <unsigned long kBase>
+long make_word(std::string_view digits)
+{
+  unsigned long word = 0;
+  for (const char c : digits)
+    word = word * kBase + kDigitValues[static_cast<unsigned char>(c)];
+  return static_cast<long>(word);
+}
+
 /// The value of digits of that base; a number that fits a word is read without an allocation.
 QNumber make_number(std::string_view digits, int base)
 {
+  if (digits.size() <= count_short_digits(base)) {
+    return {base == 16 ? make_word<16>(digits) : base == 10 ? make_word<10>(digits) : make_word<2>(digits)};
+  }
   long word = 0;
   const char* end = digits.data() + digits.size();
   if (std::from_chars(digits.data(), end, word, base).ec == std::errc()) return {word};

@@ -142,8 +142,8 @@ void ModelReader::read_definition(const Token& open)
 /// Reads the rest of a definition, after the name.
 void ModelReader::read_value_of(const Term* constant)
 {
-  lexer_.expect(TokenKind::kOpen, "a list of parameters");
-  lexer_.expect(TokenKind::kClose, "an empty list of parameters");
+  lexer_.expect_open("a list of parameters");
+  lexer_.expect_close("an empty list of parameters");
   const DataType* sort = constant->get_symbol()->get_output_type();
   // The sort that is read has no position: get that of its first token by reading it twice.
   Lexer ahead = lexer_;
@@ -155,7 +155,7 @@ void ModelReader::read_value_of(const Term* constant)
                               make_excerpt(constant->get_symbol()->get_name()) + ", was expected");
   }
   const Term* value = read_value(sort);
-  lexer_.expect(TokenKind::kClose, "the end of the definition");
+  lexer_.expect_close("the end of the definition");
   values_.push_back({constant, value});
 }
 
@@ -202,7 +202,7 @@ const Term* ModelReader::read_decimal_literal(const DataType* sort)
   if (sorts_.read_width(lexer_) != sort->get_width()) {
     lexer_.refuse(width, "the width " + std::to_string(sort->get_width()));
   }
-  lexer_.expect(TokenKind::kClose, "the end of the literal");
+  lexer_.expect_close("the end of the literal");
   const Term* value = make_decimal_literal(mgr_, number.text, sort->get_width());
   if (value == nullptr) lexer_.refuse(number, wanted);
   return value;

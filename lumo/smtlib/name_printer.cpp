@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "lumo/smtlib/input_error.h"
 #include "lumo/smtlib/symbol_text.h"
@@ -51,7 +52,7 @@ bool is_plain(std::string_view name)
 
 void write_name(TextBuffer& out, const Symbol* symbol)
 {
-  if (const std::string* name = symbol->find_name(); name != nullptr) {
+  if (const std::optional<std::string_view> name = symbol->find_name(); name) {
     out << *name;
   } else if (symbol->get_kind() == Kind::kNumeral) {
     write_numeral(out, symbol);
@@ -69,7 +70,7 @@ std::string make_name_excerpt(const Term* constant)
 
 bool ConstantNames::note(const Symbol* constant)
 {
-  if (const std::string* name = constant->find_name(); name != nullptr) return note(*name);
+  if (const std::optional<std::string_view> name = constant->find_name(); name) return note(*name);
   const std::string& prefix = static_cast<const FreshSymbol*>(constant)->get_prefix();
   if (&prefix != prefix_) {
     // The digits at the end of a name make no difference.

@@ -1,5 +1,6 @@
 #include "lumo/smtlib/operators.h"
 
+#include <algorithm>
 #include <limits>
 #include <unordered_map>
 
@@ -186,6 +187,12 @@ const Operator* find_operator(std::string_view name)
 bool fits(TermManager& mgr, const Operator& op, Arguments args)
 {
   if (args.size() < op.min_args || args.size() > op.max_args) return false;
+  // The most common case on its own, since this is asked for every application.
+  if (op.signature == Signature::kUniformBitVectors) {
+    const DataType* first = args[0]->get_sort();
+    return !first->is_bool() &&
+           std::all_of(args.begin() + 1, args.end(), [=](const Term* t) { return t->get_sort() == first; });
+  }
   const DataType* bool_sort = mgr.make_bool_type();
   for (std::size_t i = 0; i < args.size(); ++i) {
     const DataType* expected = get_expected_sort(op, args, i, bool_sort);

@@ -14,9 +14,12 @@ class ScriptReader
  public:
   ScriptReader(TermManager& mgr, std::string_view text) : commands_(mgr, text) {}
 
-  Script read();
+  Script read(const std::function<void(std::size_t)>& pass);
 
  private:
+  /// After how many characters `pass` is called
+  static constexpr std::size_t kPiece = std::size_t{1} << 18U;
+
   /// Adds a command to the script; returns whether the script continues.
   bool take(const Command& command);
   void add_assertion(const Command& command);
@@ -33,9 +36,13 @@ class ScriptReader
   bool has_query_ = false;
 };
 
-Script ScriptReader::read()
+Script ScriptReader::read(const std::function<void(std::size_t)>& pass)
 {
+  std::size_t num_passed = 0;
   while (take(commands_.read())) {
+    if (!pass || commands_.get_position() < num_passed + kPiece) continue;
+    num_passed = commands_.get_position();
+    pass(num_passed);
   }
   return std::move(script_);
 }
@@ -144,6 +151,9 @@ std::vector<const Term*> Script::get_asserted_terms() const
   return terms;
 }
 
-Script read_script(TermManager& mgr, std::string_view text) { return ScriptReader(mgr, text).read(); }
+Script read_script(TermManager& mgr, std::string_view text, const std::function<void(std::size_t)>& pass)
+{
+  return ScriptReader(mgr, text).read(pass);
+}
 
 }  // namespace lumo::smtlib

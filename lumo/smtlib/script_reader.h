@@ -1,6 +1,8 @@
 #ifndef LUMO_SMTLIB_SCRIPT_READER_H
 #define LUMO_SMTLIB_SCRIPT_READER_H
 
+#include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,10 +43,13 @@ class SeveralQueries : public InputError
 /// One level may be pushed before the query and popped after it. Operators that the term layer does not have become
 /// applications of those that it has; an application to more arguments than two becomes nested ones; definitions,
 /// lets and named terms are replaced by what they stand for. Throws an InputError for everything else, and a
-/// SeveralQueries for a second query and for more levels. Time and
-/// memory are linear in the text and the terms that are made from it, and nesting may have any depth. The text is
-/// only needed during the call.
-[[nodiscard]] Script read_script(TermManager& mgr, std::string_view text);
+/// SeveralQueries for a second query and for more levels. Time and memory are linear in the text and the terms that are
+/// made from it, and nesting may have any depth. The text is only needed during the call.
+///
+/// `pass`, if there is one, is called from time to time with the number of characters that were read. They are read
+/// again only to find the place of an error.
+[[nodiscard]] Script read_script(TermManager& mgr, std::string_view text,
+                                 const std::function<void(std::size_t)>& pass = {});
 
 }  // namespace lumo::smtlib
 

@@ -12,7 +12,7 @@ constexpr std::size_t kNone = std::numeric_limits<std::size_t>::max();
 
 }  // namespace
 
-const DataType* SortReader::read(Lexer& lexer)
+const DataType* SortReader::read_anew(Lexer& lexer)
 {
   parameters_.clear();
   return read_expression(lexer).sort;
@@ -22,7 +22,7 @@ void SortReader::read_definition(Lexer& lexer)
 {
   const Token name = lexer.expect_name("a name");
   parameters_.clear();
-  lexer.expect(TokenKind::kOpen, "a list of parameters");
+  lexer.expect_open("a list of parameters");
   for (Token token = lexer.next(); token.kind != TokenKind::kClose; token = lexer.next()) {
     lexer.check_name(token, "the name of a parameter");
     if (!parameters_.emplace(token.text, parameters_.size()).second) {
@@ -77,7 +77,11 @@ SortReader::Expression SortReader::read_start(Lexer& lexer, const Token& first)
   if (first.kind != TokenKind::kOpen) lexer.refuse(first, kWantedSort);
 
   const Token head = lexer.next();
-  if (head.is_word("_")) return {read_bit_vector(lexer), kNone};
+  if (head.is_word("_")) {
+    recent_sort_ = read_bit_vector(lexer);
+    recent_text_ = lexer.get_text(first.position, lexer.get_position());
+    return {recent_sort_, kNone};
+  }
   if (!head.is_symbol()) lexer.refuse(head, kWantedSort);
   const auto place = definitions_.find(std::string(head.text));
   if (place == definitions_.end() || place->second.num_parameters == 0) lexer.refuse(head, kWantedSort);
@@ -105,7 +109,7 @@ const DataType* SortReader::read_bit_vector(Lexer& lexer)
   const Token name = lexer.next();
   if (!name.is_symbol() || name.text != "BitVec") lexer.refuse(name, kWantedSort);
   const unsigned long width = read_width(lexer);
-  lexer.expect(TokenKind::kClose, "the end of the sort");
+  lexer.expect_close("the end of the sort");
   return mgr_.make_bv_type(width);
 }
 

@@ -22,7 +22,12 @@ class SortReader
   explicit SortReader(TermManager& mgr) : mgr_(mgr) {}
 
   /// Reads the next sort. Throws an InputError if it is not a sort.
-  const DataType* read(Lexer& lexer);
+  const DataType* read(Lexer& lexer)
+  {
+    // Most sorts are spelled like the one before.
+    if (recent_sort_ != nullptr && lexer.take_text(recent_text_)) return recent_sort_;
+    return read_anew(lexer);
+  }
   /// Reads a definition, starting at the name: a name, names of parameters in parentheses, and a sort.
   void read_definition(Lexer& lexer);
   /// Reads the number of bits of a bit-vector sort.
@@ -53,6 +58,7 @@ class SortReader
     std::size_t first;     ///< of its arguments in `arguments_`
   };
 
+  [[nodiscard]] const DataType* read_anew(Lexer& lexer);
   [[nodiscard]] Expression read_expression(Lexer& lexer);
   /// Reads a sort, or opens an application of a sort. In the second case, the result has neither a sort nor a
   /// parameter.
@@ -62,6 +68,8 @@ class SortReader
   [[nodiscard]] Expression close(Lexer& lexer);
 
   TermManager& mgr_;
+  const DataType* recent_sort_ = nullptr;  ///< the last bit-vector sort that was read with a width
+  std::string recent_text_;                ///< its spelling, from parenthesis to parenthesis
   Definitions definitions_;
   std::vector<std::string> order_;  ///< of the definitions
   /// The places of the parameters of the definition that is being read

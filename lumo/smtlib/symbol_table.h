@@ -3,13 +3,17 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <deque>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "lumo/smtlib/operators.h"
+#include "lumo/terms/chunked_vector.h"
 #include "lumo/terms/term_manager.h"
+#include "lumo/terms/text_key.h"
+#include "lumo/terms/unique_table.h"
 
 namespace lumo::smtlib {
 
@@ -39,9 +43,9 @@ class Meaning
 {
  public:
   Meaning() = default;
-  explicit Meaning(const Term* t) : kind_(MeaningKind::kTerm), term_(t) {}
-  explicit Meaning(const Operator* op) : kind_(MeaningKind::kOperator), op_(op) {}
-  explicit Meaning(const Function* function) : kind_(MeaningKind::kFunction), function_(function) {}
+  explicit Meaning(const Term* t) : term_(t), kind_(MeaningKind::kTerm) {}
+  explicit Meaning(const Operator* op) : op_(op), kind_(MeaningKind::kOperator) {}
+  explicit Meaning(const Function* function) : function_(function), kind_(MeaningKind::kFunction) {}
 
   [[nodiscard]] MeaningKind get_kind() const { return kind_; }
   [[nodiscard]] bool is_none() const { return kind_ == MeaningKind::kNone; }
@@ -57,12 +61,12 @@ class Meaning
   }
 
  private:
-  MeaningKind kind_ = MeaningKind::kNone;
   union {
     const Term* term_ = nullptr;
     const Operator* op_;
     const Function* function_;
   };
+  MeaningKind kind_ = MeaningKind::kNone;
 };
 
 /// The symbols of a script and their meanings. A symbol is looked up once for each of its occurrences; after that,
@@ -79,12 +83,26 @@ class SymbolTable
   SymbolTable& operator=(const SymbolTable&) = delete;
 
   /// The number of the symbol with that text. A new symbol has no meaning.
-  [[nodiscard]] Number find(std::string_view text);
+  [[nodiscard]] Number find(std::string_view text)
+  {
+    const TextKey key(text);
+    const std::uint64_t hash = key.hash();
+    const UniqueTable::Index known =
+        numbers_.find(hash, [&](UniqueTable::Index i) { return has_text(entries_[i], key, text); });
+    return known != UniqueTable::kNone ? known : add(text, key, hash);
+  }
 
-  [[nodiscard]] const Meaning& get_meaning(Number symbol) const { return entries_[symbol].meaning; }
-  void set_meaning(Number symbol, const Meaning& meaning) { entries_[symbol].meaning = meaning; }
-  [[nodiscard]] std::string_view get_text(Number symbol) const { return entries_[symbol].get_text(); }
-  [[nodiscard]] ReservedWord get_reserved_word(Number symbol) const { return entries_[symbol].reserved; }
+  [[nodiscard]] Meaning get_meaning(Number symbol) const { return entries_[symbol]; }
+  void set_meaning(Number symbol, const Meaning& meaning)
+  {
+    static_cast<Meaning&>(entries_[symbol]) = meaning;
+  }
+  /// The text of a symbol, which lives as long as the table.
+  [[nodiscard]] std::string_view get_text(Number symbol) const;
+  [[nodiscard]] ReservedWord get_reserved_word(Number symbol) const
+  {
+    return symbol < reserved_words_.size() ? reserved_words_[symbol] : ReservedWord::kNone;
+  }
   /// Whether the language gives the symbol its meaning.
   [[nodiscard]] bool is_predefined(Number symbol) const { return symbol < num_predefined_; }
 
@@ -100,36 +118,34 @@ class SymbolTable
   [[nodiscard]] std::string find_nearest(std::string_view text) const;
 
  private:
-  struct Entry
+  /// The key is all of a short text; of a long one, `last` is its place in `long_texts_`. The mark lies where the meaning
+  /// ends in padding, so that two entries fill a line of a cache.
+  struct Entry : Meaning
   {
-    const char* text;
-    std::uint32_t size;  ///< of the text
-    ReservedWord reserved = ReservedWord::kNone;
-    Meaning meaning{};
+    explicit Entry(const TextKey& key) : mark(key.mark), first(key.first), last(key.last) {}
 
-    [[nodiscard]] std::string_view get_text() const { return {text, size}; }
+    std::uint32_t mark;
+    std::uint64_t first;
+    std::uint64_t last;
   };
-  static constexpr Number kEmpty = ~Number{0};
-  /// A place of the hash table
-  struct Place
+  static_assert(sizeof(Entry) <= 32);
+
+  [[nodiscard]] bool has_text(const Entry& entry, const TextKey& key, std::string_view text) const
   {
-    std::uint32_t hash;
-    Number number = kEmpty;
-  };
+    if (entry.first != key.first || entry.mark != key.mark) return false;
+    return key.is_short() ? entry.last == key.last : long_texts_[entry.last] == text;
+  }
+  [[nodiscard]] std::string make_text(const Entry& entry) const;
 
-  Number add(std::string_view text, std::uint32_t hash);
-  void put(const Place& place);
-  void grow();
-  /// A copy of the text that lives as long as the table.
-  [[nodiscard]] const char* keep(std::string_view text);
+  Number add(std::string_view text, TextKey key, std::uint64_t hash);
 
-  std::vector<Entry> entries_;
-  std::vector<Place> places_;  ///< a hash table with linear probing; its size is a power of two
+  ChunkedVector<Entry> entries_;
+  UniqueTable numbers_;
   std::size_t num_predefined_ = 0;
-  std::vector<Number> declared_;  ///< the declared symbols, in their order
-  std::vector<std::unique_ptr<char[]>> texts_;
-  std::size_t num_left_ = 0;  ///< number of unused characters in the last piece of `texts_`
-  char* next_ = nullptr;
+  std::vector<ReservedWord> reserved_words_;  ///< by number, of the symbols of the language
+  std::vector<Number> declared_;              ///< the declared symbols, in their order
+  std::deque<std::string> long_texts_;
+  mutable std::unordered_map<Number, std::string> requested_texts_;  ///< short ones
 };
 
 }  // namespace lumo::smtlib

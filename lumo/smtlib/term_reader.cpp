@@ -58,7 +58,8 @@ const Term* TermReader::read_body(Lexer& lexer, std::size_t open, const std::vec
 const Term* TermReader::read_all()
 {
   for (;;) {
-    const Term* t = take(lexer_->next());
+    const Token token = lexer_->next();
+    const Term* t = take(token);
     if (t != nullptr) t = deliver(t);
     if (t != nullptr) return t;
   }
@@ -76,11 +77,11 @@ void TermReader::reset()
   qualifiers_.clear();
 }
 
-const Term* TermReader::take(const Token& token)
+inline const Term* TermReader::take(const Token& token)
 {
   switch (token.kind) {
     case TokenKind::kOpen:
-      return open(token);
+      return open(token.position);
     case TokenKind::kClose:
       return close(token);
     case TokenKind::kSymbol:
@@ -103,25 +104,34 @@ const Term* TermReader::take(const Token& token)
   lexer_->refuse(token, "a term");
 }
 
-const Term* TermReader::open(const Token& parenthesis)
+inline const Term* TermReader::open(std::size_t position)
 {
   const Token token = lexer_->next();
-  if (token.kind == TokenKind::kOpen) {
-    const Token word = lexer_->next();
-    if (!word.is_word("_") && !word.is_word("as")) lexer_->refuse(word, "_ or as");
-    push_application(word.is_word("_") ? read_indexed_head() : read_qualified_head(), parenthesis.position);
+  if (!token.is_symbol()) {
+    open_compound(token, position);
     return nullptr;
   }
-  if (!token.is_symbol()) lexer_->refuse(token, "an operator or a function");
   const SymbolTable::Number number = symbols_.find(token.text);
+  const Operator* op = symbols_.get_meaning(number).get_operator();
+  if (op != nullptr && op->num_indices == 0) [[likely]] {
+    push_frame(FrameKind::kOperator, position, arguments_.size());
+    frames_.back().op = op;
+    return nullptr;
+  }
   const ReservedWord word = symbols_.get_reserved_word(number);
-  if (word != ReservedWord::kNone && token.kind == TokenKind::kSymbol) {
-    return open_word(word, token, parenthesis.position);
-  }
-  if (!push_plain_application(number, parenthesis.position)) {
-    push_application({token, number}, parenthesis.position);
-  }
+  if (word != ReservedWord::kNone && token.kind == TokenKind::kSymbol)
+    return open_word(word, token, position);
+  push_application({token, number}, position);
   return nullptr;
+}
+
+/// Opens an application whose head is indexed or qualified; its first token was read.
+void TermReader::open_compound(const Token& head, std::size_t position)
+{
+  if (head.kind != TokenKind::kOpen) lexer_->refuse(head, "an operator or a function");
+  const Token word = lexer_->next();
+  if (!word.is_word("_") && !word.is_word("as")) lexer_->refuse(word, "_ or as");
+  push_application(word.is_word("_") ? read_indexed_head() : read_qualified_head(), position);
 }
 
 const Term* TermReader::open_word(ReservedWord word, const Token& token, std::size_t position)
@@ -146,7 +156,7 @@ const Term* TermReader::open_word(ReservedWord word, const Token& token, std::si
 }
 
 /// Closes the innermost application.
-const Term* TermReader::close(const Token& parenthesis)
+inline const Term* TermReader::close(const Token& parenthesis)
 {
   const bool is_application = !frames_.empty() && (frames_.back().kind == FrameKind::kOperator ||
                                                    frames_.back().kind == FrameKind::kFunction);
@@ -158,7 +168,17 @@ const Term* TermReader::close(const Token& parenthesis)
   return t;
 }
 
-const Term* TermReader::deliver(const Term* t)
+inline const Term* TermReader::deliver(const Term* t)
+{
+  if (frames_.empty()) return t;
+  const FrameKind kind = frames_.back().kind;
+  if (kind != FrameKind::kOperator && kind != FrameKind::kFunction) return deliver_to_word(t);
+  arguments_.push_back(t);
+  return nullptr;
+}
+
+/// The same if what waits for the term is not an application.
+const Term* TermReader::deliver_to_word(const Term* t)
 {
   while (!frames_.empty()) {
     Frame& frame = frames_.back();
@@ -169,11 +189,11 @@ const Term* TermReader::deliver(const Term* t)
         return nullptr;
       case FrameKind::kBindings:
         bindings_.back().term = t;
-        lexer_->expect(TokenKind::kClose, "the end of the binding");
-        read_binding();
+        lexer_->expect_close("the end of the binding");
+        read_binding(lexer_->next());
         return nullptr;
       case FrameKind::kBody:
-        lexer_->expect(TokenKind::kClose, "the end of the let");
+        lexer_->expect_close("the end of the let");
         unhide(frame.first);
         break;
       case FrameKind::kAnnotation:
@@ -185,10 +205,10 @@ const Term* TermReader::deliver(const Term* t)
   return t;
 }
 
-void TermReader::push_frame(FrameKind kind, std::size_t position, std::size_t first)
+inline void TermReader::push_frame(FrameKind kind, std::size_t position, std::size_t first)
 {
   // The number fits, since a manager has fewer than 2^32 terms.
-  frames_.push_back({{nullptr}, position, static_cast<std::uint32_t>(first), kind, false, false});
+  frames_.emplace_back(Frame{{nullptr}, position, static_cast<std::uint32_t>(first), kind, false, false});
 }
 
 // -----------------------------------------------------------------------------------------------------------
@@ -197,16 +217,15 @@ void TermReader::push_frame(FrameKind kind, std::size_t position, std::size_t fi
 void TermReader::open_let(std::size_t position)
 {
   push_frame(FrameKind::kBindings, position, bindings_.size());
-  lexer_->expect(TokenKind::kOpen, "a list of bindings");
-  const Token next = Lexer(*lexer_).next();
-  if (next.kind == TokenKind::kClose) lexer_->refuse(next, "a binding");
-  read_binding();
+  lexer_->expect_open("a list of bindings");
+  const Token first = lexer_->next();
+  if (first.kind == TokenKind::kClose) lexer_->refuse(first, "a binding");
+  read_binding(first);
 }
 
-/// Reads the name of the next binding, or the end of the list; after that, the body of the let follows.
-void TermReader::read_binding()
+/// Reads the name of a binding, or the end of the list; after that, the body of the let follows.
+void TermReader::read_binding(const Token& token)
 {
-  const Token token = lexer_->next();
   if (token.kind == TokenKind::kClose) {
     bind();
     return;
@@ -221,10 +240,11 @@ void TermReader::bind()
 {
   Frame& frame = frames_.back();
   const std::size_t first_hidden = shadowed_.size();
+  const bool is_single = bindings_.size() - frame.first == 1;
   begin_names();
   for (std::size_t i = frame.first; i < bindings_.size(); ++i) {
     const Binding& binding = bindings_[i];
-    if (!is_new_name(binding.variable)) {
+    if (!is_single && !is_new_name(binding.variable)) {
       lexer_->fail(binding.position, "the symbol " + make_excerpt(symbols_.get_text(binding.variable)) +
                                          " is bound already in this let, but names must differ");
     }
@@ -237,7 +257,7 @@ void TermReader::bind()
 
 void TermReader::hide(SymbolTable::Number variable, const Term* t)
 {
-  shadowed_.push_back({variable, symbols_.get_meaning(variable)});
+  shadowed_.emplace_back(variable, symbols_.get_meaning(variable));
   symbols_.set_meaning(variable, Meaning(t));
 }
 
@@ -333,17 +353,8 @@ TermReader::Head TermReader::read_qualified_head()
     lexer_->refuse(head.symbol, "a symbol");
   }
   head.qualifier = sorts_.read(*lexer_);
-  lexer_->expect(TokenKind::kClose, "the end of the qualified name");
+  lexer_->expect_close("the end of the qualified name");
   return head;
-}
-
-bool TermReader::push_plain_application(SymbolTable::Number symbol, std::size_t position)
-{
-  const Operator* op = symbols_.get_meaning(symbol).get_operator();
-  if (op == nullptr || op->num_indices != 0) return false;
-  push_frame(FrameKind::kOperator, position, arguments_.size());
-  frames_.back().op = op;
-  return true;
 }
 
 void TermReader::push_application(const Head& head, std::size_t position)
@@ -351,7 +362,7 @@ void TermReader::push_application(const Head& head, std::size_t position)
   if (head.literal != nullptr) {
     lexer_->fail(head.symbol.position, "a literal was found before arguments, but it does not take any");
   }
-  const Meaning& meaning = symbols_.get_meaning(head.number);
+  const Meaning meaning = symbols_.get_meaning(head.number);
   if (const Operator* op = meaning.get_operator(); op != nullptr) {
     push_operator(*op, head, position);
   } else if (const Function* function = meaning.get_function(); function != nullptr) {
@@ -403,7 +414,7 @@ const Term* TermReader::make_constant(const Head& head)
 {
   const Term* t = head.literal;
   if (t == nullptr) {
-    const Meaning& meaning = symbols_.get_meaning(head.number);
+    const Meaning meaning = symbols_.get_meaning(head.number);
     t = meaning.get_term();
     if (t == nullptr && meaning.is_none()) {
       if (head.symbol.kind == TokenKind::kSymbol &&
@@ -437,7 +448,7 @@ const Term* TermReader::read_literal(const Token& token)
 const Term* TermReader::read_decimal_literal(const Token& symbol)
 {
   const unsigned long width = sorts_.read_width(*lexer_);
-  lexer_->expect(TokenKind::kClose, "the end of the literal");
+  lexer_->expect_close("the end of the literal");
   const Term* literal = make_decimal_literal(mgr_, symbol.text, width);
   if (literal == nullptr) {
     lexer_->fail(symbol.position, describe(symbol) + " was found, but a value below 2^" +
@@ -457,7 +468,7 @@ void TermReader::check_qualifier(const Term* t, const DataType* qualifier, std::
 // -----------------------------------------------------------------------------------------------------------
 // Applications
 
-const Term* TermReader::apply(const Frame& frame)
+inline const Term* TermReader::apply(const Frame& frame)
 {
   const Arguments args = Arguments(arguments_).subspan(frame.first);
   const Term* t =
@@ -468,7 +479,7 @@ const Term* TermReader::apply(const Frame& frame)
   return t;
 }
 
-const Term* TermReader::apply_operator(const Frame& frame, Arguments args)
+inline const Term* TermReader::apply_operator(const Frame& frame, Arguments args)
 {
   static constexpr Indices kNoIndices{};
   if (!fits(mgr_, *frame.op, args)) refuse_arguments(frame, find_misfit(mgr_, *frame.op, args));

@@ -11,6 +11,7 @@
 #include "lumo/smtlib/operators.h"
 #include "lumo/smtlib/sort_reader.h"
 #include "lumo/smtlib/symbol_table.h"
+#include "lumo/terms/chunked_vector.h"
 #include "lumo/terms/term_manager.h"
 
 namespace lumo::smtlib {
@@ -84,19 +85,22 @@ class TermReader
     Meaning meaning;
   };
 
+  // Those that are inline are the loop over the tokens of most terms.
   const Term* read_all();
   /// Takes a token: the result is the term that ends with it, or null.
-  const Term* take(const Token& token);
-  const Term* open(const Token& parenthesis);
+  inline const Term* take(const Token& token);
+  inline const Term* open(std::size_t position);
+  void open_compound(const Token& head, std::size_t position);
   const Term* open_word(ReservedWord word, const Token& token, std::size_t position);
-  const Term* close(const Token& parenthesis);
+  inline const Term* close(const Token& parenthesis);
   /// Passes a complete term to the innermost frame. Returns the term if there is no frame.
-  const Term* deliver(const Term* t);
-  void push_frame(FrameKind kind, std::size_t position, std::size_t first);
+  inline const Term* deliver(const Term* t);
+  const Term* deliver_to_word(const Term* t);
+  inline void push_frame(FrameKind kind, std::size_t position, std::size_t first);
   void reset();
 
   void open_let(std::size_t position);
-  void read_binding();
+  void read_binding(const Token& token);
   void bind();
   void hide(SymbolTable::Number variable, const Term* t);
   void unhide(std::size_t first);
@@ -110,8 +114,6 @@ class TermReader
   /// Read the text after `_` and after `as`.
   [[nodiscard]] Head read_indexed_head();
   [[nodiscard]] Head read_qualified_head();
-  /// Opens the application of a symbol without indices, the common case; returns false if it is not that simple.
-  bool push_plain_application(SymbolTable::Number symbol, std::size_t position);
   void push_application(const Head& head, std::size_t position);
   void push_operator(const Operator& op, const Head& head, std::size_t position);
   [[nodiscard]] Index make_index(const Operator& op, const Token& token) const;
@@ -120,8 +122,8 @@ class TermReader
   [[nodiscard]] const Term* read_decimal_literal(const Token& symbol);
   void check_qualifier(const Term* t, const DataType* qualifier, std::size_t position) const;
 
-  [[nodiscard]] const Term* apply(const Frame& frame);
-  [[nodiscard]] const Term* apply_operator(const Frame& frame, Arguments args);
+  [[nodiscard]] inline const Term* apply(const Frame& frame);
+  [[nodiscard]] inline const Term* apply_operator(const Frame& frame, Arguments args);
   [[nodiscard]] const Term* apply_function(const Frame& frame, Arguments args);
   [[nodiscard]] static Misfit find_function_misfit(const Function& function, Arguments args);
   /// The position of an argument, found by reading the application again.
@@ -137,10 +139,10 @@ class TermReader
   std::size_t open_ = 0;    ///< the position of the parenthesis around it
   bool is_body_ = false;    ///< whether it is the body of a definition with parameters
 
-  std::vector<Frame> frames_;
+  ChunkedVector<Frame> frames_;
   std::vector<const Term*> arguments_;
   std::vector<Binding> bindings_;
-  std::vector<Shadowed> shadowed_;
+  ChunkedVector<Shadowed> shadowed_;
   std::vector<Indices> indices_;
   std::vector<const DataType*> qualifiers_;
   std::vector<std::size_t> name_lists_;  ///< by symbol: the last list of names that it occurred in

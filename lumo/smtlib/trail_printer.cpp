@@ -3,6 +3,7 @@
 #include "lumo/smtlib/trail_printer.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -115,8 +116,8 @@ void print_piece(TextBuffer& out, TermPrinter& writer, PrintedTerms& terms, Slot
 /// Writes a symbol within a string, where a quotation mark is written twice.
 void write_in_string(TextBuffer& out, TermPrinter& writer, const Term* constant)
 {
-  const std::string* name = constant->get_symbol()->find_name();
-  if (name == nullptr || name->find('"') == std::string::npos) {
+  const std::optional<std::string_view> name = constant->get_symbol()->find_name();
+  if (!name || name->find('"') == std::string_view::npos) {
     writer.write_constant(constant);
     return;
   }

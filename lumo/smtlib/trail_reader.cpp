@@ -113,7 +113,7 @@ void TrailReader::note_steps()
 void TrailReader::note_step()
 {
   const Token text = lexer_.expect(TokenKind::kString, "a string with the names of a step");
-  lexer_.expect(TokenKind::kClose, "the end of the command");
+  lexer_.expect_close("the end of the command");
   NamedStep step = read_step(text);
   if (step.names.empty()) {
     fail(step, "an empty string was found, but a step starts with the name of a definition");

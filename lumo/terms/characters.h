@@ -16,8 +16,9 @@ enum : std::uint8_t
   kBlank = 1,
   kDigit = 2,
   kHexadecimalDigit = 4,
-  kSymbol = 8,    ///< may occur in a symbol without bars
-  kQuotable = 16  ///< may occur in a symbol between bars
+  kSymbol = 8,        ///< may occur in a symbol without bars
+  kQuotable = 16,     ///< may occur in a symbol between bars
+  kSymbolStart = 32,  ///< may begin a symbol without bars
 };
 
 constexpr std::array<std::uint8_t, 256> make_character_classes()
@@ -36,7 +37,7 @@ constexpr std::array<std::uint8_t, 256> make_character_classes()
   add(" \t\n\r", kBlank);
   add("0123456789", kDigit | kHexadecimalDigit | kSymbol);
   add("abcdefABCDEF", kHexadecimalDigit);
-  add("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ~!@$%^&*_-+=<>.?/", kSymbol);
+  add("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ~!@$%^&*_-+=<>.?/", kSymbol | kSymbolStart);
   return classes;
 }
 
@@ -58,6 +59,8 @@ inline constexpr std::array<std::uint8_t, 256> kCharacterClasses = make_characte
 }
 /// Whether c may occur in a symbol without bars.
 [[nodiscard]] constexpr bool is_symbol_character(char c) { return detail::has_class(c, detail::kSymbol); }
+/// Whether c may begin a symbol without bars.
+[[nodiscard]] constexpr bool is_symbol_start(char c) { return detail::has_class(c, detail::kSymbolStart); }
 /// Whether c may occur in a symbol between bars.
 [[nodiscard]] constexpr bool is_quotable_character(char c) { return detail::has_class(c, detail::kQuotable); }
 

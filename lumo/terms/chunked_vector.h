@@ -9,9 +9,6 @@
 #include <utility>
 #include <vector>
 
-// Internal: a shared library does not export it.
-#pragma GCC visibility push(hidden)
-
 namespace lumo {
 
 /// A sequence that grows at its end and never moves its elements: they lie in chunks of one size. Compared with a
@@ -68,7 +65,5 @@ class ChunkedVector
 };
 
 }  // namespace lumo
-
-#pragma GCC visibility pop
 
 #endif

@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "lumo/numbers/hash_mix.h"
 #include "lumo/numbers/scratch.h"
 
 namespace lumo {
@@ -16,26 +17,23 @@ constexpr std::size_t kManyBuckets = 5000;
 
 __extension__ using Product = unsigned __int128;
 
-/// The exclusive or of the two halves of the product depends on every bit of the factors, so one multiplication mixes
-/// two words.
-std::uint64_t multiply_and_fold(std::uint64_t a, std::uint64_t b)
-{
-  const Product product = Product{a} * b;
-  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64U);
-}
+/// Numbers that differ only in these bits have neighbouring hashes and buckets, so that numbers that are used in their
+/// order are found in the cache.
+constexpr std::uint64_t kNeighbours = 7;
 
 /// The hash is the same for the small and the big form of a number.
 std::uint64_t hash_pattern(const QNumber& pattern, unsigned long w)
 {
-  // Odd words without a bit pattern: the fractional parts of the golden ratio and of the square root of 2
-  constexpr std::uint64_t kFirst = 0x9e3779b97f4a7c15UL;
-  constexpr std::uint64_t kSecond = 0x6a09e667f3bcc909UL;
-  std::uint64_t hash = kFirst * (2 * w + 1);
+  std::uint64_t hash = kHashFirst * (2 * w + 1);
   long word;
-  if (pattern.get_word(word)) return multiply_and_fold(static_cast<std::uint64_t>(word) ^ kSecond, hash);
+  if (pattern.get_word(word)) {
+    const auto bits = static_cast<std::uint64_t>(word);
+    return (multiply_and_fold((bits & ~kNeighbours) ^ kHashSecond, hash) & ~kNeighbours) |
+           (bits & kNeighbours);
+  }
   mpz_srcptr z = pattern.view_numerator(get_scratch()[0]);
   for (std::size_t i = 0; i < mpz_size(z); ++i)
-    hash = multiply_and_fold(mpz_getlimbn(z, static_cast<mp_size_t>(i)) ^ kSecond, hash ^ kFirst);
+    hash = multiply_and_fold(mpz_getlimbn(z, static_cast<mp_size_t>(i)) ^ kHashSecond, hash ^ kHashFirst);
   return hash;
 }
 
@@ -74,7 +72,9 @@ void NumeralTable::clear() noexcept
 
 std::size_t NumeralTable::get_value_bucket(std::uint64_t hash) const
 {
-  return static_cast<std::size_t>((Product{hash} * by_value_.size()) >> 64U);
+  const auto first = static_cast<std::size_t>((Product{hash & ~kNeighbours} * by_value_.size()) >> 64U);
+  const std::size_t bucket = first + (hash & kNeighbours);
+  return bucket < by_value_.size() ? bucket : bucket - by_value_.size();
 }
 
 std::uint64_t NumeralTable::hash(const QNumber& value, const DataType* type)

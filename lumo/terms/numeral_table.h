@@ -111,7 +111,7 @@ class NumeralTable
   {
     return modulus_.reduce(reinterpret_cast<std::uintptr_t>(s));
   }
-  /// Hashes are well mixed, so the upper half of a product spreads them evenly.
+  /// Hashes are well mixed except for their lowest bits, so the upper half of a product spreads them evenly.
   [[nodiscard]] std::size_t get_value_bucket(std::uint64_t hash) const;
 
   [[nodiscard]] Numeral* slot(std::size_t i) const

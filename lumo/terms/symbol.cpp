@@ -46,9 +46,13 @@ std::unique_ptr<const std::string> make_operator_name(Kind kind, const Parameter
 
 std::unique_ptr<const std::string> Symbol::make_name() const
 {
-  // The only constants without a stored name are fresh constants.
-  if (kind_ == Kind::kConstant) {
-    return std::make_unique<const std::string>(static_cast<const FreshSymbol*>(this)->make_name());
+  switch (naming_) {
+    case Naming::kByText:
+      return std::make_unique<const std::string>(static_cast<const DeclaredSymbol*>(this)->get_text());
+    case Naming::kByNumber:
+      return std::make_unique<const std::string>(static_cast<const FreshSymbol*>(this)->make_name());
+    case Naming::kByValue:
+      break;
   }
   QNumber value;
   output_type_->get_manager()->is_number(this, &value);
@@ -57,7 +61,7 @@ std::unique_ptr<const std::string> Symbol::make_name() const
 
 OperatorSymbol::OperatorSymbol(TermManagerKey /*key*/, Kind kind, const DataType* output_type,
                                const ArgumentTypes& argument_types, const Parameters& parameters)
-    : Symbol(kind, output_type, make_operator_name(kind, parameters)),
+    : Symbol(kind, output_type, Naming::kByValue, make_operator_name(kind, parameters)),
       parameters_(parameters),
       argument_types_(argument_types)
 {}

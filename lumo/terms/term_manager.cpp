@@ -1,6 +1,8 @@
 #include "lumo/terms/term_manager.h"
 
 #include <algorithm>
+#include <cassert>
+#include <cstdlib>
 #include <new>
 
 #include "lumo/numbers/bvnumber.h"
@@ -16,13 +18,10 @@ std::string describe_widths() { return "widths are 1 to " + std::to_string(TermM
 
 TermManager::TermManager()
     : bool_type_(TermManagerKey(), this, 0),
-      true_(allocate_term(make_leaf_symbol(Kind::kTrue, &bool_type_, std::make_unique<std::string>("true")),
-                          nullptr, 0)
-                .term),
-      false_(
-          allocate_term(make_leaf_symbol(Kind::kFalse, &bool_type_, std::make_unique<std::string>("false")),
-                        nullptr, 0)
-              .term),
+      true_symbol_(TermManagerKey(), Kind::kTrue, &bool_type_, std::make_unique<std::string>("true")),
+      false_symbol_(TermManagerKey(), Kind::kFalse, &bool_type_, std::make_unique<std::string>("false")),
+      true_(allocate_term(&true_symbol_, nullptr, 0).term),
+      false_(allocate_term(&false_symbol_, nullptr, 0).term),
       empty_(make_snapshot())
 {}
 
@@ -54,12 +53,6 @@ void TermManager::check_own_type(const DataType* type) const
 // -------------------------------------------------------------------------------------------------------
 // constants
 
-const Symbol* TermManager::make_leaf_symbol(Kind kind, const DataType* type,
-                                            std::unique_ptr<const std::string> name)
-{
-  return &leaf_symbols_.emplace_back(TermManagerKey(), kind, type, std::move(name));
-}
-
 const Symbol* TermManager::make_constant_symbol(std::string_view name, const DataType* type)
 {
   return make_constant(name, type)->get_symbol();
@@ -79,10 +72,28 @@ const Term* TermManager::make_constant(std::string_view name, const DataType* ty
   }
   fresh_constants_.take(name);
   constants_.reserve_one();
-  const Symbol* s = make_leaf_symbol(Kind::kConstant, type, std::make_unique<std::string>(name));
-  const NewTerm t = allocate_term(s, nullptr, 0);
+  const NewTerm t = declare(name, type);
   constants_.insert(hash, t.index);
   return t.term;
+}
+
+TermManager::NewTerm TermManager::declare(std::string_view name, const DataType* type)
+{
+  if (name.size() > kMaxTextSize) {
+    return allocate_term(
+        &declared_symbols_.emplace_back(TermManagerKey(), type, 0, std::make_unique<std::string>(name)),
+        nullptr, 0);
+  }
+  const std::uint32_t id = get_next_id();
+  DeclaredSymbol& s = declared_symbols_.emplace_back(TermManagerKey(), type,
+                                                     static_cast<std::uint32_t>(name.size()), nullptr);
+  const auto [memory, index] = term_memory_.allocate(sizeof(Term) + get_room(name.size()));
+  const Term* t = new (memory) Term(&s, id);
+  char* text = static_cast<char*>(memory) + sizeof(Term);
+  std::copy(name.begin(), name.end(), text);
+  s.set_text(TermManagerKey(), text);
+  ++num_terms_;
+  return {t, index};
 }
 
 const Term* TermManager::make_fresh_constant(const std::string& prefix, const DataType* type)
@@ -99,7 +110,7 @@ const Term* TermManager::make_fresh_constant(const std::string& prefix, const Da
 UniqueTable::Index TermManager::find_declared(std::string_view name, std::size_t hash) const
 {
   return constants_.find(
-      hash, [this, name](UniqueTable::Index i) { return at(i)->get_symbol()->get_name() == name; });
+      hash, [this, name](UniqueTable::Index i) { return at(i)->get_symbol()->find_name() == name; });
 }
 
 const Term* TermManager::find_constant(std::string_view name, std::size_t hash) const
@@ -138,7 +149,8 @@ const Term* TermManager::make_pattern(const QNumber& pattern, const DataType* ty
 
 const Term* TermManager::make_term(const Symbol* s, const Term* const* args, std::size_t num_args)
 {
-  check_application(s, args, num_args);
+  if (!is_application(s, args, num_args)) [[unlikely]]
+    refuse_application(s, args, num_args);
   if (num_args == 0) return find_leaf(s);
   const std::size_t hash = hash_term(s, args, num_args);
   const UniqueTable::Index known = applications_.find(hash, [this, s, args, num_args](UniqueTable::Index i) {
@@ -158,6 +170,20 @@ const Term* TermManager::make_term(const Symbol* s, const Term* const* args, std
 }
 
 void TermManager::check_application(const Symbol* s, const Term* const* args, std::size_t num_args) const
+{
+  if (!is_application(s, args, num_args)) refuse_application(s, args, num_args);
+}
+
+inline bool TermManager::is_application(const Symbol* s, const Term* const* args, std::size_t num_args) const
+{
+  if (s == nullptr || num_args != s->get_arity() || s->get_output_type()->get_manager() != this) return false;
+  for (std::size_t i = 0; i < num_args; ++i) {
+    if (args[i] == nullptr || args[i]->get_sort() != as_operator(s).get_argument_type(i)) return false;
+  }
+  return true;
+}
+
+void TermManager::refuse_application(const Symbol* s, const Term* const* args, std::size_t num_args) const
 {
   if (s == nullptr) throw Exception("a symbol was expected, but a null pointer was given");
   if (s->get_output_type()->get_manager() != this) {
@@ -181,6 +207,8 @@ void TermManager::check_application(const Symbol* s, const Term* const* args, st
     throw Exception(place + " has sort " + found->to_string() + ", but " + expected->to_string() +
                     " was expected");
   }
+  assert(false && "the application is refused for a reason");
+  std::abort();
 }
 
 std::uint32_t TermManager::get_next_id() const
@@ -197,7 +225,9 @@ TermManager::NewTerm TermManager::allocate_term(const Symbol* s, const Term* con
   const std::uint32_t id = get_next_id();
   const auto [memory, index] = term_memory_.allocate(sizeof(Term) + num_args * sizeof(void*));
   Term* t = new (memory) Term(s, id);
-  std::copy_n(args, num_args, reinterpret_cast<const Term**>(t + 1));
+  const Term** copies = reinterpret_cast<const Term**>(t + 1);
+  for (std::size_t i = 0; i < num_args; ++i)  // few, so that a call of memmove takes longer
+    copies[i] = args[i];
   ++num_terms_;
   return {t, index};
 }

@@ -22,6 +22,7 @@
 #include "lumo/terms/symbol.h"
 #include "lumo/terms/term.h"
 #include "lumo/terms/term_arena.h"
+#include "lumo/terms/text_key.h"
 #include "lumo/terms/unique_table.h"
 
 /// The library: numbers, terms, models, calculators and elimination.
@@ -171,7 +172,7 @@ class TermManager
   [[nodiscard]] std::size_t get_num_terms() const { return num_terms_; }
   [[nodiscard]] std::size_t get_num_symbols() const
   {
-    return leaf_symbols_.size() + fresh_symbols_.size() + operator_symbols_.size() + numerals_.size();
+    return 2 + declared_symbols_.size() + fresh_symbols_.size() + operator_symbols_.size() + numerals_.size();
   }
 
   // ------------------------------------------------------------------------------ operators by their kind
@@ -312,9 +313,9 @@ class TermManager
   }
   [[nodiscard]] static std::size_t hash_term(const Symbol* s, const Term* const* args, std::size_t num_args)
   {
-    std::size_t h = mix_hash(0, s);
+    std::uint64_t h = reinterpret_cast<std::uintptr_t>(s);
     for (std::size_t i = 0; i < num_args; ++i)
-      h = mix_hash(h, args[i]);
+      h = multiply_and_fold(h ^ kHashFirst, reinterpret_cast<std::uintptr_t>(args[i]) ^ kHashSecond);
     return h;
   }
 
@@ -366,7 +367,10 @@ class TermManager
   const DataType* make_type(unsigned long w) { return w == 0 ? make_bool_type() : make_bv_type(w); }
 
   void check_own_type(const DataType* type) const;
-  const Symbol* make_leaf_symbol(Kind kind, const DataType* type, std::unique_ptr<const std::string> name);
+  /// Whether `make_term` takes the application, and why it does not.
+  [[nodiscard]] inline bool is_application(const Symbol* s, const Term* const* args,
+                                           std::size_t num_args) const;
+  [[noreturn]] void refuse_application(const Symbol* s, const Term* const* args, std::size_t num_args) const;
   /// The id of the next term; refuses more terms than there are ids.
   [[nodiscard]] std::uint32_t get_next_id() const;
   struct NewTerm
@@ -376,6 +380,15 @@ class TermManager
   };
   /// A new object that is not in any table yet.
   NewTerm allocate_term(const Symbol* s, const Term* const* args, std::size_t num_args);
+  /// The term of a new constant, whose name is not taken. It is in no table yet.
+  NewTerm declare(std::string_view name, const DataType* type);
+  /// Names up to this size lie after their terms in the arena.
+  static constexpr std::size_t kMaxTextSize = 256;
+  /// How much memory so many characters take there.
+  [[nodiscard]] static std::size_t get_room(std::size_t size)
+  {
+    return (size + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*);
+  }
   [[nodiscard]] const Term* at(TermArena::Index index) const
   {
     return static_cast<const Term*>(term_memory_.at(index));
@@ -383,10 +396,7 @@ class TermManager
   /// The numeral of a pattern of the sort.
   const Term* make_pattern(const QNumber& pattern, const DataType* type);
   [[nodiscard]] const Term* find_leaf(const Symbol* s) const;
-  [[nodiscard]] static std::size_t hash_name(std::string_view name)
-  {
-    return std::hash<std::string_view>()(name);
-  }
+  [[nodiscard]] static std::size_t hash_name(std::string_view name) { return TextKey(name).hash(); }
   /// The index of the declared constant of that name, or UniqueTable::kNone.
   [[nodiscard]] UniqueTable::Index find_declared(std::string_view name, std::size_t hash) const;
   /// The declared or fresh constant of that name, or null.
@@ -397,7 +407,7 @@ class TermManager
   {
     std::size_t serial = 0;
     std::size_t num_terms = 0;
-    std::size_t num_leaf_symbols = 0;
+    std::size_t num_declared_symbols = 0;
     std::size_t num_fresh_symbols = 0;
     std::size_t num_numerals = 0;
     TermArena::Position term_memory;
@@ -410,7 +420,9 @@ class TermManager
   std::unordered_map<unsigned long, DataType> bv_types_;
   std::array<const DataType*, kNumRecent> recent_bv_types_{};  ///< a cache
 
-  std::deque<Symbol> leaf_symbols_;  ///< without numerals and fresh constants
+  Symbol true_symbol_;
+  Symbol false_symbol_;
+  std::deque<DeclaredSymbol> declared_symbols_;
   std::deque<OperatorSymbol> operator_symbols_;
   UniqueTable operators_;                                             ///< indices in operator_symbols_
   std::array<const OperatorSymbol*, kNumRecent> recent_operators_{};  ///< a cache

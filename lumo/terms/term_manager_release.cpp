@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cassert>
+#include <optional>
+#include <string_view>
 
 #include "lumo/terms/exception.h"
 #include "lumo/terms/term_manager.h"
@@ -10,7 +12,7 @@ namespace lumo {
 
 TermManager::Snapshot TermManager::make_snapshot() const
 {
-  return {last_serial_,          num_terms_,       leaf_symbols_.size(),
+  return {last_serial_,          num_terms_,       declared_symbols_.size(),
           fresh_symbols_.size(), numerals_.size(), term_memory_.get_position()};
 }
 
@@ -57,19 +59,20 @@ void TermManager::release_applications(const Snapshot& snapshot) noexcept
       const Term* const* args = reinterpret_cast<const Term* const*>(t + 1);
       applications_.erase(hash_term(t->get_symbol(), args, num_args), index);
     }
-    return sizeof(Term) + num_args * sizeof(void*);
+    return sizeof(Term) + num_args * sizeof(void*) + get_room(t->get_symbol()->get_text_size());
   });
 }
 
 void TermManager::release_constants(const Snapshot& snapshot)
 {
-  for (; leaf_symbols_.size() > snapshot.num_leaf_symbols; leaf_symbols_.pop_back()) {
-    const std::string& name = leaf_symbols_.back().get_name();
-    const std::size_t hash = hash_name(name);
-    // A symbol whose term could not be made is not in any table.
-    if (const UniqueTable::Index i = find_declared(name, hash); i != UniqueTable::kNone) {
+  for (; declared_symbols_.size() > snapshot.num_declared_symbols; declared_symbols_.pop_back()) {
+    // A symbol whose term could not be made is not in any table, and may not have a name.
+    const std::optional<std::string_view> name = declared_symbols_.back().find_name();
+    if (!name) continue;
+    const std::size_t hash = hash_name(*name);
+    if (const UniqueTable::Index i = find_declared(*name, hash); i != UniqueTable::kNone) {
       constants_.erase(hash, i);
-      fresh_constants_.give_back(name);
+      fresh_constants_.give_back(*name);
     }
   }
   for (; fresh_symbols_.size() > snapshot.num_fresh_symbols; fresh_symbols_.pop_back())
@@ -86,8 +89,7 @@ void TermManager::clear()
   fresh_symbols_.clear();
   fresh_constants_ = FreshConstants();
   operator_symbols_.clear();
-  while (leaf_symbols_.size() > empty_.num_leaf_symbols)
-    leaf_symbols_.pop_back();
+  declared_symbols_.clear();
   numerals_.clear();
   term_memory_.release(empty_.term_memory);
   num_terms_ = empty_.num_terms;

@@ -1,10 +1,14 @@
 #ifndef LUMO_TERMS_UNIQUE_TABLE_H
 #define LUMO_TERMS_UNIQUE_TABLE_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
-#include <vector>
+#include <memory>
+#include <new>
+#include <utility>
 
 namespace lumo {
 
@@ -17,11 +21,19 @@ class UniqueTable
   using Index = std::uint32_t;
   static constexpr Index kNone = std::numeric_limits<Index>::max();
 
+  UniqueTable() = default;
+  UniqueTable(UniqueTable&& rhs) noexcept { swap(rhs); }
+  UniqueTable& operator=(UniqueTable&& rhs) noexcept
+  {
+    UniqueTable(std::move(rhs)).swap(*this);
+    return *this;
+  }
+
   /// The index with this hash for which matches(index) holds, or kNone.
   template <class Matches>
   [[nodiscard]] Index find(std::size_t hash, Matches matches) const
   {
-    if (entries_.empty()) return kNone;
+    if (capacity_ == 0) return kNone;
     const Tag tag = make_tag(hash);
     for (std::size_t i = tag & mask(); entries_[i].tag != kEmpty; i = next(i)) {
       if (entries_[i].tag == tag && matches(entries_[i].index)) return entries_[i].index;
@@ -32,13 +44,8 @@ class UniqueTable
   /// Reserves memory for one more index, so that the next `insert` cannot fail.
   void reserve_one()
   {
-    if (4 * (size_ + 1) <= 3 * entries_.size()) [[likely]]
-      return;
-    std::vector<Entry> old_entries(entries_.empty() ? kFirstSize : 2 * entries_.size());
-    old_entries.swap(entries_);
-    for (const Entry& entry : old_entries) {
-      if (entry.tag != kEmpty) place(entry);
-    }
+    if (4 * (size_ + 1) > 3 * capacity_) [[unlikely]]
+      grow();
   }
 
   /// Adds an index. Precondition: it is not in the table, and `reserve_one` was called.
@@ -70,7 +77,7 @@ class UniqueTable
  private:
   using Tag = std::uint32_t;
   static constexpr Tag kEmpty = 0;
-  static constexpr std::size_t kFirstSize = 64;
+  static constexpr std::size_t kFirstCapacity = 64;
 
   struct Entry
   {
@@ -83,7 +90,7 @@ class UniqueTable
     const Tag tag = static_cast<Tag>(hash);
     return tag == kEmpty ? 1 : tag;
   }
-  [[nodiscard]] std::size_t mask() const { return entries_.size() - 1; }
+  [[nodiscard]] std::size_t mask() const { return capacity_ - 1; }
   [[nodiscard]] std::size_t next(std::size_t i) const { return (i + 1) & mask(); }
   void place(const Entry& entry) noexcept
   {
@@ -93,7 +100,46 @@ class UniqueTable
     entries_[i] = entry;
   }
 
-  std::vector<Entry> entries_;  ///< a power of two, at most three quarters in use
+  /// Doubles the table in place: `realloc` remaps the pages of a large table instead of copying them.
+  ///
+  /// Entries are placed again in their order, starting after an empty place. All entries from an entry's old home up to
+  /// its own place come before it in this order. So its new place is at most its old one, or at most that in the new
+  /// half, and the search for it passes no entry that still has to move.
+  void grow()
+  {
+    const std::size_t old_capacity = capacity_;
+    const std::size_t new_capacity = std::max(kFirstCapacity, 2 * old_capacity);
+    void* memory = std::realloc(entries_.get(), new_capacity * sizeof(Entry));
+    if (memory == nullptr) throw std::bad_alloc();
+    static_cast<void>(entries_.release());
+    entries_.reset(static_cast<Entry*>(memory));
+    std::fill(entries_.get() + old_capacity, entries_.get() + new_capacity, Entry());
+    capacity_ = new_capacity;
+    if (old_capacity == 0) return;
+
+    std::size_t start = 0;
+    while (entries_[start].tag != kEmpty)
+      ++start;
+    for (std::size_t i = 1; i < old_capacity; ++i) {
+      const std::size_t old_place = (start + i) & (old_capacity - 1);
+      Entry& entry = entries_[old_place];
+      const bool stays = (entry.tag & mask()) == old_place;
+      if (entry.tag != kEmpty && !stays) place(std::exchange(entry, Entry()));
+    }
+  }
+  void swap(UniqueTable& other) noexcept
+  {
+    entries_.swap(other.entries_);
+    std::swap(capacity_, other.capacity_);
+    std::swap(size_, other.size_);
+  }
+
+  struct Free
+  {
+    void operator()(Entry* entries) const { std::free(entries); }
+  };
+  std::unique_ptr<Entry[], Free> entries_;
+  std::size_t capacity_ = 0;  ///< a power of two, or 0; at most three quarters in use
   std::size_t size_ = 0;
 };
 

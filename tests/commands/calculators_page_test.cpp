@@ -18,6 +18,8 @@ namespace {
 const std::string kExample = LUMO_SOURCE_DIR "/examples/calculators.smt2";
 const std::string kPage = LUMO_SOURCE_DIR "/docs/calculators.md";
 
+std::string read_file(const std::string& name) { return std::string(InputText::read_file(name).get()); }
+
 /// The lines of a text that start with the given characters, in their order.
 std::vector<std::string> select_lines(const std::string& text, const std::string& start)
 {

@@ -1,5 +1,6 @@
 #include "lumo/smtlib/script_reader.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -152,6 +153,74 @@ TEST(Reader, ReadsOneLevelAroundTheQuery)
   EXPECT_EQ(read_assertions(
                 "(push)(declare-const p Bool)(declare-const q Bool)(assert p)(assert q)(check-sat)(pop)"),
             expected);
+}
+
+/// Names that differ in one character each from one of the same size
+std::vector<std::string> make_similar_names(std::size_t size)
+{
+  std::vector<std::string> names = {std::string(size, 'a')};
+  for (std::size_t i = 0; i < size; ++i) {
+    names.push_back(names.front());
+    names.back()[i] = 'b';
+  }
+  return names;
+}
+
+TEST(Reader, TellsNamesOfAnySizeApart)
+{
+  std::string text;
+  std::vector<std::string> names;
+  for (std::size_t size = 1; size < 40; ++size) {
+    for (const std::string& name : make_similar_names(size)) {
+      names.push_back(name);
+      text += "(declare-const " + name + " Bool)(assert " + name + ")";
+    }
+  }
+  EXPECT_EQ(read_assertions(text), names);
+}
+
+TEST(Reader, NamesWhatIsBoundTwiceWhateverItsSize)
+{
+  for (std::size_t size = 1; size < 30; ++size) {
+    for (const std::string& name : make_similar_names(size)) {
+      TermManager mgr;
+      try {
+        static_cast<void>(read_script(mgr, "(assert (let ((" + name + " true)(" + name + " true)) true))"));
+        FAIL() << name;
+      } catch (const InputError& e) {
+        EXPECT_EQ(e.what(), "the symbol " + name + " is bound already in this let, but names must differ");
+      }
+    }
+  }
+}
+
+TEST(Reader, TellsWhatOfALongTextItHasPassed)
+{
+  std::string text = "(declare-const p Bool)\n";
+  while (text.size() < 2'000'000)
+    text += "(assert p)\n";
+  TermManager mgr;
+  std::vector<std::size_t> passed;
+  static_cast<void>(read_script(mgr, text, [&](std::size_t size) { passed.push_back(size); }));
+  ASSERT_GT(passed.size(), 2U);
+  EXPECT_TRUE(std::is_sorted(passed.begin(), passed.end()));
+  EXPECT_LE(passed.back(), text.size());
+  EXPECT_GT(passed.back(), text.size() / 2);
+}
+
+TEST(Reader, ReadsASortAgainHoweverItIsSpelled)
+{
+  TermManager mgr;
+  const Script script = read_script(
+      mgr,
+      "(declare-const a (_ BitVec 8))(declare-const b(_ BitVec 8))(declare-const c ( _ BitVec 8 ))"
+      "(declare-const d (_ BitVec 80)) (declare-const e ; (_ BitVec 80)\n(_ BitVec 8))(define-sort S () (_ "
+      "BitVec 7))"
+      "(declare-const f (_ BitVec 7))(declare-const g S)(declare-const h (_ BitVec 7))");
+  std::vector<unsigned long> widths;
+  for (const Term* constant : script.constants)
+    widths.push_back(constant->get_sort()->get_width());
+  EXPECT_EQ(widths, (std::vector<unsigned long>{8, 8, 8, 80, 8, 7, 7, 7}));
 }
 
 TEST(Reader, ReadsTheEmptyText)

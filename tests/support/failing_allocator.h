@@ -21,14 +21,21 @@ inline std::size_t num_bytes = 0;
 /// The number of blocks in use.
 inline long num_live_blocks = 0;
 
-inline void* allocate(std::size_t size, std::size_t alignment)
+/// Counts an allocation; whether it has to fail.
+inline bool is_next_failing()
 {
   ++num_allocations;
   if (countdown == 0) {
     if (!is_failure_lasting) countdown = -1;
-    throw std::bad_alloc();
+    return true;
   }
   if (countdown > 0) --countdown;
+  return false;
+}
+
+inline void* allocate(std::size_t size, std::size_t alignment)
+{
+  if (is_next_failing()) throw std::bad_alloc();
   const std::size_t rounded = (size / alignment + 1) * alignment;
   void* memory = std::aligned_alloc(alignment, rounded);
   if (memory == nullptr) throw std::bad_alloc();

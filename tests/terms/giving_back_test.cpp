@@ -175,6 +175,33 @@ TEST(GivingBack, KeepsOperatorSymbolsAndSorts)
   EXPECT_EQ(mgr.make_bv_add_symbol(77), s);
 }
 
+TEST(GivingBack, ForgetsNamesOfAnySize)
+{
+  TermManager mgr;
+  const DataType* byte = mgr.make_bv_type(8);
+  const auto make_name = [](std::size_t size) { return std::string(size, 'n'); };
+  constexpr std::size_t kMostCharacters = 600;
+  const Term* kept = mgr.make_constant(make_name(kMostCharacters + 1), byte);
+  const TermManager::Mark mark = mgr.mark();
+  for (unsigned long round = 0; round < 2; ++round) {
+    for (std::size_t size = 0; size <= kMostCharacters; ++size) {
+      // Of another sort in each round, which would be refused if the name were still known
+      const Term* constant = mgr.make_constant(make_name(size), mgr.make_bv_type(9 + round));
+      EXPECT_EQ(constant->get_symbol()->find_name(), make_name(size));
+      mgr.make_term(mgr.make_bv_not_symbol(9 + round), {constant});
+    }
+    for (std::size_t size = 0; size <= kMostCharacters; ++size) {
+      const Term* constant = mgr.make_constant(make_name(size), mgr.make_bv_type(9 + round));
+      EXPECT_EQ(constant->get_symbol()->get_name(), make_name(size));
+      EXPECT_EQ(constant->get_symbol()->copy_name(), make_name(size));
+    }
+    EXPECT_EQ(mgr.get_num_terms(), 2 * kMostCharacters + 5);
+    mgr.release(mark);
+    EXPECT_EQ(mgr.get_num_terms(), 3U);
+  }
+  EXPECT_EQ(mgr.make_constant(make_name(kMostCharacters + 1), byte), kept);
+}
+
 TEST(Clearing, LeavesANewManagerWithItsSorts)
 {
   TermManager mgr;
