@@ -131,6 +131,41 @@ TEST(BuiltInSession, AnswersErrorsAndGoesOn)
   EXPECT_EQ(session->ask("(get-model)", kNoDeadline).substr(0, 7), "(error ");
 }
 
+TEST(BuiltInSession, TakesSeedsAndLimitsAsNumbers)
+{
+  struct Row
+  {
+    std::string option;
+    bool is_taken;
+  };
+  const Row rows[] = {
+      {":random-seed 7", true},      {":seed 0", true},          {":timeout 60000", true},
+      {":rlimit 4294967295 ", true}, {":timeout", false},        {":timeout -1", false},
+      {":seed 4294967296", false},   {":random-seed x", false},  {":timeout 10 20", false},
+      {":produce-models 1", true},   {":print-success x", true}, {":verbosity 1", false},
+  };
+  for (const Row& row : rows) {
+    const std::unique_ptr<SolverSession> session = SolverSession::start_builtin();
+    const std::vector<std::string> answers =
+        session->ask_all("(set-option " + row.option + ")(check-sat)", kNoDeadline);
+    const std::vector<std::string> taken = {"sat"};
+    const std::vector<std::string> refused = {"unsupported", "sat"};
+    EXPECT_EQ(answers, row.is_taken ? taken : refused) << row.option;
+  }
+}
+
+TEST(BuiltInSession, SaysWhyItKnowsNoAnswer)
+{
+  const std::unique_ptr<SolverSession> session = SolverSession::start_builtin();
+  session->tell(
+      "(set-option :rlimit 1)(declare-const x (_ BitVec 64))(declare-const y (_ BitVec 64))"
+      "(assert (= (bvmul x y) #x7fffffffffffffe7))(assert (bvugt x #x0000000000000001))"
+      "(assert (bvugt y #x0000000000000001))(assert (bvult x #x00000000ffffffff))");
+  EXPECT_EQ(session->ask("(check-sat)", kNoDeadline), "unknown");
+  const std::string reason = session->ask("(get-info :reason-unknown)", kNoDeadline);
+  EXPECT_EQ(reason.substr(0, 18), "(:reason-unknown \"");
+}
+
 // -----------------------------------------------------------------------------------------------------------
 // Solvers that fail
 
