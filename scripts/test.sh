@@ -1,17 +1,18 @@
 #!/usr/bin/env bash
 # Builds lumo with its tests, runs all of them and prints the closing lines of the run.
 #
-#   scripts/test.sh [PRESET]
+#   scripts/test.sh [PRESET [ARGUMENT...]]
 #
-# PRESET is one of CMakePresets.json, debug if none is given. Installs missing packages first.
+# PRESET is one of CMakePresets.json, debug if none is given; ctest gets the arguments. Installs missing packages first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-if [[ $# -gt 1 || ${1:-} == -* ]]; then
+if [[ ${1:-} == -* ]]; then
   sed -nE '/^#   /s/^#   //p' "${BASH_SOURCE[0]}" >&2
   exit 1
 fi
 preset=${1:-debug}
+readonly arguments=("${@:2}")
 build=build/$preset
 build_log=build/$preset-build.log
 test_log=build/$preset-test.log
@@ -31,7 +32,7 @@ fi
 echo "Testing"
 status=0
 ctest --test-dir "$build" --no-tests=error --no-label-summary --output-on-failure --parallel "$(nproc)" \
-  > "$test_log" 2>&1 || status=$?
+  "${arguments[@]}" > "$test_log" 2>&1 || status=$?
 if [ "$status" -ne 0 ]; then
   # The output of failed tests, without the lines about passed ones
   sed -E '/^ *Start +[0-9]+:/d; / Test +#[0-9]+: .* Passed /d; /^[0-9]+% tests passed/,$d' "$test_log" \

@@ -320,9 +320,10 @@ void serve_z3(int in, int out)
     commands.add({buffer.data(), static_cast<std::size_t>(num_read)});
     for (auto command = commands.take(); command && !server.has_ended(); command = commands.take()) {
       const std::string answer = server.take(*command);
+      if (answer.empty()) continue;
       // Before the answer, since the session may end this process as soon as it has it.
       save_coverage_counters();
-      if (!answer.empty()) write_all(out, answer + '\n');
+      write_all(out, answer + '\n');
     }
   }
 }
