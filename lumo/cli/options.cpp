@@ -17,10 +17,11 @@ struct ValueName
   ValueKind kind;
 };
 
-constexpr std::array<ValueName, 7> kValueNames = {{
+constexpr std::array<ValueName, 8> kValueNames = {{
     {"FILE", ValueKind::kScript},
     {"REST", ValueKind::kFile},
     {"TRAIL", ValueKind::kFile},
+    {"CERT", ValueKind::kFile},
     {"MODEL", ValueKind::kFile},
     {"COMMAND", ValueKind::kCommand},
     {"SECONDS", ValueKind::kNumber},
@@ -136,6 +137,11 @@ void Options::add_solve()
   add_script(subcommand, solve.file);
   subcommand->add_flag("--model", solve.wants_model, "Also print a checked model of all declared constants");
   add_method(subcommand, solve.method);
+  subcommand
+      ->add_option("--certificate", solve.certificate,
+                   "If the answer is unsat, the file for a script that is unsatisfiable if and only if "
+                   "what elimination left follows from the script")
+      ->type_name("CERT");
   subcommand->add_flag("--stats", solve.wants_statistics,
                        "Print sizes, eliminated applications and times to standard error");
   subcommand->add_flag("--json", solve.wants_json, "Print answer, model and statistics as one JSON object");
@@ -151,6 +157,13 @@ void Options::add_method(CLI::App* subcommand, commands::SolveMethod& method)
       ->type_name("SECONDS");
   subcommand->add_flag_callback(
       "--no-elimination", [&method] { method.eliminates = false; }, "Give the solver the whole script");
+  CLI::Option* certify = subcommand->add_flag("--certify", method.certification.is_wanted,
+                                              "Have a second solver confirm the certificate of each unsat");
+  subcommand
+      ->add_option("--checker", method.certification.checker_command,
+                   "The command of that solver; the default is Z3, if it is built in")
+      ->type_name("COMMAND")
+      ->needs(certify);
 }
 
 void Options::add_simplify()
@@ -165,6 +178,10 @@ void Options::add_simplify()
       ->type_name("REST");
   subcommand->add_option("--trail", simplify.trail, "The file for the trail, which extend needs")
       ->type_name("TRAIL");
+  subcommand
+      ->add_option("--certificate", simplify.certificate,
+                   "The file for a script that is unsatisfiable if and only if the rest follows from FILE")
+      ->type_name("CERT");
 }
 
 void Options::add_extend()
@@ -226,6 +243,10 @@ void Options::add_shell()
   subcommand->add_option("FILE", shell.file, "SMT-LIB 2 commands; -, the default, is the standard input")
       ->type_name("");
   add_method(subcommand, shell.method);
+  subcommand
+      ->add_option("--certificate", shell.certificate,
+                   "The file for one such script for each unsat, separated by (reset)")
+      ->type_name("CERT");
 }
 
 // -----------------------------------------------------------------------------------------------------------

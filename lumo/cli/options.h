@@ -118,7 +118,8 @@ inline constexpr std::array<ExitStatus, 4> kExitStatuses = {{
     {commands::kRefused,
      "invert refused a request, check found the model invalid, or shell printed an error"},
     {commands::kFailed, "bad input, a solver that failed, or output that cannot be written"},
-    {commands::kCheckFailed, "a model of lumo's own did not pass lumo's own check"},
+    {commands::kCheckFailed,
+     "a model of lumo's own did not pass lumo's own check, or a certificate of unsat was refuted"},
 }};
 
 }  // namespace lumo::cli

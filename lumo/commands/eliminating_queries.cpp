@@ -33,6 +33,7 @@ class EliminatingQueries : public QuerySource
     return query;
   }
   void extend(ModelStore& model) const override { eliminator_.extend(model); }
+  [[nodiscard]] Trail get_trail() const override { return eliminator_.get_trail(); }
 
  private:
   IncrementalEliminator eliminator_;

@@ -16,11 +16,12 @@ enum class Phase : std::uint8_t
   kSolve,
   kExtend,
   kCheck,
+  kCertify,
   kPrint,  ///< to the standard output and other open descriptors
   kWrite,  ///< to files that it opens by name
 };
 
-inline constexpr std::size_t kNumPhases = 8;
+inline constexpr std::size_t kNumPhases = 9;
 
 /// The time that each phase has taken.
 using PhaseSeconds = std::array<double, kNumPhases>;

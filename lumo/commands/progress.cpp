@@ -10,8 +10,9 @@ namespace lumo::commands {
 namespace {
 
 /// By phase
-constexpr std::array<std::string_view, kNumPhases> kWords = {
-    "waiting", "reading", "eliminating", "solving", "extending", "checking", "printing", "writing"};
+constexpr std::array<std::string_view, kNumPhases> kWords = {"waiting",    "reading",   "eliminating",
+                                                             "solving",    "extending", "checking",
+                                                             "certifying", "printing",  "writing"};
 
 /// In groups of three digits
 std::string make_count_text(std::size_t count)

@@ -37,6 +37,7 @@ class PlainQueries : public QuerySource
     return query;
   }
   void extend(ModelStore& /*model*/) const override {}
+  [[nodiscard]] Trail get_trail() const override { return {}; }
 
  private:
   void truncate(std::size_t size)

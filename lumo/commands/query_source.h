@@ -7,6 +7,7 @@
 #include <span>
 #include <vector>
 
+#include "lumo/elimination/trail.h"
 #include "lumo/model/model_store.h"
 #include "lumo/terms/term_manager.h"
 
@@ -54,6 +55,8 @@ class QuerySource
   [[nodiscard]] virtual SolverQuery query(std::span<const Term* const> assumptions) = 0;
   /// Makes a model of what the solver was told a model of the assertions and assumptions of the last query.
   virtual void extend(ModelStore& model) const = 0;
+  /// The eliminations that lie between the assertions and assumptions of the last query and what the solver was told.
+  [[nodiscard]] virtual Trail get_trail() const = 0;
 };
 
 /// A source that eliminates unconstrained applications. The manager must outlive it, and no constant that is declared

@@ -2,11 +2,14 @@
 
 #include <algorithm>
 #include <fstream>
+#include <functional>
 #include <istream>
+#include <memory>
 #include <ostream>
 #include <string_view>
 #include <vector>
 
+#include "lumo/commands/result_file.h"
 #include "lumo/commands/shell.h"
 #include "lumo/commands/subcommand.h"
 #include "lumo/commands/text_file.h"
@@ -50,8 +53,39 @@ void open_file(const std::string& name, std::ifstream& file)
 
 int get_status(const Shell& shell)
 {
-  if (shell.has_wrong_model()) return kCheckFailed;
+  if (shell.has_failed_check()) return kCheckFailed;
   return shell.has_failed() ? kRefused : kAnswered;
+}
+
+/// Where the certificates go, if they are wanted; that must not be where the answers go.
+std::unique_ptr<ResultFile> open_certificates(const ShellOptions& options)
+{
+  if (!options.certificate) return {};
+  auto certificates = std::make_unique<ResultFile>("certificates", *options.certificate);
+  const ResultFile answers("answers", "-");
+  check_results(options.file, {&answers, certificates.get()});
+  certificates->open();
+  return certificates;
+}
+
+/// Lets a shell take commands and returns the exit status.
+int run_commands(const ShellOptions& options, std::ostream& out,
+                 const std::function<void(Shell& shell)>& take_commands)
+{
+  check_method(options.method);
+  const std::unique_ptr<ResultFile> certificates = open_certificates(options);
+  Shell shell(make_input_name(options.file), options.method, out);
+  shell.print_models(options.wants_models);
+  if (!certificates) {
+    take_commands(shell);
+  } else {
+    certificates->write(out, [&](std::ostream& stream) {
+      shell.write_certificates(stream);
+      take_commands(shell);
+    });
+    certificates->commit();
+  }
+  return get_status(shell);
 }
 
 }  // namespace
@@ -59,31 +93,24 @@ int get_status(const Shell& shell)
 int run_shell(const ShellOptions& options, std::istream& in, std::ostream& out, std::ostream& err)
 {
   return run_subcommand(err, [&] {
-    check_method(options.method);
-    Shell shell(make_input_name(options.file), options.method, out);
-    shell.print_models(options.wants_models);
-    if (options.file == "-") {
-      hold_conversation(shell, in);
-    } else {
-      std::ifstream file;
-      open_file(options.file, file);
-      hold_conversation(shell, file);
-    }
-    return get_status(shell);
+    std::ifstream file;
+    return run_commands(options, out, [&](Shell& shell) {
+      if (options.file != "-") open_file(options.file, file);
+      hold_conversation(shell, options.file == "-" ? in : file);
+    });
   });
 }
 
 int answer_commands(const ShellOptions& options, std::string_view text, std::ostream& out)
 {
-  Shell shell(make_input_name(options.file), options.method, out);
-  shell.print_models(options.wants_models);
-  smtlib::CommandSplitter commands;
-  commands.add(text);
-  commands.finish();
-  for (auto command = commands.take(); command; command = commands.take()) {
-    if (!shell.take(*command)) break;
-  }
-  return get_status(shell);
+  return run_commands(options, out, [text](Shell& shell) {
+    smtlib::CommandSplitter commands;
+    commands.add(text);
+    commands.finish();
+    for (auto command = commands.take(); command; command = commands.take()) {
+      if (!shell.take(*command)) break;
+    }
+  });
 }
 
 }  // namespace lumo::commands

@@ -2,6 +2,7 @@
 #define LUMO_COMMANDS_RUN_SHELL_H
 
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,12 +16,15 @@ struct ShellOptions
   std::string file = "-";  ///< `-` stands for the standard input
   SolveMethod method;
   bool wants_models = false;  ///< after each `sat`, print a model without being asked
+  /// The file for the certificates of all queries that are unsat, if any
+  std::optional<std::string> certificate{};
 };
 
 /// Does `lumo shell` and returns its exit status: kAnswered if no command was answered by an error, kCheckFailed if a
-/// model did not pass the check, else kRefused.
+/// model did not pass the check or a certificate was refuted, else kRefused.
 ///
-/// Commands are answered on `out` one by one, each as soon as it is complete in the input.
+/// Commands are answered on `out` one by one, each as soon as it is complete in the input. The file for certificates gets
+/// its content when the conversation is over.
 int run_shell(const ShellOptions& options, std::istream& in, std::ostream& out, std::ostream& err);
 
 /// The same for the commands of a text, without looking for a file.

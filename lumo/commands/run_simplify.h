@@ -17,12 +17,14 @@ struct SimplifyOptions
   std::string rest = "-";              ///< the file for the rest; `-` is the standard output
   std::optional<std::string> trail;    ///< the file for the trail, if any; `-` is the standard output
   std::optional<std::size_t> query{};  ///< of the file, counted from 1; else the last one
+  /// The file for the certificate, if any; `-` is the standard output
+  std::optional<std::string> certificate{};
 };
 
 /// Does `lumo simplify` and returns its exit status.
 ///
-/// Either both outputs are written, or the status is kFailed. Existing files stay unchanged
-/// until both are complete.
+/// Either all outputs are written, or the status is kFailed. Existing files stay unchanged
+/// until all are complete.
 int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream& out, std::ostream& err,
                  Progress* progress = nullptr);
 

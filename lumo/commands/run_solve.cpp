@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "lumo/commands/complete_model.h"
+#include "lumo/commands/result_file.h"
 #include "lumo/commands/run_shell.h"
 #include "lumo/commands/subcommand.h"
 #include "lumo/commands/text_escapes.h"
@@ -14,11 +15,11 @@ namespace lumo::commands {
 namespace {
 
 solvers::Solution solve_input(Input& input, const SolveMethod& method, Statistics& statistics,
-                              PhaseClock& clock)
+                              PhaseClock& clock, std::string* certificate)
 {
   return with_located_failures(input.name, [&] {
     try {
-      return solve_script(input.mgr, input.script, method, statistics, clock);
+      return solve_script(input.mgr, input.script, method, statistics, clock, certificate);
     } catch (const CheckFailure& e) {
       throw_check_failure(input.name, e, ", so there is no answer");
     }
@@ -61,6 +62,24 @@ void print_text(std::ostream& out, const SolveOptions& options, const solvers::S
     smtlib::print_model(out, solution.model);
 }
 
+/// The file for the certificate, if it is wanted; it must not be where the answer goes.
+std::unique_ptr<ResultFile> prepare_certificate(const SolveOptions& options)
+{
+  if (!options.certificate) return {};
+  auto certificate = std::make_unique<ResultFile>("certificate", *options.certificate);
+  const ResultFile answer("answer", "-");
+  check_results(options.file, {&answer, certificate.get()});
+  return certificate;
+}
+
+void write_certificate(ResultFile& file, const std::string& text, std::ostream& out, PhaseClock& clock)
+{
+  clock.enter(Phase::kWrite);
+  file.open();
+  file.write(out, [&](std::ostream& stream) { stream << text; });
+  file.commit();
+}
+
 /// Answers each query of a text.
 int solve_conversation(const SolveOptions& options, std::string_view text, std::ostream& out)
 {
@@ -69,6 +88,7 @@ int solve_conversation(const SolveOptions& options, std::string_view text, std::
                             (options.wants_json ? "--json" : "--stats") + " can tell of one only");
   }
   ShellOptions shell;
+  shell.certificate = options.certificate;
   shell.file = options.file;
   shell.method = options.method;
   shell.wants_models = options.wants_model;
@@ -83,11 +103,16 @@ int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, 
   PhaseClock clock(progress);
   return run_subcommand(err, [&] {
     check_method(options.method);
+    const std::unique_ptr<ResultFile> certificate_file = prepare_certificate(options);
     Statistics statistics;
+    std::string certificate;
     const InputText text = read_input_text(options.file, in, clock);
     const std::unique_ptr<Input> input = try_read_script(options.file, text, err);
     if (input == nullptr) return solve_conversation(options, text.get(), out);
-    const solvers::Solution solution = solve_input(*input, options.method, statistics, clock);
+    const solvers::Solution solution =
+        solve_input(*input, options.method, statistics, clock, certificate_file ? &certificate : nullptr);
+    if (certificate_file && solution.answer == solvers::Answer::kUnsat)
+      write_certificate(*certificate_file, certificate, out, clock);
 
     clock.enter(Phase::kPrint);
     write_output(out, [&](std::ostream& stream) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "lumo/commands/certify.h"
+#include "lumo/commands/complete_model.h"
 #include "lumo/commands/subcommand.h"
 #include "lumo/elimination/extend.h"
 #include "lumo/smtlib/input_error.h"
@@ -298,15 +300,49 @@ solvers::Answer Shell::find_answer(const std::vector<const Term*>& assumptions)
 {
   model_.reset();
   try {
-    const solvers::Solution solution = solver_->check(queries_->query(assumptions), first_.size());
-    const bool is_sat = solution.answer == solvers::Answer::kSat;
-    return is_sat && !complete_model(solution.model, assumptions) ? solvers::Answer::kUnknown
-                                                                  : solution.answer;
+    const SolverQuery query = queries_->query(assumptions);
+    const solvers::Solution solution = solver_->check(query, first_.size());
+    switch (solution.answer) {
+      case solvers::Answer::kSat:
+        return complete_model(solution.model, assumptions) ? solvers::Answer::kSat
+                                                           : solvers::Answer::kUnknown;
+      case solvers::Answer::kUnsat:
+        return certify(query, assumptions);
+      case solvers::Answer::kUnknown:
+        break;
+    }
+    return solvers::Answer::kUnknown;
   } catch (const solvers::SolverError& e) {
     failure_ = make_sentence(e);
     answer_error(failure_);
     return solvers::Answer::kUnknown;
   }
+}
+
+solvers::Answer Shell::certify(const SolverQuery& query, const std::vector<const Term*>& assumptions)
+{
+  if (!method_.certification.is_wanted && certificates_ == nullptr) return solvers::Answer::kUnsat;
+  std::vector<const Term*> told = solver_->list_additions();
+  for (const Addition& addition : query.additions) {
+    if (addition.level > first_.size()) told.push_back(addition.term);  // for this query only
+  }
+  told.insert(told.end(), query.assumptions.begin(), query.assumptions.end());
+  const std::string certificate = make_query_certificate(*queries_, assumptions, told);
+  if (certificates_ != nullptr) {
+    *certificates_ << (has_certificate_ ? "(reset)\n" : "") << certificate << std::flush;
+    has_certificate_ = true;
+  }
+  if (!method_.certification.is_wanted) return solvers::Answer::kUnsat;
+  try {
+    const solvers::Solution solution = confirm_unsat(certificate, method_.certification, method_.seconds);
+    failure_ = solution.reason;
+  } catch (const CheckFailure& e) {
+    failure_ = make_sentence(e) + ", so there is no answer";
+    has_failed_check_ = true;
+  }
+  if (failure_.empty()) return solvers::Answer::kUnsat;
+  answer_error(failure_);
+  return solvers::Answer::kUnknown;
 }
 
 bool Shell::complete_model(const std::vector<ModelValue>& values, const std::vector<const Term*>& assumptions)
@@ -329,7 +365,7 @@ bool Shell::complete_model(const std::vector<ModelValue>& values, const std::vec
   }
   if (failure_.empty()) return true;
   model_.reset();
-  has_wrong_model_ = true;
+  has_failed_check_ = true;
   answer_error(failure_);
   return false;
 }

@@ -25,6 +25,7 @@ namespace lumo::commands {
 ///
 /// - A `sat` is printed only when every assertion and assumption is true under the extended model. Values that are asked
 ///   for afterwards are those of this model.
+/// - If the method wants it, an `unsat` is printed only when the checker has confirmed its certificate.
 /// - A command that is wrong is answered `(error "...")`, and everything else is as it was before.
 /// - A solver that fails gets `(error "...")` and then the answer `unknown`; the next query starts another one.
 class Shell
@@ -35,12 +36,15 @@ class Shell
 
   /// Whether a model is printed after each `sat`, without being asked for.
   void print_models(bool prints) { prints_models_ = prints; }
+  /// Prints the certificates of all queries that are unsat to the stream, which must outlive the object, separated
+  /// by `(reset)`.
+  void write_certificates(std::ostream& out) { certificates_ = &out; }
   /// Answers a command; false if the conversation is over.
   bool take(const smtlib::CommandText& text);
   /// Whether some command was answered by an error.
   [[nodiscard]] bool has_failed() const { return has_failed_; }
-  /// Whether a model did not make all assertions true.
-  [[nodiscard]] bool has_wrong_model() const { return has_wrong_model_; }
+  /// Whether a model did not make all assertions true, or a certificate was refuted.
+  [[nodiscard]] bool has_failed_check() const { return has_failed_check_; }
 
  private:
   enum class State : std::uint8_t
@@ -76,6 +80,10 @@ class Shell
   void check();
   /// The answer; failures of the solver are told.
   [[nodiscard]] solvers::Answer find_answer(const std::vector<const Term*>& assumptions);
+  /// Prints the certificate of a query that is unsat, and has it confirmed, as far as that is wanted. Returns the
+  /// answer: unknown, with an error, if the certificate is not confirmed.
+  [[nodiscard]] solvers::Answer certify(const SolverQuery& query,
+                                        const std::vector<const Term*>& assumptions);
   /// Makes the solver's model one of the assertions and assumptions; false, with an error, if it is not.
   bool complete_model(const std::vector<ModelValue>& values, const std::vector<const Term*>& assumptions);
 
@@ -97,7 +105,9 @@ class Shell
   std::ostream& out_;
   bool prints_models_ = false;
   bool has_failed_ = false;
-  bool has_wrong_model_ = false;
+  bool has_failed_check_ = false;
+  std::ostream* certificates_ = nullptr;
+  bool has_certificate_ = false;  ///< whether one was printed
 
   // Made anew by `reset`, in this order
   std::unique_ptr<TermManager> mgr_;

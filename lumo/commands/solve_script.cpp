@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "lumo/commands/complete_model.h"
@@ -36,6 +37,24 @@ solvers::Solution solve_rest(TermManager& mgr, const std::vector<const Term*>& r
                                : solvers::solve_with_builtin(mgr, rest, limits);
 }
 
+/// Makes the certificate of an unsat, and has it confirmed if that is wanted.
+solvers::Solution certify(const smtlib::Script& script, const Elimination& elimination,
+                          const SolveMethod& method, Statistics& statistics, PhaseClock& clock,
+                          std::string* certificate)
+{
+  clock.enter(Phase::kCertify, statistics.before.terms + statistics.after.terms);
+  std::string text = make_certificate(script, elimination);
+  solvers::Solution solution{solvers::Answer::kUnsat, {}, {}};
+  if (method.certification.is_wanted) {
+    solution = confirm_unsat(text, method.certification, method.seconds);
+    if (solution.answer == solvers::Answer::kUnsat)
+      statistics.confirmer = get_checker_name(method.certification);
+  }
+  if (certificate != nullptr) *certificate = std::move(text);
+  clock.leave();
+  return solution;
+}
+
 }  // namespace
 
 void check_method(const SolveMethod& method)
@@ -48,10 +67,11 @@ void check_method(const SolveMethod& method)
     throw SubcommandFailure(
         "lumo: this lumo was built without Z3, so --solver COMMAND must say which solver to start");
   }
+  check_certification(method.certification);
 }
 
 solvers::Solution solve_script(TermManager& mgr, const smtlib::Script& script, const SolveMethod& method,
-                               Statistics& statistics, PhaseClock& clock)
+                               Statistics& statistics, PhaseClock& clock, std::string* certificate)
 {
   clock.enter(Phase::kEliminate, mgr.get_num_terms());
   const Elimination elimination = eliminate_if_wanted(mgr, script, method);
@@ -66,6 +86,9 @@ solvers::Solution solve_script(TermManager& mgr, const smtlib::Script& script, c
   if (solution.answer == solvers::Answer::kSat) {
     solution.model = complete_model(mgr, script, elimination, solution.model, clock);
   }
+  if (solution.answer == solvers::Answer::kUnsat &&
+      (method.certification.is_wanted || certificate != nullptr))
+    solution = certify(script, elimination, method, statistics, clock, certificate);
   return solution;
 }
 

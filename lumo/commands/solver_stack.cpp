@@ -67,6 +67,16 @@ void SolverStack::reset()
   end_session();
 }
 
+std::vector<const Term*> SolverStack::list_additions() const
+{
+  std::vector<const Term*> terms;
+  for (const Level& level : levels_) {
+    for (const Addition& addition : level.additions)
+      terms.push_back(addition.term);
+  }
+  return terms;
+}
+
 // -----------------------------------------------------------------------------------------------------------
 // Queries
 

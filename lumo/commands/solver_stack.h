@@ -45,6 +45,8 @@ class SolverStack
   void pop_to(std::size_t level);
   /// Forgets everything that was added, and ends the solver.
   void reset();
+  /// What was added on all levels, in the order in which it was added to each.
+  [[nodiscard]] std::vector<const Term*> list_additions() const;
   /// Asks whether what was added on all levels and the query can be true together; `num_levels` is the highest level.
   /// The model, if the answer is sat, has values of constants that the solver knows. A SolverError if it fails.
   [[nodiscard]] solvers::Solution check(const SolverQuery& query, std::size_t num_levels);

@@ -35,12 +35,13 @@ struct TimeRow
   Phase phase;
 };
 
-constexpr std::array<TimeRow, 5> kTimeRows = {{
+constexpr std::array<TimeRow, 6> kTimeRows = {{
     {"read", Phase::kRead},
     {"eliminate", Phase::kEliminate},
     {"solve", Phase::kSolve},
     {"extend", Phase::kExtend},
     {"check", Phase::kCheck},
+    {"certify", Phase::kCertify},
 }};
 
 constexpr int kNameWidth = 16;
@@ -68,6 +69,12 @@ std::string make_seconds_text(double seconds)
   std::ostringstream text;
   text << std::fixed << std::setprecision(kDigits) << seconds;
   return text.str();
+}
+
+/// The time for certificates is told only if there was one.
+bool has_row(const TimeRow& row, const PhaseSeconds& seconds)
+{
+  return row.phase != Phase::kCertify || seconds[static_cast<std::size_t>(row.phase)] > 0;
 }
 
 template <class Value>
@@ -117,8 +124,13 @@ void print_statistics(std::ostream& out, const Statistics& statistics, const Pha
     out << '\n';
   }
   print_row(out, "steps", statistics.steps);
-  out << "\nseconds\n";
+  out << '\n';
+  if (!statistics.confirmer.empty())
+    out << std::left << std::setw(kNameWidth) << "unsat"
+        << "confirmed by " << statistics.confirmer << '\n';
+  out << "seconds\n";
   for (const TimeRow& row : kTimeRows) {
+    if (!has_row(row, seconds)) continue;
     print_row(out, "  " + std::string(row.name),
               make_seconds_text(seconds[static_cast<std::size_t>(row.phase)]));
     out << '\n';
@@ -137,9 +149,13 @@ void print_statistics_json(std::ostream& out, const Statistics& statistics, cons
     out << separator << make_json_string(count.first) << ": " << count.second;
     separator = ", ";
   }
-  out << "}, \"seconds\": {";
+  out << '}';
+  if (!statistics.confirmer.empty())
+    out << ", \"unsat_confirmed_by\": " << make_json_string(statistics.confirmer);
+  out << ", \"seconds\": {";
   separator = "";
   for (const TimeRow& row : kTimeRows) {
+    if (!has_row(row, seconds)) continue;
     out << separator << '"' << row.name
         << "\": " << make_seconds_text(seconds[static_cast<std::size_t>(row.phase)]);
     separator = ", ";

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <iosfwd>
+#include <string>
 
 #include "lumo/commands/phase.h"
 #include "lumo/elimination/trail.h"
@@ -19,6 +20,9 @@ struct Statistics
   GraphSize after;  ///< of the rest that the solver gets
   std::size_t steps = 0;
   std::array<std::size_t, kNumOperators> eliminated{};  ///< applications of the script, by kind
+
+  /// Who confirmed the certificate of unsat; empty if nobody was asked, or did
+  std::string confirmer{};
 
   void count_steps(const Trail& trail);
   [[nodiscard]] std::size_t get_num_eliminated() const;

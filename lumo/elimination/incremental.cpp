@@ -44,6 +44,7 @@ class IncrementalEliminator::Implementation
   [[nodiscard]] std::span<const Term* const> get_assertions() const { return assertions_; }
   [[nodiscard]] Query query(std::span<const Term* const> assumptions);
   void extend(ModelStore& model) const;
+  [[nodiscard]] Trail get_trail() const;
   [[nodiscard]] Counts get_counts() const;
 
  private:
@@ -280,6 +281,16 @@ inline void IncrementalEliminator::Implementation::extend(ModelStore& model) con
   }
 }
 
+inline Trail IncrementalEliminator::Implementation::get_trail() const
+{
+  Trail trail;
+  for (const IncrementalSteps::LevelStep& step : steps_.get_steps())
+    trail.steps.push_back(step.step);
+  for (const IncrementalSteps::Fact& fact : steps_.get_facts())
+    trail.facts.push_back(fact.constant);
+  return trail;
+}
+
 inline IncrementalEliminator::Counts IncrementalEliminator::Implementation::get_counts() const
 {
   const std::size_t num_restored = steps_.get_num_restored();
@@ -316,6 +327,8 @@ IncrementalEliminator::Query IncrementalEliminator::query(std::span<const Term* 
 }
 
 void IncrementalEliminator::extend(ModelStore& model) const { implementation_->extend(model); }
+
+Trail IncrementalEliminator::get_trail() const { return implementation_->get_trail(); }
 
 IncrementalEliminator::Counts IncrementalEliminator::get_counts() const
 {

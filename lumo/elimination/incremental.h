@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "lumo/elimination/trail.h"
 #include "lumo/model/model_store.h"
 #include "lumo/terms/exception.h"
 #include "lumo/terms/term_manager.h"
@@ -95,6 +96,11 @@ class IncrementalEliminator
   /// Precondition: since the last query, no assertion was added and nothing was popped. Refuses a model of
   /// another manager with an `Exception`.
   void extend(ModelStore& model) const;
+
+  /// The steps and facts that are in force, restored ones included. In every model of the assertions and of the
+  /// assumptions of the last query, what was sent to the solver is true if each step's constant has the value of the
+  /// step's application; no application needs its own constant. The precondition is that of `extend`.
+  [[nodiscard]] Trail get_trail() const;
 
   [[nodiscard]] Counts get_counts() const;
 

@@ -20,6 +20,8 @@ void print_assertions(std::ostream& out, std::span<const Term* const> assertions
 /// The same for one assertion, whose term gets a name that needs no bars.
 void print_named_assertion(std::ostream& out, const Term* assertion, std::string_view name,
                            const Declare& declare);
+/// The same for the negation of the conjunction of some terms.
+void print_negation(std::ostream& out, std::span<const Term* const> conjunction, const Declare& declare);
 /// Prints `(declare-fun ...)`.
 void print_declaration(std::ostream& out, const Term* constant);
 

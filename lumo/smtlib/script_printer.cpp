@@ -181,6 +181,31 @@ void print_named_assertion(std::ostream& out, const Term* assertion, std::string
   buffer.flush();
 }
 
+void print_negation(std::ostream& out, Terms conjunction, const Declare& declare)
+{
+  const std::vector<const Term*> conjuncts = list_conjuncts(conjunction);
+  PrintedTerms terms(count_ids({}, conjuncts));
+  add_assertions(terms, conjuncts);
+  // All are printed in one assertion.
+  for (Slot slot = 0; slot < terms.get_num_slots(); ++slot)
+    terms.get_node(slot).piece = 0;
+  terms.choose_bindings();
+
+  TextBuffer buffer(out);
+  TermPrinter writer(buffer, terms);
+  print_declarations(writer, terms.get_constants(), declare);
+  buffer << "(assert";
+  const std::size_t num_layers = writer.open_lets(0);
+  buffer << (conjuncts.size() > 1 ? "(not (and" : "(not");
+  for (const Term* conjunct : conjuncts) {
+    buffer << (conjuncts.size() > 1 ? "\n  " : " ");
+    writer.write(conjunct);
+  }
+  if (conjuncts.empty()) buffer << " true";
+  buffer << (conjuncts.size() > 1 ? "))" : ")") << std::string(num_layers, ')') << ")\n";
+  buffer.flush();
+}
+
 void print_declaration(std::ostream& out, const Term* constant)
 {
   PrintedTerms terms(constant->get_id() + 1);

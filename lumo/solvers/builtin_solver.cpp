@@ -17,12 +17,13 @@ namespace lumo::solvers {
 
 namespace {
 
-/// The work of the copy of this process. Z3's expressions and the numerals of its model are made only there.
-std::string solve_in_copy(TermManager& mgr, std::span<const Term* const> assertions,
-                          std::span<const Term* const> constants, bool wants_model)
+/// The work of the copy of this process: the message of a solution, or of the failure to find one. Z3's expressions and
+/// the numerals of its model are made only there.
+std::string write_work(const TermManager& mgr, std::span<const Term* const> constants,
+                       const std::function<Solution()>& solve)
 {
   try {
-    return write_solution(mgr, solve_with_z3(mgr, assertions, wants_model), constants);
+    return write_solution(mgr, solve(), constants);
   } catch (const SolverError& e) {
     return write_failure(e.what());
   } catch (const std::bad_alloc&) {
@@ -39,6 +40,18 @@ ChildOutcome run(const std::function<std::string()>& work, const Deadline& deadl
   }
 }
 
+/// The solution that the copy finds, with values of the constants.
+Solution solve_apart(TermManager& mgr, std::span<const Term* const> constants, const SolverLimits& limits,
+                     const Deadline& deadline, const std::function<Solution()>& solve)
+{
+  const ChildOutcome outcome = run([&] { return write_work(mgr, constants, solve); }, deadline);
+  if (std::string reason = explain_stop(outcome.end, limits); !reason.empty())
+    return {Answer::kUnknown, {}, reason};
+  if (outcome.end == ChildEnd::kExit && !outcome.out.empty())
+    return read_solution(mgr, constants, outcome.out);
+  throw SolverError("the built-in solver " + describe_end_without_answer(outcome));
+}
+
 }  // namespace
 
 bool has_builtin_solver() { return true; }
@@ -50,13 +63,15 @@ Solution solve_with_builtin(TermManager& mgr, std::span<const Term* const> asser
 {
   const Deadline deadline(limits.seconds);
   const std::vector<const Term*> constants = collect_constants(assertions);
-  const ChildOutcome outcome =
-      run([&] { return solve_in_copy(mgr, assertions, constants, limits.wants_model); }, deadline);
-  if (std::string reason = explain_stop(outcome.end, limits); !reason.empty())
-    return {Answer::kUnknown, {}, reason};
-  if (outcome.end == ChildEnd::kExit && !outcome.out.empty())
-    return read_solution(mgr, constants, outcome.out);
-  throw SolverError("the built-in solver " + describe_end_without_answer(outcome));
+  return solve_apart(mgr, constants, limits, deadline,
+                     [&] { return solve_with_z3(mgr, assertions, limits.wants_model); });
+}
+
+Solution solve_text_with_builtin(std::string_view script, const SolverLimits& limits)
+{
+  TermManager mgr;  // no constants
+  const Deadline deadline(limits.seconds);
+  return solve_apart(mgr, {}, limits, deadline, [&] { return solve_text_with_z3(std::string(script)); });
 }
 
 }  // namespace lumo::solvers

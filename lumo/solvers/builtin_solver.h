@@ -2,6 +2,7 @@
 #define LUMO_SOLVERS_BUILTIN_SOLVER_H
 
 #include <span>
+#include <string_view>
 
 #include "lumo/solvers/answer.h"
 #include "lumo/solvers/solver_limits.h"
@@ -20,6 +21,10 @@ namespace lumo::solvers {
 /// memory, or this build contains no solver.
 [[nodiscard]] Solution solve_with_builtin(TermManager& mgr, std::span<const Term* const> assertions,
                                           const SolverLimits& limits);
+
+/// The answer of the built-in solver to the single query of an SMT-LIB 2 script, without a model. Its own parser reads
+/// the text, so nothing but the text is trusted. Limits and failures are as above.
+[[nodiscard]] Solution solve_text_with_builtin(std::string_view script, const SolverLimits& limits);
 
 /// Answers the commands of a conversation, which come from one descriptor, on the other one, until the end of the
 /// commands, as an SMT-LIB 2 solver does. To be called in a process of its own; `SolverSession` does that.

@@ -12,6 +12,11 @@ Solution solve_with_builtin(TermManager& /*mgr*/, std::span<const Term* const> /
   throw SolverError("there is no built-in solver, since lumo was built without Z3");
 }
 
+Solution solve_text_with_builtin(std::string_view /*script*/, const SolverLimits& /*limits*/)
+{
+  throw SolverError("there is no built-in solver, since lumo was built without Z3");
+}
+
 void serve_builtin(int /*in*/, int /*out*/) {}
 
 }  // namespace lumo::solvers

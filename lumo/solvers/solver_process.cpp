@@ -57,24 +57,23 @@ std::optional<Answer> find_answer(std::string_view line)
   return std::nullopt;
 }
 
-/// One run of a solver
+/// One run of a solver on a script.
 class SolverRun
 {
  public:
-  SolverRun(TermManager& mgr, const std::string& command, std::span<const Term* const> assertions,
-            const SolverLimits& limits)
-      : mgr_(mgr), command_(command), assertions_(assertions), limits_(limits)
-  {}
+  SolverRun(const std::string& command, const SolverLimits& limits) : command_(command), limits_(limits) {}
 
-  Solution solve();
+  /// Returns the answer, without a model. The rest of the output is then what follows the answer.
+  [[nodiscard]] Solution solve(std::string_view script);
+  /// Precondition: the answer is sat.
+  [[nodiscard]] std::vector<ModelValue> read_model(TermManager& mgr,
+                                                   std::span<const Term* const> constants) const;
 
  private:
-  [[nodiscard]] std::string print() const;
-  [[nodiscard]] ChildOutcome run() const;
-  /// Removes everything up to the answer from the output.
-  [[nodiscard]] Solution take_answer(std::string_view& output) const;
-  [[nodiscard]] std::string find_reason(std::string_view answer, std::string_view output) const;
-  [[nodiscard]] std::vector<ModelValue> read(std::string_view output) const;
+  [[nodiscard]] ChildOutcome run(std::string_view script) const;
+  /// Removes everything up to the answer from the rest of the output.
+  [[nodiscard]] Solution take_answer();
+  [[nodiscard]] std::string find_reason(std::string_view answer) const;
   [[nodiscard]] std::string get_name() const
   {
     return "the solver \"" + smtlib::make_excerpt(command_) + "\"";
@@ -82,18 +81,16 @@ class SolverRun
   [[noreturn]] void fail(const std::string& what_it_did) const;
   [[noreturn]] void fail_without_answer() const;
 
-  TermManager& mgr_;
   const std::string& command_;
-  std::span<const Term* const> assertions_;
   const SolverLimits& limits_;
   Deadline deadline_{limits_.seconds};
-  std::vector<const Term*> constants_ = collect_constants(assertions_);
   ChildOutcome outcome_;
+  std::string_view rest_;  ///< of the output
 };
 
-Solution SolverRun::solve()
+Solution SolverRun::solve(std::string_view script)
 {
-  outcome_ = run();
+  outcome_ = run(script);
   switch (outcome_.end) {
     case ChildEnd::kTimeOver:
     case ChildEnd::kInterrupted:
@@ -105,36 +102,26 @@ Solution SolverRun::solve()
     case ChildEnd::kExit:
       break;
   }
-
-  std::string_view output = outcome_.out;
-  Solution solution = take_answer(output);
-  if (solution.answer == Answer::kSat && limits_.wants_model) solution.model = read(output);
-  return solution;
+  rest_ = outcome_.out;
+  return take_answer();
 }
 
-ChildOutcome SolverRun::run() const
+ChildOutcome SolverRun::run(std::string_view script) const
 {
   try {
-    return run_child(command_, print(), deadline_);
+    return run_child(command_, script, deadline_);
   } catch (const Exception& e) {
     fail(std::string("was not started: ") + e.what());
   }
 }
 
-std::string SolverRun::print() const
+Solution SolverRun::take_answer()
 {
-  std::ostringstream script;
-  smtlib::print_script(script, constants_, assertions_, limits_.wants_model);
-  return std::move(script).str();
-}
-
-Solution SolverRun::take_answer(std::string_view& output) const
-{
-  while (!output.empty()) {
-    const std::string_view rest = output;
-    const std::string_view line = take_line(output);
+  while (!rest_.empty()) {
+    const std::string_view rest = rest_;
+    const std::string_view line = take_line(rest_);
     if (const std::optional<Answer> answer = find_answer(line)) {
-      if (*answer == Answer::kUnknown) return {*answer, {}, find_reason(line, output)};
+      if (*answer == Answer::kUnknown) return {*answer, {}, find_reason(line)};
       return {*answer, {}, {}};
     }
     // An answer after an error is not an answer to the whole script.
@@ -147,23 +134,23 @@ Solution SolverRun::take_answer(std::string_view& output) const
 }
 
 /// Why the answer is unknown, if the output says so; some programs print it without a request.
-std::string SolverRun::find_reason(std::string_view answer, std::string_view output) const
+std::string SolverRun::find_reason(std::string_view answer) const
 {
   if (answer == "timeout") return get_name() + " reached a time limit of its own";
   constexpr std::string_view kKeyword = "(:reason-unknown";
-  const std::size_t place = output.find(kKeyword);
+  const std::size_t place = rest_.find(kKeyword);
   if (place == std::string_view::npos) return {};
-  return get_name() + " said " + make_one_line(take_list(output.substr(place)));
+  return get_name() + " said " + make_one_line(take_list(rest_.substr(place)));
 }
 
-std::vector<ModelValue> SolverRun::read(std::string_view output) const
+std::vector<ModelValue> SolverRun::read_model(TermManager& mgr, std::span<const Term* const> constants) const
 {
-  if (is_blank(output)) fail("answered sat, but printed no model");
+  if (is_blank(rest_)) fail("answered sat, but printed no model");
   try {
-    return smtlib::read_model(mgr_, constants_, output);
+    return smtlib::read_model(mgr, constants, rest_);
   } catch (const smtlib::InputError& e) {
     // The model begins on a new line, so its columns are those of the whole output.
-    const auto model_start = outcome_.out.end() - static_cast<std::ptrdiff_t>(output.size());
+    const auto model_start = outcome_.out.end() - static_cast<std::ptrdiff_t>(rest_.size());
     const auto num_lines = std::count(outcome_.out.begin(), model_start, '\n');
     const std::size_t line = e.get_place().line + static_cast<std::size_t>(num_lines);
     fail("answered sat, but its model cannot be read at line " + std::to_string(line) + ", column " +
@@ -189,7 +176,19 @@ void SolverRun::fail_without_answer() const
 Solution solve_with_process(TermManager& mgr, const std::string& command,
                             std::span<const Term* const> assertions, const SolverLimits& limits)
 {
-  return SolverRun(mgr, command, assertions, limits).solve();
+  SolverRun run(command, limits);
+  const std::vector<const Term*> constants = collect_constants(assertions);
+  std::ostringstream script;
+  smtlib::print_script(script, constants, assertions, limits.wants_model);
+  Solution solution = run.solve(std::move(script).str());
+  if (solution.answer == Answer::kSat && limits.wants_model) solution.model = run.read_model(mgr, constants);
+  return solution;
+}
+
+Solution solve_text_with_process(const std::string& command, std::string_view script,
+                                 const SolverLimits& limits)
+{
+  return SolverRun(command, limits).solve(script);
 }
 
 }  // namespace lumo::solvers

@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "lumo/solvers/answer.h"
 #include "lumo/solvers/solver_limits.h"
@@ -21,6 +22,11 @@ namespace lumo::solvers {
 [[nodiscard]] Solution solve_with_process(TermManager& mgr, const std::string& command,
                                           std::span<const Term* const> assertions,
                                           const SolverLimits& limits);
+
+/// The answer of such a program to the single query of a script, without a model. The limits and failures are those
+/// above; the script must not ask for a model.
+[[nodiscard]] Solution solve_text_with_process(const std::string& command, std::string_view script,
+                                               const SolverLimits& limits);
 
 }  // namespace lumo::solvers
 

@@ -54,6 +54,11 @@ class Z3Solver
     Z3_solver_assert(z3_, solver_, expression);
     check_z3(z3_);
   }
+  void assert_script(const std::string& script)
+  {
+    Z3_solver_from_string(z3_, solver_, script.c_str());
+    check_z3(z3_);
+  }
   [[nodiscard]] Answer check(bool wants_model);
   /// Why the last answer was unknown, in Z3's words.
   [[nodiscard]] std::string get_reason() const { return Z3_solver_get_reason_unknown(z3_, solver_); }
@@ -153,6 +158,12 @@ std::string explain(const std::string& reason)
   return "Z3 gave the reason \"" + smtlib::make_excerpt(reason) + "\"";
 }
 
+void limit_memory_once()
+{
+  static std::once_flag memory_is_limited;
+  std::call_once(memory_is_limited, limit_z3_memory);
+}
+
 }  // namespace
 
 void limit_z3_memory()
@@ -166,8 +177,7 @@ void limit_z3_memory()
 
 Solution solve_with_z3(TermManager& mgr, std::span<const Term* const> assertions, bool wants_model)
 {
-  static std::once_flag memory_is_limited;
-  std::call_once(memory_is_limited, limit_z3_memory);
+  limit_memory_once();
   const Z3Session z3;
   Z3Builder builder(mgr, z3);
   Z3Solver solver(z3);
@@ -183,6 +193,18 @@ Solution solve_with_z3(TermManager& mgr, std::span<const Term* const> assertions
     const Z3Model model(z3, solver.get_model());
     solution.model = read_model(mgr, z3, model, builder);
   }
+  return solution;
+}
+
+Solution solve_text_with_z3(const std::string& script)
+{
+  limit_memory_once();
+  const Z3Session z3;
+  Z3Solver solver(z3);
+  solver.assert_script(script);
+  Solution solution;
+  solution.answer = solver.check(false);
+  if (solution.answer == Answer::kUnknown) solution.reason = explain(solver.get_reason());
   return solution;
 }
 

@@ -2,6 +2,7 @@
 #define LUMO_SOLVERS_Z3_SOLVER_H
 
 #include <span>
+#include <string>
 
 #include "lumo/solvers/answer.h"
 #include "lumo/terms/term_manager.h"
@@ -19,6 +20,10 @@ void limit_z3_memory();
 /// in a separate process. Throws a SolverError if memory runs out and Z3 detects it.
 [[nodiscard]] Solution solve_with_z3(TermManager& mgr, std::span<const Term* const> assertions,
                                      bool wants_model);
+
+/// The answer of Z3 in this process to the single query of a script, without a model. A text that Z3 cannot read is a
+/// SolverError; the rest is as above.
+[[nodiscard]] Solution solve_text_with_z3(const std::string& script);
 
 }  // namespace lumo::solvers
 
