@@ -55,7 +55,7 @@ TEST(Reference, IsComparedWithAllThatHelpLists)
             (std::vector<std::string>{"solve", "simplify", "extend", "check", "dot", "invert", "shell"}));
   EXPECT_EQ(list_options({}), (std::set<std::string>{"-h", "--help", "--version"}));
   EXPECT_EQ(list_options({"simplify"}),
-            (std::set<std::string>{"-h", "--help", "-o", "--output", "--query", "--trail"}));
+            (std::set<std::string>{"-h", "--help", "-o", "--output", "--query", "--trail", "--certificate"}));
 }
 
 // -----------------------------------------------------------------------------------------------------------

@@ -125,7 +125,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Family{"Large", {.widths = {1, 2, 4}, .max_applications = 200}, 20},
                     Family{
                         "Wide", {.widths = {33, 64, 65}, .max_applications = 16, .has_products = false}, 100},
-                    Family{"WideWithProducts", {.widths = {33, 64, 65}, .max_applications = 6}, 60}),
+                    Family{"WideWithProducts", {.widths = {33, 64, 65}, .max_applications = 6}, 100}),
     [](const auto& row) { return row.param.name; });
 
 // -----------------------------------------------------------------------------------------------------------

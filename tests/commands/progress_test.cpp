@@ -37,6 +37,7 @@ TEST(Progress, IsToldInWords)
       {Phase::kSolve, 1, 0, "solving: 1 term, 0.0 s"},
       {Phase::kExtend, 999, 60, "extending: 999 terms, 60.0 s"},
       {Phase::kCheck, 1000, 3600, "checking: 1,000 terms, 3600.0 s"},
+      {Phase::kCertify, 5, 2, "certifying: 5 terms, 2.0 s"},
       {Phase::kPrint, 0, 2, "printing: 2.0 s"},
       {Phase::kWrite, 123456, 2, "writing: 123,456 terms, 2.0 s"},
   };

@@ -50,6 +50,7 @@ PhaseSeconds make_seconds()
   set(Phase::kSolve, 100);
   set(Phase::kExtend, 0.0000014);
   set(Phase::kCheck, 0);
+  set(Phase::kCertify, 0);
   return seconds;
 }
 
@@ -86,6 +87,24 @@ TEST(Statistics, ArePrintedAsJson)
             R"-("steps": 8, "eliminated": {"= (Bool)": 1, "=": 2, "bvadd": 4}, )-"
             R"-("seconds": {"read": 0.500000, "eliminate": 0.250000, "solve": 100.000000, )-"
             R"-("extend": 0.000001, "check": 0.000000}})-");
+}
+
+TEST(Statistics, TellOfACertificateIfThereWasOne)
+{
+  Statistics statistics;
+  statistics.confirmer = "\"a b\"";
+  PhaseSeconds seconds{};
+  seconds[static_cast<std::size_t>(Phase::kCertify)] = 1.5;
+  std::ostringstream text;
+  print_statistics(text, statistics, seconds);
+  EXPECT_NE(text.str().find("steps                      0\nunsat           confirmed by \"a b\"\nseconds\n"),
+            std::string::npos)
+      << text.str();
+  EXPECT_TRUE(text.str().ends_with("\n  certify           1.500000\n")) << text.str();
+  std::ostringstream json;
+  print_statistics_json(json, statistics, seconds);
+  EXPECT_NE(json.str().find(R"-(, "unsat_confirmed_by": "\"a b\"", "seconds": )-"), std::string::npos);
+  EXPECT_TRUE(json.str().ends_with(R"-(, "certify": 1.500000}})-")) << json.str();
 }
 
 }  // namespace
