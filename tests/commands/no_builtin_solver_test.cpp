@@ -24,6 +24,21 @@ TEST(NoBuiltinSolver, IsToldBeforeTheScriptIsRead)
             "lumo: this lumo was built without Z3, so --solver COMMAND must say which solver to start\n");
 }
 
+TEST(NoBuiltinSolver, CannotConfirmUnsat)
+{
+  commands::SolveOptions options;
+  options.file = "-";
+  options.method.solver_command = "cat > /dev/null; echo unsat";
+  options.method.certification.is_wanted = true;
+  const SubcommandRun refused = test::run(commands::run_solve, options, kScript);
+  EXPECT_EQ(refused.status, commands::kFailed);
+  EXPECT_EQ(
+      refused.err,
+      "lumo: this lumo was built without Z3, so --checker COMMAND must say which solver confirms unsat\n");
+  options.method.certification.checker_command = options.method.solver_command;
+  EXPECT_EQ(test::run(commands::run_solve, options, kScript).out, "unsat\n");
+}
+
 TEST(NoBuiltinSolver, LeavesCommandsAlone)
 {
   commands::SolveOptions options;
@@ -40,6 +55,7 @@ TEST(NoBuiltinSolver, IsAnErrorOfTheSolver)
   TermManager mgr;
   EXPECT_FALSE(solvers::has_builtin_solver());
   EXPECT_THROW(static_cast<void>(solvers::solve_with_builtin(mgr, {}, {})), solvers::SolverError);
+  EXPECT_THROW(static_cast<void>(solvers::solve_text_with_builtin("", {})), solvers::SolverError);
 }
 
 }  // namespace

@@ -39,6 +39,20 @@ ConversationQuery Conversation::query(const Terms& assumptions)
   return result;
 }
 
+namespace {
+
+/// Gives the constants of all steps the values of their applications.
+void define_steps(const Trail& trail, ModelStore& model)
+{
+  // Each round defines at least the steps that need only those of the rounds before it.
+  for (std::size_t round = 0; round < trail.steps.size(); ++round) {
+    for (const Step& step : trail.steps)
+      model.set_value(step.constant, model.get_value(step.application));
+  }
+}
+
+}  // namespace
+
 std::string judge_query(TermManager& mgr, const IncrementalEliminator& eliminator,
                         const ConversationQuery& query)
 {
@@ -49,6 +63,9 @@ std::string judge_query(TermManager& mgr, const IncrementalEliminator& eliminato
   for (unsigned long bits = 0; bits < count_assignments(constants) && !has_model; ++bits) {
     ModelStore model = make_model(mgr, constants, bits);
     has_model = holds(mgr, originals, model);
+    if (!has_model) continue;
+    define_steps(eliminator.get_trail(), model);
+    if (!holds(mgr, originals, model) || !holds(mgr, sent, model)) return "what was sent does not follow";
   }
   bool sent_has_model = false;
   const Terms remaining = collect_constants(mgr, sent);

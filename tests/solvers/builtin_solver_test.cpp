@@ -59,6 +59,19 @@ class BuiltinSolver : public testing::Test
 
 TEST_F(BuiltinSolver, IsThere) { EXPECT_TRUE(solvers::has_builtin_solver()); }
 
+TEST_F(BuiltinSolver, AnswersATextThatItReadsItself)
+{
+  const auto answer = [](const std::string& text) {
+    return solvers::solve_text_with_builtin(text, {}).answer;
+  };
+  const std::string head = "(set-logic QF_BV)(declare-fun p () Bool)(define-fun q () Bool (not p))";
+  EXPECT_EQ(answer(head + "(assert p)(check-sat)"), Answer::kSat);
+  EXPECT_EQ(answer(head + "(assert (and p q))(check-sat)"), Answer::kUnsat);
+  EXPECT_EQ(answer(""), Answer::kSat);
+  for (const std::string wrong : {"(assert r)", "(assert", ")", "(assert #x01)"})
+    EXPECT_THROW(static_cast<void>(answer(head + wrong)), solvers::SolverError) << wrong;
+}
+
 TEST_F(BuiltinSolver, GivesAModel)
 {
   const Term* x = make_constant("x", 70);
