@@ -13,8 +13,11 @@ namespace {
 
 using enum RuleFamily;
 
-/// Above this width, multiplications with an unknown number take solvers long.
-constexpr unsigned long kMaxProductWidth = 6;
+// Above these widths, multiplications of two unknown numbers take solvers long.
+constexpr unsigned long kAllWidths = 0;
+constexpr unsigned long kMaxEvenOfZ3 = 8;
+constexpr unsigned long kMaxOddOfCvc5 = 7;
+constexpr unsigned long kMaxEvenOfCvc5 = 7;
 
 constexpr RuleRow kRuleRows[] = {
     {"not", kBools, "(not p)", "q := (not p)", "q", "p := (not q)"},
@@ -92,13 +95,13 @@ constexpr RuleRow kRuleRows[] = {
     {"bvmul_chain", kWidths, "(bvmul (bvmul x s) y)", "f := (bvmul x y)", "(bvmul s f)",
      "x := f; y := {one}"},
     {"bvmul_odd_right", kWidths, "(bvmul x c)", "f := (bvmul x c)", "f", "x := (bvmul i f)",
-     "(= (bvmul i c) {one})", kMaxProductWidth},
+     "(= (bvmul i c) {one})", kAllWidths, kMaxOddOfCvc5},
     {"bvmul_odd_left", kWidths, "(bvmul c x)", "f := (bvmul c x)", "f", "x := (bvmul i f)",
-     "(= (bvmul i c) {one})", kMaxProductWidth},
+     "(= (bvmul i c) {one})", kAllWidths, kMaxOddOfCvc5},
     {"bvmul_even", kFactors, "(bvmul x d)", "f := (bvmul x c); g{w-k} := ((_ extract {w-k-1} 0) f)",
      "(concat g{w-k} {zeros})", "f := ((_ zero_extend {k}) g{w-k}); x := (bvmul i f)",
      "(and (and (= d (bvshl c {K})) (= c (bvlshr d {K}))) (and (= (bvmul i c) {one}) (not (= c {one}))))",
-     kMaxProductWidth},
+     kMaxEvenOfZ3, kMaxEvenOfCvc5},
     {"bvmul_power", kShifts, "(bvmul x {POW})", "f{w-k} := ((_ extract {w-k-1} 0) x)",
      "(concat f{w-k} {zeros})", "x := ((_ zero_extend {k}) f{w-k})"},
     {"bvmul_zero", kWidths, "(bvmul x {zero})", "", "{zero}", ""},
@@ -363,14 +366,14 @@ std::vector<RuleNumbers> list_instances(const RuleRow& row, unsigned long w)
   return parts;
 }
 
-std::vector<unsigned long> list_rule_widths(const RuleRow& row)
+std::vector<unsigned long> list_rule_widths(const RuleRow& row, unsigned long max_width)
 {
   std::vector<unsigned long> widths;
   for (unsigned long w = 0; w <= 16; ++w)
     widths.push_back(w);
   widths.insert(widths.end(), {31, 32, 33, 63, 64});
-  std::erase_if(widths, [&row](unsigned long w) {
-    return (row.max_width != 0 && w > row.max_width) || list_instances(row, w).empty();
+  std::erase_if(widths, [&](unsigned long w) {
+    return (max_width != 0 && w > max_width) || list_instances(row, w).empty();
   });
   return widths;
 }

@@ -51,8 +51,9 @@ struct RuleRow
   std::string_view values;
   /// The numerals for which the rule holds; empty for all
   std::string_view condition = {};
-  /// The width up to which two solvers prove it in every run, since it multiplies; 0 for all widths
-  unsigned long max_width = 0;
+  /// The widths up to which Z3 and cvc5 prove it in every run, since it multiplies; 0 for all widths
+  unsigned long max_width_of_z3 = 0;
+  unsigned long max_width_of_cvc5 = 0;
 };
 
 [[nodiscard]] std::span<const RuleRow> get_rule_rows();
@@ -64,8 +65,8 @@ using RuleNumbers = std::map<std::string, unsigned long>;
 /// family; width 0 is that of the Booleans.
 [[nodiscard]] std::vector<RuleNumbers> list_instances(const RuleRow& row, unsigned long w);
 
-/// The widths of proofs: 1 to 16, 31, 32, 33, 63, 64, as far as the row has them, or 0.
-[[nodiscard]] std::vector<unsigned long> list_rule_widths(const RuleRow& row);
+/// The widths of proofs up to a limit, if it is not 0: 1 to 16, 31, 32, 33, 63, 64, as far as the row has them, or 0.
+[[nodiscard]] std::vector<unsigned long> list_rule_widths(const RuleRow& row, unsigned long max_width);
 
 /// A pair of a constant and its definition.
 using RuleDefinition = std::pair<const Term*, const Term*>;

@@ -163,7 +163,7 @@ TEST_P(Rule, IsWhatTheCodeDoes)
 TEST_P(Rule, IsProvenByZ3AtFewWidths)
 {
   for (const unsigned long w : {0, 1, 2, 3, 5, 8}) {
-    if (GetParam().max_width != 0 && w > GetParam().max_width) continue;
+    if (GetParam().max_width_of_z3 != 0 && w > GetParam().max_width_of_z3) continue;
     for (const RuleNumbers& numbers : list_instances(GetParam(), w)) {
       TermManager mgr;
       for (const RuleClaim& claim : make_claims(mgr, read_rule(mgr, GetParam(), numbers))) {

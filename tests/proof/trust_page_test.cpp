@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/elimination/rule_rows.h"
 #include "tests/proof/proof_rows.h"
 #include "tests/support/text_file.h"
 
@@ -89,6 +90,49 @@ TEST(TrustPage, NamesTheWidths)
   ASSERT_EQ(widths.size(), 1U);
   EXPECT_NE(read_text_file(kPage).find("*all widths* are " + *widths.begin() + "."), std::string::npos)
       << *widths.begin();
+}
+
+// -----------------------------------------------------------------------------------------------------------
+// Rules of elimination
+
+std::string describe_limit(unsigned long max_width)
+{
+  return max_width == 0 ? "" : "up to " + std::to_string(max_width);
+}
+
+std::string describe_widths(const RuleRow& row)
+{
+  switch (row.family) {
+    case RuleFamily::kBools:
+      return "Bool";
+    case RuleFamily::kOneBit:
+      return "width 1";
+    case RuleFamily::kWider:
+      return "other widths";
+    case RuleFamily::kWidths:
+    case RuleFamily::kRotations:
+    case RuleFamily::kExtractions:
+    case RuleFamily::kParts:
+    case RuleFamily::kShifts:
+    case RuleFamily::kFactors:
+    case RuleFamily::kNoShifts:
+    case RuleFamily::kFarShifts:
+    case RuleFamily::kSignShifts:
+      break;
+  }
+  if (row.max_width_of_z3 == 0 && row.max_width_of_cvc5 == 0) return "all widths";
+  const std::string z3 = row.max_width_of_z3 == 0 ? "all widths" : describe_limit(row.max_width_of_z3);
+  return "Z3: " + z3 + "; cvc5: " + describe_limit(row.max_width_of_cvc5);
+}
+
+TEST(TrustPage, PrintsTheTableOfRules)
+{
+  std::string rows;
+  for (const RuleRow& row : get_rule_rows()) {
+    rows += make_line({quote(row.old_form), quote(row.condition), quote(row.steps), quote(row.new_form),
+                       quote(row.values), describe_widths(row)});
+  }
+  EXPECT_EQ(read_table("Elimination"), rows);
 }
 
 /// The number of an operator's rows with a standing
