@@ -101,6 +101,7 @@ struct RuleClaim
 /// is one, can be true.
 [[nodiscard]] std::vector<RuleClaim> make_claims(TermManager& mgr, const RuleTerms& terms);
 
+// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest's name
 void PrintTo(const RuleRow& row, std::ostream* out);
 
 }  // namespace lumo::test

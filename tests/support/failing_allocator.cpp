@@ -7,13 +7,13 @@
 
 // Programs that link with `--wrap=realloc` count these allocations, too.
 extern "C" {
-// NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the linker's names
 [[gnu::weak]] void* __real_realloc(void* memory, std::size_t size);
 void* __wrap_realloc(void* memory, std::size_t size)
 {
   return lumo::test::is_next_failing() ? nullptr : __real_realloc(memory, size);
 }
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 }
 
 // Not inlined: otherwise the compiler would report a mismatch of aligned_alloc and delete.
