@@ -23,7 +23,7 @@ add_group()
     run) wanted+=(g++ cmake ninja-build libgmp-dev libz3-dev libcli11-dev z3) ;;
     test) add_group run && wanted+=(libgtest-dev cvc5 python3 make pkgconf groff-base yosys) ;;
     check) add_group test && wanted+=(clang clang-format clang-tidy git shellcheck) ;;
-    bench) add_group run && wanted+=(cvc5 python3 libbenchmark-dev libflint-dev libabsl-dev) ;;
+    bench) add_group run && wanted+=(cvc5 python3 libbenchmark-dev libflint-dev libabsl-dev gnuplot-nox) ;;
     fuzz) add_group run && wanted+=(clang libclang-rt-dev) ;;
     coverage) add_group test && wanted+=(gcovr) ;;
     docs) wanted+=(doxygen python3) ;;
