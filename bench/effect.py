@@ -9,7 +9,7 @@ Prints a line for each solver:
     files     how many scripts the solver reads alone
     answered  alone and behind lumo, within the limit of wall time
     won, lost answered only behind lumo, and only alone
-    seconds   of processor time, alone and behind lumo; what was not answered counts with the time that it took
+    seconds   of processor time, alone and behind lumo; a run that reaches the limit counts with the limit
     left      applications that elimination leaves, in percent
 
 --tsv writes a line for each file and solver, --plot a scatter plot of the times (SVG, by gnuplot). It ends with an error
@@ -46,21 +46,23 @@ class Pair:
 
 
 def run(command, file, limit):
-    """Runs a command line on a file; ends it and what it has started after the limit."""
+    """What a command line prints; it is ended after the limit, with what it has started."""
     with open(file, "rb") as script, subprocess.Popen(
             ["/bin/sh", "-c", command], stdin=script, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
             start_new_session=True) as process:
         try:
-            output = process.communicate(timeout=limit)[0].decode(errors="replace")
+            return process.communicate(timeout=limit)[0].decode(errors="replace")
         except subprocess.TimeoutExpired:
             os.killpg(process.pid, signal.SIGTERM)
-            output = process.communicate()[0].decode(errors="replace")
-    return output
+            process.communicate()
+            return None
 
 
 def measure(command, file, limit):
     before = os.times()
     output = run(command, file, limit)
+    if output is None:
+        return Run("late", limit)
     after = os.times()
     seconds = after.children_user + after.children_system - before.children_user - before.children_system
     answer = next((word for word in output.split() if word in ("sat", "unsat", "unknown")), "none")
