@@ -45,6 +45,7 @@ class IncrementalEliminator
     const Term* term;       ///< the term that must be asserted
     std::size_t assertion;  ///< the index of the assertion whose form it is, or kRestoration
   };
+  /// What a solver must be told for a query.
   struct Query
   {
     /// By ascending levels. Those of the highest level may belong to the assumptions: if there are assumptions,

@@ -119,6 +119,14 @@ END
   quietly cmake -DWANTED=0.0 -DCMAKE_PREFIX_PATH="$root" -P "$work/version.cmake"
   grep -qx -- "-- found: 0, seen: $LUMO_VERSION" "$work/log" \
     || fail "looking for another minor version: $(cat "$work/log")"
+
+  cat > "$work/missing.cmake" <<'END'
+find_package(lumo QUIET CONFIG)
+message(STATUS "found: ${lumo_FOUND}, module path: ${CMAKE_MODULE_PATH}, since ${lumo_NOT_FOUND_MESSAGE}")
+END
+  quietly cmake -DCMAKE_DISABLE_FIND_PACKAGE_GMP=ON -DCMAKE_PREFIX_PATH="$root" -P "$work/missing.cmake"
+  grep -qx -- "-- found: 0, module path: , since lumo needs GMP, .*" "$work/log" \
+    || fail "looking for lumo without GMP: $(cat "$work/log")"
 }
 
 check_pkg_config()
