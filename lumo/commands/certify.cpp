@@ -6,6 +6,7 @@
 
 #include "lumo/commands/complete_model.h"
 #include "lumo/commands/subcommand.h"
+#include "lumo/elimination/guard_lemmas.h"
 #include "lumo/smtlib/certificate_printer.h"
 #include "lumo/solvers/builtin_solver.h"
 #include "lumo/solvers/solver_limits.h"
@@ -27,23 +28,31 @@ std::string get_checker_name(const Certification& certification)
   return '"' + smtlib::make_excerpt(*certification.checker_command) + '"';
 }
 
-std::string make_certificate(const smtlib::Script& script, const Elimination& elimination)
+void print_certificate(std::ostream& out, TermManager& mgr, const smtlib::Script& script,
+                       const Elimination& elimination)
 {
   const std::vector<const Term*> assertions = script.get_asserted_terms();
+  const GuardLemmas lemmas = separate_guards(mgr, elimination.trail, elimination.assertions);
+  smtlib::print_certificate(out, {script.constants, assertions, lemmas.trail, lemmas.rest});
+}
+
+std::string make_certificate(TermManager& mgr, const smtlib::Script& script, const Elimination& elimination)
+{
   std::ostringstream text;
-  smtlib::print_certificate(text, {script.constants, assertions, elimination.trail, elimination.assertions});
+  print_certificate(text, mgr, script, elimination);
   return std::move(text).str();
 }
 
-std::string make_query_certificate(const QuerySource& queries, std::span<const Term* const> assumptions,
+std::string make_query_certificate(TermManager& mgr, const QuerySource& queries,
+                                   std::span<const Term* const> assumptions,
                                    std::span<const Term* const> told)
 {
   const std::span<const Term* const> asserted = queries.get_assertions();
   std::vector<const Term*> assertions(asserted.begin(), asserted.end());
   assertions.insert(assertions.end(), assumptions.begin(), assumptions.end());
-  const Trail trail = queries.get_trail();
+  const GuardLemmas lemmas = separate_guards(mgr, queries.get_trail(), told);
   std::ostringstream text;
-  smtlib::print_certificate(text, {collect_constants(assertions), assertions, trail, told});
+  smtlib::print_certificate(text, {collect_constants(assertions), assertions, lemmas.trail, lemmas.rest});
   return std::move(text).str();
 }
 

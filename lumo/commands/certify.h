@@ -1,6 +1,7 @@
 #ifndef LUMO_COMMANDS_CERTIFY_H
 #define LUMO_COMMANDS_CERTIFY_H
 
+#include <iosfwd>
 #include <optional>
 #include <span>
 #include <string>
@@ -27,11 +28,14 @@ void check_certification(const Certification& certification);
 /// The name of the checker in texts: `Z3`, or the command in quotation marks.
 [[nodiscard]] std::string get_checker_name(const Certification& certification);
 
-/// The certificate of an elimination in a script.
-[[nodiscard]] std::string make_certificate(const smtlib::Script& script, const Elimination& elimination);
+/// Prints the certificate of an elimination in a script, of terms of the manager.
+void print_certificate(std::ostream& out, TermManager& mgr, const smtlib::Script& script,
+                       const Elimination& elimination);
+[[nodiscard]] std::string make_certificate(TermManager& mgr, const smtlib::Script& script,
+                                           const Elimination& elimination);
 
 /// The certificate of a query in a conversation: what the solver was told follows from the assertions and assumptions.
-[[nodiscard]] std::string make_query_certificate(const QuerySource& queries,
+[[nodiscard]] std::string make_query_certificate(TermManager& mgr, const QuerySource& queries,
                                                  std::span<const Term* const> assumptions,
                                                  std::span<const Term* const> told);
 

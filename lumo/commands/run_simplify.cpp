@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "lumo/commands/certify.h"
 #include "lumo/commands/result_file.h"
 #include "lumo/commands/subcommand.h"
 #include "lumo/elimination/eliminate.h"
-#include "lumo/smtlib/certificate_printer.h"
 #include "lumo/smtlib/script_printer.h"
 #include "lumo/smtlib/trail_printer.h"
 
@@ -37,7 +37,7 @@ class SimplifyResults
     return std::any_of(all.begin(), all.end(), [](const ResultFile* file) { return file->prints(); });
   }
   /// Writes all of them, or none; `out` is the standard output.
-  void write(std::ostream& out, const smtlib::Claim& claim);
+  void write(std::ostream& out, Input& input, const Elimination& elimination);
 
  private:
   [[nodiscard]] std::vector<ResultFile*> list()
@@ -53,18 +53,22 @@ class SimplifyResults
   std::optional<ResultFile> certificate_;
 };
 
-void SimplifyResults::write(std::ostream& out, const smtlib::Claim& claim)
+void SimplifyResults::write(std::ostream& out, Input& input, const Elimination& elimination)
 {
   std::vector<ResultFile*> files = list();
   for (ResultFile* file : files)
     file->open();
   if (trail_) {
-    trail_->write(out,
-                  [&](std::ostream& stream) { smtlib::print_trail(stream, claim.constants, claim.trail); });
+    trail_->write(out, [&](std::ostream& stream) {
+      smtlib::print_trail(stream, input.script.constants, elimination.trail);
+    });
   }
-  if (certificate_)
-    certificate_->write(out, [&](std::ostream& stream) { smtlib::print_certificate(stream, claim); });
-  rest_.write(out, [&](std::ostream& stream) { smtlib::print_script(stream, {}, claim.rest, true); });
+  if (certificate_) {
+    certificate_->write(
+        out, [&](std::ostream& stream) { print_certificate(stream, input.mgr, input.script, elimination); });
+  }
+  rest_.write(out,
+              [&](std::ostream& stream) { smtlib::print_script(stream, {}, elimination.assertions, true); });
 
   std::reverse(files.begin(), files.end());
   for (ResultFile* file : files)
@@ -81,12 +85,11 @@ int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream&
     SimplifyResults results(options);
     const std::unique_ptr<Input> input = read_input(options.file, in, err, clock, options.query);
     clock.enter(Phase::kEliminate, input->mgr.get_num_terms());
-    const std::vector<const Term*> assertions = input->script.get_asserted_terms();
-    const Elimination elimination =
-        with_located_failures(input->name, [&] { return eliminate(input->mgr, assertions); });
+    const Elimination elimination = with_located_failures(
+        input->name, [&] { return eliminate(input->mgr, input->script.get_asserted_terms()); });
 
     clock.enter(results.prints() ? Phase::kPrint : Phase::kWrite);
-    results.write(out, {input->script.constants, assertions, elimination.trail, elimination.assertions});
+    results.write(out, *input, elimination);
     return kAnswered;
   });
 }

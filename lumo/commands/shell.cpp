@@ -327,7 +327,7 @@ solvers::Answer Shell::certify(const SolverQuery& query, const std::vector<const
     if (addition.level > first_.size()) told.push_back(addition.term);  // for this query only
   }
   told.insert(told.end(), query.assumptions.begin(), query.assumptions.end());
-  const std::string certificate = make_query_certificate(*queries_, assumptions, told);
+  const std::string certificate = make_query_certificate(*mgr_, *queries_, assumptions, told);
   if (certificates_ != nullptr) {
     *certificates_ << (has_certificate_ ? "(reset)\n" : "") << certificate << std::flush;
     has_certificate_ = true;

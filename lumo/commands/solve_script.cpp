@@ -38,12 +38,12 @@ solvers::Solution solve_rest(TermManager& mgr, const std::vector<const Term*>& r
 }
 
 /// Makes the certificate of an unsat, and has it confirmed if that is wanted.
-solvers::Solution certify(const smtlib::Script& script, const Elimination& elimination,
+solvers::Solution certify(TermManager& mgr, const smtlib::Script& script, const Elimination& elimination,
                           const SolveMethod& method, Statistics& statistics, PhaseClock& clock,
                           std::string* certificate)
 {
   clock.enter(Phase::kCertify, statistics.before.terms + statistics.after.terms);
-  std::string text = make_certificate(script, elimination);
+  std::string text = make_certificate(mgr, script, elimination);
   solvers::Solution solution{solvers::Answer::kUnsat, {}, {}};
   if (method.certification.is_wanted) {
     solution = confirm_unsat(text, method.certification, method.seconds);
@@ -88,7 +88,7 @@ solvers::Solution solve_script(TermManager& mgr, const smtlib::Script& script, c
   }
   if (solution.answer == solvers::Answer::kUnsat &&
       (method.certification.is_wanted || certificate != nullptr))
-    solution = certify(script, elimination, method, statistics, clock, certificate);
+    solution = certify(mgr, script, elimination, method, statistics, clock, certificate);
   return solution;
 }
 
