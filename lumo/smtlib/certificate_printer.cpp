@@ -12,7 +12,7 @@ namespace lumo::smtlib {
 
 namespace {
 
-constexpr std::string_view kHeader =
+constexpr std::string_view kCertificateHeader =
     "; This is unsatisfiable if and only if what lumo left of a script follows from the script.\n"
     ";\n"
     "; First come the declarations and assertions of the script, then the definitions of the constants with\n"
@@ -53,7 +53,7 @@ void print_certificate(std::ostream& out, const Claim& claim)
   const auto declare = [&declared](const Term* constant) { return declared.note(constant); };
   TextBuffer buffer(out);
 
-  buffer << kHeader << "(set-logic QF_BV)\n";
+  buffer << kCertificateHeader << "(set-logic QF_BV)\n";
   definitions.print_declarations(buffer);
   buffer.flush();
   print_assertions(out, claim.assertions, declare);

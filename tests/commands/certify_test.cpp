@@ -46,7 +46,7 @@ SolveOptions make_certifying(const std::optional<std::string>& checker = {})
   return options;
 }
 
-SubcommandRun solve(const SolveOptions& options, const std::string& script = kUnsatScript)
+SubcommandRun certify(const SolveOptions& options, const std::string& script = kUnsatScript)
 {
   return run(commands::run_solve, options, script);
 }
@@ -102,7 +102,7 @@ TEST(Certify, SimplifyRefusesOneFileForTwoResults)
 TEST(Certify, SolveAnswersUnsatIfItIsConfirmed)
 {
   for (const auto& checker : {std::optional<std::string>(), std::optional(make_checker("unsat\\n"))}) {
-    const SubcommandRun confirmed = solve(make_certifying(checker));
+    const SubcommandRun confirmed = certify(make_certifying(checker));
     EXPECT_EQ(confirmed.status, commands::kAnswered);
     EXPECT_EQ(confirmed.out, "unsat\n");
     EXPECT_EQ(confirmed.err, "");
@@ -111,7 +111,7 @@ TEST(Certify, SolveAnswersUnsatIfItIsConfirmed)
 
 TEST(Certify, SolveGivesNoAnswerIfTheCertificateIsRefuted)
 {
-  const SubcommandRun refuted = solve(make_certifying(make_checker("sat\\n")));
+  const SubcommandRun refuted = certify(make_certifying(make_checker("sat\\n")));
   EXPECT_EQ(refuted.status, commands::kCheckFailed);
   EXPECT_EQ(refuted.out, "");
   EXPECT_EQ(refuted.err, "<stdin>: what elimination leaves is unsatisfiable, but \"" +
@@ -122,7 +122,7 @@ TEST(Certify, SolveGivesNoAnswerIfTheCertificateIsRefuted)
 TEST(Certify, SolveAnswersUnknownIfTheCheckerDoesNotKnow)
 {
   const std::string checker = make_checker("unknown\\n(:reason-unknown tired)\\n");
-  const SubcommandRun unknown = solve(make_certifying(checker));
+  const SubcommandRun unknown = certify(make_certifying(checker));
   EXPECT_EQ(unknown.status, commands::kAnswered);
   EXPECT_EQ(unknown.out, "unknown\n");
   EXPECT_EQ(unknown.err, "<stdin>: the answer is unknown, since \"" + checker +
@@ -135,7 +135,7 @@ TEST(Certify, SolveStopsTheCheckerAtTheTimeLimit)
   SolveOptions options = make_certifying("sleep 60");
   options.method.solver_command = make_checker("unsat\\n");
   options.method.seconds = 0.05;
-  const SubcommandRun unknown = solve(options);
+  const SubcommandRun unknown = certify(options);
   EXPECT_EQ(unknown.out, "unknown\n");
   EXPECT_EQ(
       unknown.err,
@@ -145,7 +145,7 @@ TEST(Certify, SolveStopsTheCheckerAtTheTimeLimit)
 
 TEST(Certify, SolveFailsIfTheCheckerDoes)
 {
-  const SubcommandRun failed = solve(make_certifying("echo nothing"));
+  const SubcommandRun failed = certify(make_certifying("echo nothing"));
   EXPECT_EQ(failed.status, commands::kFailed);
   EXPECT_EQ(failed.out, "");
   EXPECT_EQ(
@@ -155,35 +155,35 @@ TEST(Certify, SolveFailsIfTheCheckerDoes)
 
 TEST(Certify, SolveAsksTheCheckerAfterUnsatOnly)
 {
-  EXPECT_EQ(solve(make_certifying("exit 1"), kSatScript).out, "sat\n");
+  EXPECT_EQ(certify(make_certifying("exit 1"), kSatScript).out, "sat\n");
   SolveOptions options = make_certifying("exit 1");
   options.method.solver_command = make_checker("unknown\\n");
-  EXPECT_EQ(solve(options).out, "unknown\n");
+  EXPECT_EQ(certify(options).out, "unknown\n");
 }
 
 TEST(Certify, SolveCertifiesWithoutElimination)
 {
   SolveOptions options = make_certifying();
   options.method.eliminates = false;
-  EXPECT_EQ(solve(options).out, "unsat\n");
+  EXPECT_EQ(certify(options).out, "unsat\n");
 }
 
 TEST(Certify, StatisticsSayWhoConfirmed)
 {
   SolveOptions options = make_certifying();
   options.wants_statistics = true;
-  const SubcommandRun with_z3 = solve(options);
+  const SubcommandRun with_z3 = certify(options);
   EXPECT_NE(with_z3.err.find("\nunsat           confirmed by Z3\nseconds\n"), std::string::npos)
       << with_z3.err;
   EXPECT_NE(with_z3.err.find("\n  certify "), std::string::npos) << with_z3.err;
   options.wants_json = true;
   options.method.certification.checker_command = make_checker("unsat\\n");
-  const std::string json = solve(options).out;
+  const std::string json = certify(options).out;
   EXPECT_NE(json.find("\"unsat_confirmed_by\": \"\\\"cat > /dev/null; "), std::string::npos) << json;
   EXPECT_NE(json.find("\"certify\": "), std::string::npos) << json;
   options.method.certification.is_wanted = false;
-  EXPECT_EQ(solve(options).out.find("certif"), std::string::npos);
-  EXPECT_EQ(solve(options).out.find("confirmed"), std::string::npos);
+  EXPECT_EQ(certify(options).out.find("certif"), std::string::npos);
+  EXPECT_EQ(certify(options).out.find("confirmed"), std::string::npos);
 }
 
 TEST(Certify, SolveWritesTheCertificateOfUnsat)
@@ -192,12 +192,12 @@ TEST(Certify, SolveWritesTheCertificateOfUnsat)
   SolveOptions options;
   options.file = "-";
   options.certificate = folder.get_file("certificate");
-  EXPECT_EQ(solve(options, kSatScript).out, "sat\n");
+  EXPECT_EQ(certify(options, kSatScript).out, "sat\n");
   EXPECT_EQ(folder.count_files(), 0U);
-  EXPECT_EQ(solve(options).out, "unsat\n");
+  EXPECT_EQ(certify(options).out, "unsat\n");
   EXPECT_EQ(ask_z3(folder.read("certificate")), std::vector{z3::unsat});
   options.certificate = "-";
-  EXPECT_EQ(solve(options).err,
+  EXPECT_EQ(certify(options).err,
             "lumo: the answer and the certificate would both go to -, but two files were expected\n");
 }
 
@@ -239,7 +239,7 @@ TEST(Certify, ShellHasEachUnsatConfirmedAndWritten)
 
   SolveOptions solving = make_certifying();
   solving.certificate = folder.get_file("others");
-  EXPECT_EQ(solve(solving, kConversation).out, outcome.out);
+  EXPECT_EQ(certify(solving, kConversation).out, outcome.out);
   EXPECT_EQ(folder.read("others"), folder.read("certificates"));
 }
 

@@ -113,7 +113,7 @@ class RuleCheck
         expected.set_value(value.first, expected.get_value(value.second));
       for (const Term* constant : collect_constants(mgr_, {terms_.old_form})) {
         ASSERT_EQ(make_term_text(model.get_value(constant)), make_term_text(expected.get_value(constant)))
-            << constant->get_symbol()->get_name() << " from" << describe(expected, given);
+            << constant->get_symbol()->get_name() << " from" << test::describe(expected, given);
       }
     }
   }
@@ -162,7 +162,7 @@ TEST_P(Rule, IsWhatTheCodeDoes)
 
 TEST_P(Rule, IsProvenByZ3AtFewWidths)
 {
-  for (const unsigned long w : {0, 1, 2, 3, 5, 8}) {
+  for (const unsigned long w : {0UL, 1UL, 2UL, 3UL, 5UL, 8UL}) {
     if (GetParam().max_width_of_z3 != 0 && w > GetParam().max_width_of_z3) continue;
     for (const RuleNumbers& numbers : list_instances(GetParam(), w)) {
       TermManager mgr;

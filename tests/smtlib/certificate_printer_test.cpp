@@ -105,9 +105,9 @@ TEST_F(CertificateText, RefusesDefinitionsThatProveTooMuch)
       {&twice, "two definitions of u were found, but each constant may have one"},
       {&declared, "the constant x8 is the fresh constant of a step, but the script declares it"},
   };
-  for (const auto& [trail, text] : rows) {
+  for (const auto& row : rows) {
     std::ostringstream out;
-    EXPECT_EQ(get_refusal([&] { print_certificate(out, {constants_, {}, *trail, {}}); }), text);
+    EXPECT_EQ(get_refusal([&] { print_certificate(out, {constants_, {}, *row.first, {}}); }), row.second);
     EXPECT_EQ(out.str(), "");
   }
 }
