@@ -101,7 +101,7 @@ struct Family
   std::size_t num_formulas;
 };
 
-void PrintTo(const Family& family, std::ostream* out) { *out << family.name; }
+std::ostream& operator<<(std::ostream& out, const Family& family) { return out << family.name; }
 
 class CertificateFamily : public testing::TestWithParam<Family>
 {};

@@ -178,6 +178,7 @@ std::vector<unsigned long> choose(unsigned long w, std::initializer_list<unsigne
 std::vector<RuleNumbers> with_amounts(unsigned long w, const std::vector<unsigned long>& amounts)
 {
   std::vector<RuleNumbers> instances;
+  instances.reserve(amounts.size());
   for (const unsigned long k : amounts)
     instances.push_back({{"w", w}, {"k", k}});
   return instances;
@@ -407,6 +408,6 @@ std::vector<RuleClaim> make_claims(TermManager& mgr, const RuleTerms& terms)
   return claims;
 }
 
-void PrintTo(const RuleRow& row, std::ostream* out) { *out << row.name; }
+std::ostream& operator<<(std::ostream& out, const RuleRow& row) { return out << row.name; }
 
 }  // namespace lumo::test

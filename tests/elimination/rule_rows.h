@@ -101,8 +101,7 @@ struct RuleClaim
 /// is one, can be true.
 [[nodiscard]] std::vector<RuleClaim> make_claims(TermManager& mgr, const RuleTerms& terms);
 
-// NOLINTNEXTLINE(readability-identifier-naming): GoogleTest's name
-void PrintTo(const RuleRow& row, std::ostream* out);
+std::ostream& operator<<(std::ostream& out, const RuleRow& row);
 
 }  // namespace lumo::test
 

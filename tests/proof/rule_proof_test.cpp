@@ -14,8 +14,6 @@
 namespace lumo::test {
 namespace {
 
-using solvers::Answer;
-
 /// Calls visit with each claim of a row and the manager of its terms.
 template <class Visit>
 void for_each_claim(const RuleRow& row, unsigned long max_width, Visit visit)
