@@ -9,9 +9,8 @@
 
 #include "lumo/commands/certify.h"
 #include "lumo/commands/result_file.h"
+#include "lumo/commands/script_elimination.h"
 #include "lumo/commands/subcommand.h"
-#include "lumo/elimination/eliminate.h"
-#include "lumo/smtlib/script_printer.h"
 #include "lumo/smtlib/trail_printer.h"
 
 namespace lumo::commands {
@@ -37,7 +36,7 @@ class SimplifyResults
     return std::any_of(all.begin(), all.end(), [](const ResultFile* file) { return file->prints(); });
   }
   /// Writes all of them, or none; `out` is the standard output.
-  void write(std::ostream& out, Input& input, const Elimination& elimination);
+  void write(std::ostream& out, Input& input, const ScriptElimination& rest);
 
  private:
   [[nodiscard]] std::vector<ResultFile*> list()
@@ -53,22 +52,22 @@ class SimplifyResults
   std::optional<ResultFile> certificate_;
 };
 
-void SimplifyResults::write(std::ostream& out, Input& input, const Elimination& elimination)
+void SimplifyResults::write(std::ostream& out, Input& input, const ScriptElimination& rest)
 {
   std::vector<ResultFile*> files = list();
   for (ResultFile* file : files)
     file->open();
   if (trail_) {
     trail_->write(out, [&](std::ostream& stream) {
-      smtlib::print_trail(stream, input.script.constants, elimination.trail);
+      smtlib::print_trail(stream, input.script.constants, rest.elimination.trail);
     });
   }
   if (certificate_) {
-    certificate_->write(
-        out, [&](std::ostream& stream) { print_certificate(stream, input.mgr, input.script, elimination); });
+    certificate_->write(out, [&](std::ostream& stream) {
+      print_certificate(stream, input.mgr, input.script, rest.elimination);
+    });
   }
-  rest_.write(out,
-              [&](std::ostream& stream) { smtlib::print_script(stream, {}, elimination.assertions, true); });
+  rest_.write(out, [&](std::ostream& stream) { print_rest(stream, rest); });
 
   std::reverse(files.begin(), files.end());
   for (ResultFile* file : files)
@@ -83,13 +82,19 @@ int run_simplify(const SimplifyOptions& options, std::istream& in, std::ostream&
   PhaseClock clock(progress);
   return run_subcommand(err, [&] {
     SimplifyResults results(options);
-    const std::unique_ptr<Input> input = read_input(options.file, in, err, clock, options.query);
+    const std::unique_ptr<Input> input =
+        read_input(options.file, in, err, clock, options.query, smtlib::ForeignText::kTaken);
     clock.enter(Phase::kEliminate, input->mgr.get_num_terms());
-    const Elimination elimination = with_located_failures(
-        input->name, [&] { return eliminate(input->mgr, input->script.get_asserted_terms()); });
+    const ScriptElimination rest =
+        with_located_failures(input->name, [&] { return eliminate_script(input->mgr, input->script); });
+    if ((options.trail || options.certificate) && !rest.needs.terms.empty()) {
+      throw SubcommandFailure(input->name +
+                              ": the assertions contain terms of other theories than Booleans and "
+                              "bit-vectors, but trails and certificates can be made only of these");
+    }
 
     clock.enter(results.prints() ? Phase::kPrint : Phase::kWrite);
-    results.write(out, *input, elimination);
+    results.write(out, *input, rest);
     return kAnswered;
   });
 }

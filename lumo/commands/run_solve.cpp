@@ -40,6 +40,17 @@ void print_model_json(std::ostream& out, const std::vector<ModelValue>& model)
   out << ']';
 }
 
+void print_definitions_json(std::ostream& out, const std::vector<std::string>& definitions)
+{
+  const char* separator = "";
+  out << "\"definitions\": [";
+  for (const std::string& definition : definitions) {
+    out << separator << make_json_string(definition);
+    separator = ", ";
+  }
+  out << "], ";
+}
+
 void print_json(std::ostream& out, const SolveOptions& options, const solvers::Solution& solution,
                 const Statistics& statistics, const PhaseSeconds& seconds)
 {
@@ -48,6 +59,7 @@ void print_json(std::ostream& out, const SolveOptions& options, const solvers::S
     out << "\"model\": ";
     print_model_json(out, solution.model);
     out << ", ";
+    if (!solution.definitions.empty()) print_definitions_json(out, solution.definitions);
   }
   if (!solution.reason.empty()) out << "\"reason\": " << make_json_string(solution.reason) << ", ";
   out << "\"stats\": ";
@@ -59,7 +71,7 @@ void print_text(std::ostream& out, const SolveOptions& options, const solvers::S
 {
   out << to_string(solution.answer) << '\n';
   if (options.wants_model && solution.answer == solvers::Answer::kSat)
-    smtlib::print_model(out, solution.model);
+    smtlib::print_model(out, solution.model, solution.definitions);
 }
 
 /// The file for the certificate, if it is wanted; it must not be where the answer goes.
@@ -107,7 +119,8 @@ int run_solve(const SolveOptions& options, std::istream& in, std::ostream& out, 
     Statistics statistics;
     std::string certificate;
     const InputText text = read_input_text(options.file, in, clock);
-    const std::unique_ptr<Input> input = try_read_script(options.file, text, err);
+    const std::unique_ptr<Input> input =
+        try_read_script(options.file, text, err, smtlib::ForeignText::kTaken);
     if (input == nullptr) return solve_conversation(options, text.get(), out);
     const solvers::Solution solution =
         solve_input(*input, options.method, statistics, clock, certificate_file ? &certificate : nullptr);

@@ -4,9 +4,11 @@
 #include <utility>
 
 #include "lumo/commands/certify.h"
+#include "lumo/commands/check_foreign_model.h"
 #include "lumo/commands/complete_model.h"
 #include "lumo/commands/subcommand.h"
 #include "lumo/elimination/extend.h"
+#include "lumo/smtlib/foreign_evaluation.h"
 #include "lumo/smtlib/input_error.h"
 #include "lumo/smtlib/symbol_text.h"
 #include "lumo/smtlib/value_printer.h"
@@ -60,12 +62,15 @@ void Shell::start_anew()
   model_.reset();
   queries_.reset();
   reader_.reset();
+  foreign_.reset();
   mgr_ = std::make_unique<TermManager>();
-  reader_ = std::make_unique<smtlib::ConversationReader>(*mgr_);
+  foreign_ = std::make_shared<smtlib::ForeignTerms>(*mgr_);
+  has_foreign_ = false;
+  reader_ = std::make_unique<smtlib::ConversationReader>(*mgr_, foreign_);
   queries_ = method_.eliminates ? make_eliminating_queries(*mgr_) : make_plain_queries();
   solver_ = std::make_unique<SolverStack>(*mgr_, [this] {
     return method_.solver_command ? solvers::SolverSession::start_command(*method_.solver_command)
-                                  : solvers::SolverSession::start_builtin();
+                                  : solvers::SolverSession::start_builtin(has_foreign_);
   });
   solver_->limit_time(method_.seconds);
   settings_ = {};
@@ -77,7 +82,9 @@ void Shell::start_anew()
 bool Shell::take(const smtlib::CommandText& text)
 {
   try {
-    return take_command(reader_->read(text), text);
+    const Command command = reader_->read(text);
+    if (!has_foreign_ && (!foreign_->empty() || !foreign_->declarations.empty())) take_foreign();
+    return take_command(command, text);
   } catch (const SubcommandFailure&) {
     throw;
   } catch (const smtlib::InputError& e) {
@@ -129,6 +136,7 @@ bool Shell::take_command(const Command& command, const smtlib::CommandText& text
     case CommandKind::kDeclare:
     case CommandKind::kDefine:
     case CommandKind::kDefineFunction:
+    case CommandKind::kDeclareForeign:
     case CommandKind::kDefineSort:
     case CommandKind::kSetInfo:
     case CommandKind::kSetLogic:
@@ -322,6 +330,11 @@ solvers::Answer Shell::find_answer(const std::vector<const Term*>& assumptions)
 solvers::Answer Shell::certify(const SolverQuery& query, const std::vector<const Term*>& assumptions)
 {
   if (!method_.certification.is_wanted && certificates_ == nullptr) return solvers::Answer::kUnsat;
+  if (has_foreign_) {
+    failure_ = "there are certificates only of Booleans and bit-vectors, so there is no answer";
+    answer_error(failure_);
+    return solvers::Answer::kUnknown;
+  }
   std::vector<const Term*> told = solver_->list_additions();
   for (const Addition& addition : query.additions) {
     if (addition.level > first_.size()) told.push_back(addition.term);  // for this query only
@@ -345,14 +358,68 @@ solvers::Answer Shell::certify(const SolverQuery& query, const std::vector<const
   return solvers::Answer::kUnknown;
 }
 
+void Shell::take_foreign()
+{
+  has_foreign_ = true;
+  std::unique_ptr<QuerySource> plain = make_plain_queries();
+  std::size_t level = 0;
+  for (std::size_t i = 0; i <= assertions_.size(); ++i) {
+    for (; level < first_.size() && first_[level] == i; ++level)
+      plain->push();
+    if (i < assertions_.size()) plain->add_assertion(queries_->get_assertions()[i]);
+  }
+  queries_ = std::move(plain);
+  solver_->take_foreign(*foreign_);
+}
+
+std::string Shell::check_foreign(const std::vector<const Term*>& assumptions)
+{
+  smtlib::Script script;
+  script.foreign = foreign_;
+  for (std::size_t i = 0; i < assertions_.size(); ++i)
+    script.assertions.push_back({queries_->get_assertions()[i], assertions_[i].place});
+  for (const Term* assumption : assumptions)
+    script.assertions.push_back({assumption, {}});
+  const ForeignCheck check = check_foreign_model(script, *solver_->get_foreign_model(), *model_);
+  if (!check.violated) return {};
+  if (*check.violated >= assertions_.size()) {
+    return "the assumption " + smtlib::make_excerpt(assumptions_[*check.violated - assertions_.size()]) +
+           " is false under the model, so there is no answer";
+  }
+  return smtlib::make_located_message(name_, assertions_[*check.violated].place,
+                                      "this assertion is false under the model, so there is no answer");
+}
+
+/// The value that lumo computes, or else what the solver says.
+std::string Shell::make_value_text(const Term* t)
+{
+  const std::vector<const Term*> terms{t};
+  const smtlib::ForeignTerms::Needs needs = foreign_->find_needs(terms);
+  smtlib::ForeignEvaluation evaluation(*foreign_, needs.terms, *solver_->get_foreign_model(), *model_);
+  evaluation.evaluate_rest(smtlib::ForeignForms(*foreign_));
+  bool is_known = !t->get_sort()->is_opaque();
+  for (const smtlib::ForeignTerms::Index term : needs.terms) {
+    const bool needs_value = !foreign_->get_placeholder(term)->get_sort()->is_opaque();
+    const bool has_value = evaluation.get_source(term) != smtlib::ForeignEvaluation::Source::kUnknown;
+    is_known = is_known && (has_value || !needs_value);
+  }
+  return is_known ? model_->get_value(t)->get_symbol()->get_name() : solver_->ask_for_value(t);
+}
+
 bool Shell::complete_model(const std::vector<ModelValue>& values, const std::vector<const Term*>& assumptions)
 {
   model_ = std::make_unique<ModelStore>(mgr_.get());
   try {
     define_values(*model_, values);
     queries_->extend(*model_);
+    if (has_foreign_) {
+      failure_ = check_foreign(assumptions);
+      if (failure_.empty()) return true;
+    }
     const std::size_t violated = find_violated(*mgr_, queries_->get_assertions(), *model_);
-    if (violated < assertions_.size()) {
+    if (!failure_.empty()) {
+      // A foreign term decides.
+    } else if (violated < assertions_.size()) {
       failure_ = smtlib::make_located_message(
           name_, assertions_[violated].place,
           "this assertion is false under the extended model, so there is no answer");
@@ -412,13 +479,24 @@ void Shell::get_model()
   std::vector<smtlib::TextValue> values;
   for (const Term* constant : reader_->list_constants())
     values.push_back({reader_->get_text_name(constant), model_->get_value(constant)});
-  print([&](std::ostream& out) { smtlib::print_named_model(out, values); });
+  const std::vector<std::string> texts =
+      has_foreign_ ? solver_->get_foreign_model()->get_texts() : std::vector<std::string>();
+  print([&](std::ostream& out) { smtlib::print_named_model(out, values, texts); });
 }
 
 void Shell::get_value()
 {
   require_option(settings_.get_switches().produce_models, ":produce-models");
   require(State::kSat, "sat");
+  if (has_foreign_) {
+    std::string values;
+    for (const smtlib::WrittenTerm& term : reader_->get_terms()) {
+      values +=
+          (values.empty() ? "((" : "\n (") + std::string(term.text) + ' ' + make_value_text(term.term) + ')';
+    }
+    answer(values + ')');
+    return;
+  }
   std::vector<smtlib::TextValue> values;
   for (const smtlib::WrittenTerm& term : reader_->get_terms())
     values.push_back({term.text, model_->get_value(term.term)});

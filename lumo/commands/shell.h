@@ -84,6 +84,11 @@ class Shell
   /// answer: unknown, with an error, if the certificate is not confirmed.
   [[nodiscard]] solvers::Answer certify(const SolverQuery& query,
                                         const std::vector<const Term*>& assumptions);
+  /// From now on, texts may contain terms of other theories: they are told to the solver as they are.
+  void take_foreign();
+  /// Checks the model of a query with foreign terms; the part of the sentence after the place, or nothing.
+  [[nodiscard]] std::string check_foreign(const std::vector<const Term*>& assumptions);
+  [[nodiscard]] std::string make_value_text(const Term* t);
   /// Makes the solver's model one of the assertions and assumptions; false, with an error, if it is not.
   bool complete_model(const std::vector<ModelValue>& values, const std::vector<const Term*>& assumptions);
 
@@ -111,6 +116,8 @@ class Shell
 
   // Made anew by `reset`, in this order
   std::unique_ptr<TermManager> mgr_;
+  std::shared_ptr<smtlib::ForeignTerms> foreign_;
+  bool has_foreign_ = false;
   std::unique_ptr<smtlib::ConversationReader> reader_;
   std::unique_ptr<QuerySource> queries_;
   std::unique_ptr<SolverStack> solver_;

@@ -55,6 +55,12 @@ void SolverStack::drop_options()
   options_.clear();
 }
 
+void SolverStack::take_foreign(const smtlib::ForeignTerms& foreign)
+{
+  reset();
+  foreign_ = std::make_unique<smtlib::ForeignForms>(foreign);
+}
+
 void SolverStack::pop_to(std::size_t level)
 {
   if (levels_.size() > level + 1) levels_.resize(level + 1);
@@ -96,6 +102,8 @@ Solution SolverStack::check(const SolverQuery& query, std::size_t num_levels)
 Solution SolverStack::find_answer(const SolverQuery& query, std::size_t num_levels)
 {
   levels_.resize(num_levels + 1);
+  if (foreign_ != nullptr)
+    foreign_model_ = std::make_unique<smtlib::ForeignModel>(mgr_, foreign_->get_terms());
   for (const Addition& addition : query.additions)
     add(addition);
   take_assumptions(query, num_levels);
@@ -123,7 +131,9 @@ void SolverStack::take_assumptions(const SolverQuery& query, std::size_t num_lev
     const Term* atom = is_negation ? form->get_arg(0) : form;
     if (form == mgr_.make_true()) continue;
     if (form == mgr_.make_false()) false_assumption_ = i;
-    if (is_constant(atom)) {
+    const bool is_foreign =
+        foreign_ != nullptr && foreign_->get_terms().find(atom) != smtlib::ForeignTerms::kNone;
+    if (is_constant(atom) && !is_foreign) {
       literals_.push_back({atom, is_negation, i});
       continue;
     }
@@ -188,7 +198,9 @@ std::vector<ModelValue> SolverStack::read_model(const std::string& text)
   for (const Known& known : known_)
     constants.insert(constants.end(), known.constants.begin(), known.constants.end());
   try {
-    return smtlib::read_model(mgr_, constants, text);
+    if (foreign_ == nullptr) return smtlib::read_model(mgr_, constants, text);
+    foreign_model_->read(constants, text);
+    return foreign_model_->get_values();
   } catch (const smtlib::InputError& e) {
     session_->fail("answered sat, but its model cannot be read at line " +
                    std::to_string(e.get_place().line) + ", column " + std::to_string(e.get_place().column) +
@@ -198,6 +210,23 @@ std::vector<ModelValue> SolverStack::read_model(const std::string& text)
 
 // -----------------------------------------------------------------------------------------------------------
 // More about the last query
+
+std::string SolverStack::ask_for_value(const Term* t)
+{
+  std::ostringstream term;
+  smtlib::print_foreign_term(term, t, *foreign_);
+  const std::string answer = ask_more("(get-value (" + term.str() + "))\n");
+  // ((TERM VALUE))
+  smtlib::Lexer lexer(answer);
+  for (int i = 0; i < 2; ++i)
+    static_cast<void>(lexer.next());
+  if (const smtlib::Token token = lexer.next(); token.kind == smtlib::TokenKind::kOpen)
+    lexer.skip_list(token.position);
+  std::string value = solvers::make_one_line(
+      std::string_view(answer).substr(lexer.get_position(), answer.rfind(')') - lexer.get_position()));
+  value.resize(value.rfind(')'));
+  return value;
+}
 
 std::string SolverStack::ask_more(const std::string& question)
 {
@@ -278,6 +307,7 @@ void SolverStack::end_session()
     level.num_told = 0;
   known_.clear();
   is_known_.clear();
+  is_declared_.clear();
   named_.clear();
   solver_level_ = kept_ = 0;
   num_options_told_ = 0;
@@ -291,7 +321,22 @@ void SolverStack::start(const Deadline& deadline)
   if (wants_cores_) session_->tell("(set-option :produce-unsat-cores true)\n");
   if (wants_unsat_assumptions_) session_->tell("(set-option :produce-unsat-assumptions true)\n");
   tell_options(deadline);
-  session_->tell("(set-logic QF_BV)\n");
+  tell_logic(deadline);
+}
+
+void SolverStack::tell_logic(const Deadline& deadline)
+{
+  if (foreign_ == nullptr) {
+    session_->tell("(set-logic QF_BV)\n");
+    return;
+  }
+  const std::string& logic = foreign_->get_terms().logic;
+  const std::string command = "(set-logic " + (logic.empty() ? "ALL" : logic) + ")\n";
+  // A solver that does not know a logic's name may know its theories.
+  for (const std::string& answer : session_->ask_all(command, deadline)) {
+    if (answer.starts_with("(error"))
+      session_->fail("refused the logic " + logic + ": " + solvers::make_one_line(answer));
+  }
 }
 
 void SolverStack::tell_options(const Deadline& deadline)
@@ -334,6 +379,8 @@ void SolverStack::pop_solver(std::size_t level)
       is_known_.erase(constant);
     for (const std::string& name : known_.back().assertions)
       named_.erase(name);
+    for (const std::size_t declaration : known_.back().declarations)
+      is_declared_.erase(declaration);
   }
   solver_level_ = level;
 }
@@ -352,7 +399,8 @@ void SolverStack::tell_level(std::size_t number)
   }
   if (terms.empty()) return;
   std::ostringstream text;
-  smtlib::print_assertions(text, terms, [this](const Term* constant) { return note_constant(constant); });
+  smtlib::print_assertions(
+      text, terms, [this](const Term* constant) { return note_constant(constant); }, make_foreign_declare());
   session_->tell(text.view());
 }
 
@@ -362,9 +410,22 @@ void SolverStack::tell_named(const Addition& addition)
   named_.emplace(name, addition.assertion);
   known_.back().assertions.push_back(name);
   std::ostringstream text;
-  smtlib::print_named_assertion(text, addition.term, name,
-                                [this](const Term* constant) { return note_constant(constant); });
+  smtlib::print_named_assertion(
+      text, addition.term, name, [this](const Term* constant) { return note_constant(constant); },
+      make_foreign_declare());
   session_->tell(text.view());
+}
+
+bool SolverStack::note_declaration(std::size_t declaration)
+{
+  if (!is_declared_.insert(declaration).second) return false;
+  known_.back().declarations.push_back(declaration);
+  return true;
+}
+
+smtlib::ForeignDeclare SolverStack::make_foreign_declare()
+{
+  return {foreign_.get(), [this](std::size_t declaration) { return note_declaration(declaration); }};
 }
 
 bool SolverStack::note_constant(const Term* constant)

@@ -13,6 +13,8 @@
 
 #include "lumo/commands/query_source.h"
 #include "lumo/model/model_value.h"
+#include "lumo/smtlib/assertion_printer.h"
+#include "lumo/smtlib/foreign_model.h"
 #include "lumo/solvers/answer.h"
 #include "lumo/solvers/deadline.h"
 #include "lumo/solvers/solver_session.h"
@@ -31,6 +33,15 @@ class SolverStack
   using Start = std::function<std::unique_ptr<solvers::SolverSession>()>;
 
   SolverStack(TermManager& mgr, Start start) : mgr_(mgr), start_(std::move(start)) {}
+
+  /// The foreign terms in what is added from now on; their table must outlive the object. Ends the solver, and forgets
+  /// everything that was added.
+  void take_foreign(const smtlib::ForeignTerms& foreign);
+  /// The model of the last query with everything that it defines; null if there are no foreign terms. Precondition: its
+  /// answer was sat.
+  [[nodiscard]] smtlib::ForeignModel* get_foreign_model() { return foreign_model_.get(); }
+  /// Sat: what the solver says of a term, as text. Throws a SolverError if it says nothing.
+  [[nodiscard]] std::string ask_for_value(const Term* t);
 
   /// A limit for each query, in seconds of wall-clock time.
   void limit_time(std::optional<double> seconds) { seconds_ = seconds; }
@@ -72,6 +83,7 @@ class SolverStack
   {
     std::vector<const Term*> constants;
     std::vector<std::string> assertions;
+    std::vector<std::size_t> declarations;  ///< of foreign terms
   };
   /// An assumption as it is asked
   struct Literal
@@ -97,6 +109,7 @@ class SolverStack
   [[nodiscard]] std::string ask_more(const std::string& question);
 
   void start(const solvers::Deadline& deadline);
+  void tell_logic(const solvers::Deadline& deadline);
   void tell_options(const solvers::Deadline& deadline);
   /// Brings the solver's levels in step, and tells what it was not told yet.
   void tell_levels();
@@ -105,6 +118,9 @@ class SolverStack
   void tell_named(const Addition& addition);
   /// Notes that the solver is told of a constant on its highest level; false if it was told before.
   [[nodiscard]] bool note_constant(const Term* constant);
+  /// The same for a declaration of foreign terms.
+  [[nodiscard]] bool note_declaration(std::size_t declaration);
+  [[nodiscard]] smtlib::ForeignDeclare make_foreign_declare();
 
   TermManager& mgr_;
   Start start_;
@@ -116,10 +132,13 @@ class SolverStack
 
   std::vector<Level> levels_ = std::vector<Level>(1);
   std::unique_ptr<solvers::SolverSession> session_;
-  std::size_t solver_level_ = 0;              ///< the solver's highest level
-  std::size_t kept_ = 0;                      ///< up to which the solver's levels are those of `levels_`
-  std::vector<Known> known_;                  ///< by the solver's levels
-  std::unordered_set<const Term*> is_known_;  ///< constants
+  std::size_t solver_level_ = 0;                   ///< the solver's highest level
+  std::size_t kept_ = 0;                           ///< up to which the solver's levels are those of `levels_`
+  std::vector<Known> known_;                       ///< by the solver's levels
+  std::unordered_set<const Term*> is_known_;       ///< constants
+  std::unique_ptr<smtlib::ForeignForms> foreign_;  ///< null without foreign terms
+  std::unique_ptr<smtlib::ForeignModel> foreign_model_;
+  std::unordered_set<std::size_t> is_declared_;         ///< declarations of foreign terms
   std::unordered_map<std::string, std::size_t> named_;  ///< assertions in the solver: their indices
   std::size_t num_names_ = 0;
   std::vector<const Term*> switches_;            ///< constants that stand for assumptions

@@ -125,6 +125,14 @@ void print_statistics(std::ostream& out, const Statistics& statistics, const Pha
   }
   print_row(out, "steps", statistics.steps);
   out << '\n';
+  if (statistics.foreign_terms != 0) {
+    print_row(out, "foreign terms", statistics.foreign_terms);
+    out << '\n';
+    print_row(out, "  not computed", statistics.believed_terms);
+    out << '\n';
+    print_row(out, "  not checked", statistics.believed_assertions);
+    out << '\n';
+  }
   if (!statistics.confirmer.empty())
     out << std::left << std::setw(kNameWidth) << "unsat"
         << "confirmed by " << statistics.confirmer << '\n';
@@ -150,6 +158,11 @@ void print_statistics_json(std::ostream& out, const Statistics& statistics, cons
     separator = ", ";
   }
   out << '}';
+  if (statistics.foreign_terms != 0) {
+    out << ", \"foreign\": {\"terms\": " << statistics.foreign_terms
+        << ", \"not computed\": " << statistics.believed_terms
+        << ", \"not checked\": " << statistics.believed_assertions << '}';
+  }
   if (!statistics.confirmer.empty())
     out << ", \"unsat_confirmed_by\": " << make_json_string(statistics.confirmer);
   out << ", \"seconds\": {";

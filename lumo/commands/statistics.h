@@ -19,6 +19,9 @@ struct Statistics
   GraphSize before;
   GraphSize after;  ///< of the rest that the solver gets
   std::size_t steps = 0;
+  std::size_t foreign_terms = 0;        ///< that the assertions contain, if a model was checked
+  std::size_t believed_terms = 0;       ///< those whose values are the solver's word
+  std::size_t believed_assertions = 0;  ///< assertions whose truth is the solver's word
   std::array<std::size_t, kNumOperators> eliminated{};  ///< applications of the script, by kind
 
   /// Who confirmed the certificate of unsat; empty if nobody was asked, or did

@@ -64,9 +64,10 @@ InputText read_input_text(const std::string& file, std::istream& in, PhaseClock&
 namespace {
 
 /// Gives back the memory of what it has read.
-smtlib::Script read_script(TermManager& mgr, const InputText& text)
+smtlib::Script read_script(TermManager& mgr, const InputText& text, smtlib::ForeignText foreign)
 {
-  return smtlib::read_script(mgr, text.get(), [&text](std::size_t size) { text.give_back(size); });
+  return smtlib::read_script(
+      mgr, text.get(), [&text](std::size_t size) { text.give_back(size); }, foreign);
 }
 
 void note_skipped(const Input& input, std::ostream& err)
@@ -80,12 +81,13 @@ void note_skipped(const Input& input, std::ostream& err)
 
 }  // namespace
 
-std::unique_ptr<Input> try_read_script(const std::string& file, const InputText& text, std::ostream& err)
+std::unique_ptr<Input> try_read_script(const std::string& file, const InputText& text, std::ostream& err,
+                                       smtlib::ForeignText foreign)
 {
   auto input = std::make_unique<Input>();
   input->name = make_input_name(file);
   try {
-    input->script = read_script(input->mgr, text);
+    input->script = read_script(input->mgr, text, foreign);
   } catch (const smtlib::SeveralQueries&) {
     return nullptr;
   } catch (...) {
@@ -96,11 +98,12 @@ std::unique_ptr<Input> try_read_script(const std::string& file, const InputText&
 }
 
 std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, std::ostream& err,
-                                  PhaseClock& clock, std::optional<std::size_t> query)
+                                  PhaseClock& clock, std::optional<std::size_t> query,
+                                  smtlib::ForeignText foreign)
 {
   const InputText text = read_input_text(file, in, clock);
   if (!query) {
-    if (std::unique_ptr<Input> input = try_read_script(file, text, err)) return input;
+    if (std::unique_ptr<Input> input = try_read_script(file, text, err, foreign)) return input;
   }
   auto input = std::make_unique<Input>();
   input->name = make_input_name(file);
@@ -115,8 +118,9 @@ std::unique_ptr<Input> read_single_query(const std::string& file, std::istream& 
 {
   auto input = std::make_unique<Input>();
   input->name = make_input_name(file);
-  input->script =
-      read_located(file, in, clock, [&](const InputText& text) { return read_script(input->mgr, text); });
+  input->script = read_located(file, in, clock, [&](const InputText& text) {
+    return read_script(input->mgr, text, smtlib::ForeignText::kRefused);
+  });
   note_skipped(*input, err);
   return input;
 }

@@ -81,12 +81,14 @@ struct Input
 /// Makes an input of the text of a file; null if it makes several queries. A text that cannot be read is a
 /// SubcommandFailure. A note to `err` names the commands that are skipped because nothing answers them. `get-model` is not
 /// one of them: `solve` prints a model, and what `simplify` leaves asks for one.
-[[nodiscard]] std::unique_ptr<Input> try_read_script(const std::string& file, const InputText& text,
-                                                     std::ostream& err);
+[[nodiscard]] std::unique_ptr<Input> try_read_script(
+    const std::string& file, const InputText& text, std::ostream& err,
+    smtlib::ForeignText foreign = smtlib::ForeignText::kRefused);
 /// Reads a file, and takes the query of that number, counted from 1, or else its last one. What cannot be read is a
 /// SubcommandFailure. Notes are as above.
 [[nodiscard]] std::unique_ptr<Input> read_input(const std::string& file, std::istream& in, std::ostream& err,
-                                                PhaseClock& clock, std::optional<std::size_t> query = {});
+                                                PhaseClock& clock, std::optional<std::size_t> query = {},
+                                                smtlib::ForeignText foreign = smtlib::ForeignText::kRefused);
 
 /// The same for a file that must not make several queries.
 [[nodiscard]] std::unique_ptr<Input> read_single_query(const std::string& file, std::istream& in,

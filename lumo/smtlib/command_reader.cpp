@@ -31,8 +31,16 @@ const CommandReader::Row CommandReader::kRows[] = {
     {"pop", CommandKind::kPop, &CommandReader::pop},
     {"push", CommandKind::kPush, &CommandReader::push},
     {"set-info", CommandKind::kSetInfo, &CommandReader::read_attribute},
-    {"set-logic", CommandKind::kSetLogic, &CommandReader::skip},
+    {"set-logic", CommandKind::kSetLogic, &CommandReader::read_logic},
     {"set-option", CommandKind::kSetOption, &CommandReader::read_attribute},
+};
+
+const CommandReader::Row CommandReader::kForeignRows[] = {
+    {"declare-datatype", CommandKind::kDeclareForeign, &CommandReader::read_datatype},
+    {"declare-datatypes", CommandKind::kDeclareForeign, &CommandReader::read_datatypes},
+    {"declare-sort", CommandKind::kDeclareForeign, &CommandReader::read_sort_declaration},
+    {"define-fun-rec", CommandKind::kDeclareForeign, &CommandReader::read_recursive_definition},
+    {"define-funs-rec", CommandKind::kDeclareForeign, &CommandReader::read_recursive_definitions},
 };
 
 Command CommandReader::read()
@@ -62,6 +70,12 @@ void CommandReader::read_rest(Command& command)
     (this->*row.action)(command);
     return;
   }
+  for (const Row& row : kForeignRows) {
+    if (foreign_ == nullptr || command.name != row.name) continue;
+    command.kind = row.kind;
+    (this->*row.action)(command);
+    return;
+  }
   command.kind = CommandKind::kOther;
   skip(command);
 }
@@ -73,13 +87,16 @@ std::string_view CommandReader::find_nearest(std::string_view name)
   const std::size_t most = std::min(kMost, get_most_mistakes(name));
   std::string_view nearest;
   std::size_t least = kNotNear;
-  for (const Row& row : kRows) {
+  const auto compare = [&](const Row& row) {
     const std::size_t distance = measure_mistakes(name, row.name, most);
-    if (distance >= least) continue;
+    if (distance >= least) return;
     nearest = row.name;
     least = distance;
-  }
-  return nearest;
+  };
+  std::for_each(std::begin(kRows), std::end(kRows), compare);
+  std::for_each(std::begin(kForeignRows), std::end(kForeignRows), compare);
+  // A known command may be one that is not taken where the name was found.
+  return least == 0 ? std::string_view() : nearest;
 }
 
 void CommandReader::replace(const Token& symbol, const Term* t)
@@ -143,12 +160,21 @@ void CommandReader::read_function_declaration(Command& command)
 {
   command.symbol = read_new_name();
   lexer_.expect_open("a list of argument sorts");
-  if (lexer_.next().kind != TokenKind::kClose) {
+  if (lexer_.take_text(")")) {
+    declare(command);
+    return;
+  }
+  if (foreign_ == nullptr) {
     lexer_.fail(command.symbol.position,
                 describe(command.symbol) +
                     " is declared with arguments, but only constants, without arguments, were expected");
   }
-  declare(command);
+  std::vector<const DataType*> parameters;
+  while (!lexer_.take_text(")"))
+    parameters.push_back(sorts_.read(lexer_));
+  const DataType* sort = sorts_.read(lexer_);
+  close(command);
+  declare_foreign(command, std::move(parameters), sort);
 }
 
 /// Reads the symbol's sort and the end of the command.
@@ -156,6 +182,10 @@ void CommandReader::declare(Command& command)
 {
   const DataType* sort = sorts_.read(lexer_);
   close(command);
+  if (sort->is_opaque()) [[unlikely]] {
+    declare_foreign(command, {}, sort);
+    return;
+  }
   try {
     command.term = make_constant(command.symbol.text, symbol_, sort);
   } catch (const Exception& e) {
@@ -192,7 +222,13 @@ void CommandReader::read_function_definition(Command& command)
   const Term* body = terms_.read_body(lexer_, command.position, parameters_, parameter_sorts_);
   check_sort(start, body, sort, "the body of the definition");
   close(command);
-  symbols_.declare(symbol_, Meaning(functions_.define(command.symbol.text, parameter_sorts_, body)));
+  command.term = body;
+  const Function* function = functions_.define(command.symbol.text, parameter_sorts_, body);
+  if (foreign_ != nullptr) {
+    terms_.note_definition(function, lexer_, command.position, lexer_.get_position());
+    terms_.note_needs(lexer_);
+  }
+  symbols_.declare(symbol_, Meaning(function));
 }
 
 /// Reads parameters and the end of their list; the first token of the list was already read.
@@ -220,6 +256,14 @@ void CommandReader::read_sort_definition(Command& command)
 {
   sorts_.read_definition(lexer_);
   close(command);
+  if (foreign_ != nullptr) add_declaration(command, true);
+}
+
+void CommandReader::read_logic(Command& command)
+{
+  const Token logic = Lexer(lexer_).next();
+  if (foreign_ != nullptr && logic.is_symbol()) foreign_->logic = logic.text;
+  skip(command);
 }
 
 const Term* CommandReader::read_term(Command& command, const DataType* sort, std::string_view what)
@@ -228,6 +272,7 @@ const Term* CommandReader::read_term(Command& command, const DataType* sort, std
   const Term* t = terms_.read(lexer_, command.position);
   check_sort(start, t, sort, what);
   close(command);
+  if (foreign_ != nullptr) terms_.note_needs(lexer_);
   return t;
 }
 

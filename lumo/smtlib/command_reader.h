@@ -3,9 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "lumo/smtlib/foreign_terms.h"
 #include "lumo/smtlib/function_table.h"
 #include "lumo/smtlib/lexer.h"
 #include "lumo/smtlib/sort_reader.h"
@@ -21,8 +24,9 @@ enum class CommandKind : std::uint8_t
   kCheckSat,
   kCheckSatAssuming,  ///< in a conversation; elsewhere kOther
   kDeclare,           ///< symbol, term: the constant
+  kDeclareForeign,    ///< sorts, functions, constants of other sorts
   kDefine,            ///< symbol, term: its meaning; without parameters
-  kDefineFunction,    ///< symbol; with parameters
+  kDefineFunction,    ///< symbol; with parameters; term: its body, over constants that stand for them
   kDefineSort,
   kEcho,
   kExit,
@@ -62,13 +66,15 @@ class CommandReader
  public:
   /// The manager must outlive the reader; it should be new, since the manager must not have the names of the text's
   /// constants with other sorts already. The text must outlive the reader, too.
-  CommandReader(TermManager& mgr, std::string_view text)
+  /// With a table for foreign terms, the text may contain such terms.
+  CommandReader(TermManager& mgr, std::string_view text, std::shared_ptr<ForeignTerms> foreign = nullptr)
       : mgr_(mgr),
+        foreign_(std::move(foreign)),
         lexer_(text),
         symbols_(mgr),
-        sorts_(mgr),
-        functions_(mgr),
-        terms_(mgr, symbols_, sorts_, functions_)
+        sorts_(mgr, foreign_ != nullptr ? &foreign_->sorts : nullptr),
+        functions_(mgr, foreign_.get()),
+        terms_(mgr, symbols_, sorts_, functions_, foreign_.get())
   {}
   CommandReader(const CommandReader&) = delete;
   CommandReader& operator=(const CommandReader&) = delete;
@@ -104,6 +110,7 @@ class CommandReader
   void drop_levels();
 
   TermManager& mgr_;
+  std::shared_ptr<ForeignTerms> foreign_;  ///< null if the text may not contain foreign terms
   Lexer lexer_;
   SymbolTable symbols_;
   SortReader sorts_;
@@ -125,6 +132,7 @@ class CommandReader
     Action action;
   };
   static const Row kRows[];
+  static const Row kForeignRows[];  ///< of commands that are known only where foreign terms are
   /// More open levels are refused.
   static constexpr unsigned long kMaxLevels = 1'000'000;
 
@@ -136,6 +144,22 @@ class CommandReader
   void read_function_definition(Command& command);
   void define(Command& command);
   void read_sort_definition(Command& command);
+  void read_logic(Command& command);
+
+  // Declarations of what is foreign
+  void read_sort_declaration(Command& command);
+  void read_datatype(Command& command);
+  void read_datatypes(Command& command);
+  void read_recursive_definition(Command& command);
+  void read_recursive_definitions(Command& command);
+  void declare_foreign(Command& command, std::vector<const DataType*> parameters, const DataType* sort);
+  ForeignFunction& add_function(const Token& name, std::vector<const DataType*> parameters,
+                                const DataType* sort);
+  /// Notes the command, which ends here, as a declaration, and returns its number.
+  std::size_t add_declaration(const Command& command, bool is_of_sorts);
+  void read_constructors(const Token& datatype, std::size_t arity);
+  void read_constructor(const Token& open, const DataType* datatype, const std::vector<Token>& parameters);
+  void read_signature(std::vector<Token>& names);
   void push(Command& command);
   void pop(Command& command);
 

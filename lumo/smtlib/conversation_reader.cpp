@@ -21,6 +21,7 @@ Command ConversationReader::read(const CommandText& text)
 {
   const std::size_t num_declarations = symbols_.get_num_declarations();
   const std::size_t num_sort_definitions = sorts_.get_num_definitions();
+  const std::size_t num_foreign = foreign_ == nullptr ? 0 : foreign_->declarations.size();
   terms_read_.clear();
   label_.reset();
   try {
@@ -29,9 +30,11 @@ Command ConversationReader::read(const CommandText& text)
     if (!read_name(command)) return command;
     const Lexer after_name = lexer_;
     read_command(command);
+    note_sorts(num_foreign, num_sort_definitions);
     note_names(command, num_declarations, after_name);
     return command;
   } catch (...) {
+    note_sorts(num_foreign, num_sort_definitions);
     take_back(num_declarations, num_sort_definitions);
     throw;
   }
@@ -100,6 +103,7 @@ void ConversationReader::reset_assertions(Command& command)
 void ConversationReader::note_names(const Command& command, std::size_t num_declarations,
                                     const Lexer& after_name)
 {
+  if (command.kind == CommandKind::kDeclareForeign) return;
   std::size_t last = symbols_.get_num_declarations();
   const bool declares = command.kind == CommandKind::kDeclare || command.kind == CommandKind::kDefine ||
                         command.kind == CommandKind::kDefineFunction;
@@ -159,8 +163,20 @@ void ConversationReader::forget(std::size_t num_declarations, std::size_t num_so
   if (!keeps_declarations_) take_back(num_declarations, num_sort_definitions);
 }
 
+/// Notes the declarations of sorts after the first ones.
+void ConversationReader::note_sorts(std::size_t num_before, std::size_t num_sort_definitions)
+{
+  for (std::size_t i = num_before; foreign_ != nullptr && i < foreign_->declarations.size(); ++i) {
+    if (foreign_->declarations[i].is_of_sorts) sort_declarations_.push_back({i, num_sort_definitions});
+  }
+}
+
 void ConversationReader::take_back(std::size_t num_declarations, std::size_t num_sort_definitions)
 {
+  for (;
+       !sort_declarations_.empty() && sort_declarations_.back().num_sort_definitions >= num_sort_definitions;
+       sort_declarations_.pop_back())
+    foreign_->declarations[sort_declarations_.back().declaration].is_of_sorts = false;
   CommandReader::forget(num_declarations, num_sort_definitions);
   while (!constants_.empty() && constants_.back().declaration >= num_declarations)
     constants_.pop_back();

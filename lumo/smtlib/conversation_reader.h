@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -42,8 +43,12 @@ class ConversationReader : public CommandReader
  public:
   static constexpr std::string_view kReservedPrefix = "lumo!";
 
-  /// The manager must outlive the reader, and be new.
-  explicit ConversationReader(TermManager& mgr) : CommandReader(mgr, {}) {}
+  /// The manager must outlive the reader, and be new. With a table for foreign terms, the texts may contain such terms.
+  explicit ConversationReader(TermManager& mgr, std::shared_ptr<ForeignTerms> foreign = nullptr)
+      : CommandReader(mgr, {}, std::move(foreign))
+  {
+    terms_.copy_definitions(true);
+  }
 
   /// Reads one command. What the result and the members below refer to lies in the text.
   [[nodiscard]] Command read(const CommandText& text);
@@ -86,7 +91,16 @@ class ConversationReader : public CommandReader
   /// Takes back what was declared and defined after the first ones, kept or not.
   void take_back(std::size_t num_declarations, std::size_t num_sort_definitions);
 
+  /// A declaration of a sort that is valid now
+  struct SortDeclaration
+  {
+    std::size_t declaration;           ///< its number in the table for foreign terms
+    std::size_t num_sort_definitions;  ///< before it
+  };
+  void note_sorts(std::size_t num_before, std::size_t num_sort_definitions);
+
   bool keeps_declarations_ = false;
+  std::vector<SortDeclaration> sort_declarations_;
   std::vector<WrittenTerm> terms_read_;
   std::optional<std::string_view> label_;
   std::vector<Declared> constants_;

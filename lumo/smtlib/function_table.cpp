@@ -23,7 +23,7 @@ std::size_t FunctionTable::ApplicationHash::operator()(const Application& applic
 
 const Term* FunctionTable::get_parameter(std::size_t place, const DataType* sort)
 {
-  const Term*& parameter = parameters_[{place, sort->get_width()}];
+  const Term*& parameter = parameters_[{place, sort}];
   if (parameter == nullptr) parameter = mgr_.make_fresh_constant(kParameterPrefix, sort);
   return parameter;
 }
@@ -61,10 +61,19 @@ void FunctionTable::open(const Term* t, const Places& places)
   if (places.contains(t) || closed_.contains(t)) return;
   const auto call = applications_.find(t);
   if (call != applications_.end()) {
-    visits_.push_back({t, call->second, 0});
+    visits_.push_back({t, call->second, ForeignTerms::kNone, 0});
   } else if (t->get_num_args() != 0) {
-    visits_.push_back({t, nullptr, 0});
+    visits_.push_back({t, nullptr, ForeignTerms::kNone, 0});
+  } else if (const ForeignTerms::Index foreign = find_foreign(t); foreign != ForeignTerms::kNone) {
+    visits_.push_back({t, nullptr, foreign, 0});
   }
+}
+
+FunctionTable::Terms FunctionTable::get_operands(const Visit& visit) const
+{
+  if (visit.call != nullptr) return visit.call->args;
+  if (visit.foreign != ForeignTerms::kNone) return foreign_->get_args(visit.foreign);
+  return visit.term->get_args();
 }
 
 void FunctionTable::add_steps(Function& function, const Term* body, Places& places)
@@ -73,8 +82,8 @@ void FunctionTable::add_steps(Function& function, const Term* body, Places& plac
   open(body, places);
   while (!visits_.empty()) {
     Visit& visit = visits_.back();
-    if (visit.next < visit.get_num_operands()) {
-      open(visit.get_operand(visit.next++), places);
+    if (const Terms operands = get_operands(visit); visit.next < operands.size()) {
+      open(operands[visit.next++], places);
     } else {
       const Visit done = visit;
       visits_.pop_back();
@@ -88,8 +97,8 @@ void FunctionTable::add_step(Function& function, const Visit& visit, Places& pla
 {
   const std::size_t first = function.operands_.size();
   bool is_open = visit.call != nullptr;
-  for (std::size_t i = 0; i < visit.get_num_operands(); ++i) {
-    function.operands_.push_back(make_operand(visit.get_operand(i), places));
+  for (const Term* operand : get_operands(visit)) {
+    function.operands_.push_back(make_operand(operand, places));
     is_open = is_open || function.operands_.back().term == nullptr;
   }
   if (!is_open) {
@@ -100,9 +109,10 @@ void FunctionTable::add_step(Function& function, const Visit& visit, Places& pla
   places.emplace(visit.term,
                  static_cast<Function::Place>(function.parameters_.size() + function.steps_.size()));
   const bool is_call = visit.call != nullptr;
-  function.steps_.push_back({is_call ? nullptr : visit.term->get_symbol(),
-                             is_call ? visit.call->function : nullptr, first,
-                             function.operands_.size() - first});
+  function.steps_.push_back(
+      {is_call ? nullptr : visit.term->get_symbol(), is_call ? visit.call->function : nullptr, first,
+       function.operands_.size() - first,
+       visit.foreign == ForeignTerms::kNone ? 0 : foreign_->get_head_index(visit.foreign)});
 }
 
 Function::Operand FunctionTable::make_operand(const Term* t, const Places& places)
@@ -144,7 +154,7 @@ void FunctionTable::continue_expansion()
     for (std::size_t i = 0; i < step.num_operands; ++i)
       args_.push_back(get_value(function.operands_[step.first + i], expansion.first));
     if (step.symbol != nullptr) {
-      values_.push_back(make_term(step.symbol, args_));
+      values_.push_back(make_value(step));
       continue;
     }
     Application needed{step.function, args_};
@@ -161,13 +171,24 @@ void FunctionTable::continue_expansion()
   expansions_.pop_back();
 }
 
+const Term* FunctionTable::make_value(const Function::Step& step)
+{
+  if (is_operator(step.symbol->get_kind())) return make_term(step.symbol, args_);
+  count_expanded();
+  return foreign_->make(step.head, step.symbol->get_output_type(), args_);
+}
+
 const Term* FunctionTable::make_term(const Symbol* s, const std::vector<const Term*>& args)
 {
-  if (++num_expanded_ > kMaxExpansion) {
-    throw Exception("the definitions with parameters expand to more than " + std::to_string(kMaxExpansion) +
-                    " applications, but at most that many were expected");
-  }
+  count_expanded();
   return mgr_.make_term(s, args);
+}
+
+void FunctionTable::count_expanded()
+{
+  if (++num_expanded_ <= kMaxExpansion) return;
+  throw Exception("the definitions with parameters expand to more than " + std::to_string(kMaxExpansion) +
+                  " applications, but at most that many were expected");
 }
 
 const Term* FunctionTable::get_value(const Function::Operand& operand, std::size_t first) const

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "lumo/smtlib/foreign_terms.h"
 #include "lumo/smtlib/operators.h"
 #include "lumo/terms/term_manager.h"
 
@@ -37,13 +38,14 @@ class Function
     const Term* term;  ///< null for a value
     Place place;
   };
-  /// One value of an instance: an application of an operator, or of another function
+  /// One value of an instance: an application of an operator, of another function, or of a foreign head
   struct Step
   {
-    const Symbol* symbol;      ///< null for a function
-    const Function* function;  ///< null for an operator
+    const Symbol* symbol;  ///< of an operator, or the placeholder's of a foreign term; null for a function
+    const Function* function;  ///< null for others
     std::size_t first;         ///< of its operands in `operands_`
     std::size_t num_operands;
+    ForeignTerms::HeadIndex head;  ///< of a foreign term
   };
 
   std::string name_;
@@ -65,7 +67,8 @@ class FunctionTable
  public:
   using Terms = std::span<const Term* const>;
 
-  explicit FunctionTable(TermManager& mgr) : mgr_(mgr) {}
+  /// Without a table for foreign terms there are none.
+  FunctionTable(TermManager& mgr, ForeignTerms* foreign) : mgr_(mgr), foreign_(foreign) {}
   FunctionTable(const FunctionTable&) = delete;
   FunctionTable& operator=(const FunctionTable&) = delete;
 
@@ -101,17 +104,9 @@ class FunctionTable
   struct Visit
   {
     const Term* term;
-    const Application* call;  ///< that the term represents, or null
-    std::size_t next;         ///< operand
-
-    [[nodiscard]] std::size_t get_num_operands() const
-    {
-      return call != nullptr ? call->args.size() : term->get_num_args();
-    }
-    [[nodiscard]] const Term* get_operand(std::size_t i) const
-    {
-      return call != nullptr ? call->args[i] : term->get_arg(i);
-    }
+    const Application* call;      ///< that the term represents, or null
+    ForeignTerms::Index foreign;  ///< that the term represents, or kNone
+    std::size_t next;             ///< operand
   };
   /// An expansion that is not complete
   struct Expansion
@@ -122,6 +117,12 @@ class FunctionTable
   };
   using Places = std::unordered_map<const Term*, Function::Place>;
 
+  [[nodiscard]] Terms get_operands(const Visit& visit) const;
+  [[nodiscard]] ForeignTerms::Index find_foreign(const Term* t) const
+  {
+    return foreign_ == nullptr ? ForeignTerms::kNone : foreign_->find(t);
+  }
+  [[nodiscard]] const Term* make_value(const Function::Step& step);
   /// Begins the visit of a term that may depend on a parameter, unless its place is known.
   void open(const Term* t, const Places& places);
   void add_steps(Function& function, const Term* body, Places& places);
@@ -129,13 +130,15 @@ class FunctionTable
   [[nodiscard]] static Function::Operand make_operand(const Term* t, const Places& places);
 
   void continue_expansion();
+  void count_expanded();
   [[nodiscard]] const Term* make_term(const Symbol* s, const std::vector<const Term*>& args);
   [[nodiscard]] const Term* get_value(const Function::Operand& operand, std::size_t first) const;
   void begin(Application application);
 
   TermManager& mgr_;
+  ForeignTerms* foreign_;  ///< null if there are no foreign terms
   std::deque<Function> functions_;
-  std::map<std::pair<std::size_t, unsigned long>, const Term*> parameters_;  ///< by place and width
+  std::map<std::pair<std::size_t, const DataType*>, const Term*> parameters_;  ///< by place and sort
   Results calls_;
   std::unordered_map<const Term*, const Application*> applications_;  ///< by the term that represents them
   std::unordered_set<const Term*> closed_;  ///< applications in bodies that do not depend on parameters

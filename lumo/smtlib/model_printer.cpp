@@ -19,13 +19,18 @@ void write_definition(TextBuffer& out, const ModelValue& definition)
 
 }  // namespace
 
-void print_model(std::ostream& out, std::span<const ModelValue> model)
+void print_model(std::ostream& out, std::span<const ModelValue> model) { print_model(out, model, {}); }
+
+void print_model(std::ostream& out, std::span<const ModelValue> model,
+                 std::span<const std::string> definitions)
 {
   for (const ModelValue& definition : model)
     static_cast<void>(needs_bars(definition.constant->get_symbol()->get_name()));
 
   TextBuffer buffer(out);
   buffer << "(\n";
+  for (const std::string& definition : definitions)
+    buffer << "  " << definition << '\n';
   for (const ModelValue& definition : model) {
     buffer << "  ";
     write_definition(buffer, definition);

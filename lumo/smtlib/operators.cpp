@@ -190,13 +190,14 @@ bool fits(TermManager& mgr, const Operator& op, Arguments args)
   // The most common case on its own, since this is asked for every application.
   if (op.signature == Signature::kUniformBitVectors) {
     const DataType* first = args[0]->get_sort();
-    return !first->is_bool() &&
+    return first->is_bit_vector() &&
            std::all_of(args.begin() + 1, args.end(), [=](const Term* t) { return t->get_sort() == first; });
   }
   const DataType* bool_sort = mgr.make_bool_type();
   for (std::size_t i = 0; i < args.size(); ++i) {
     const DataType* expected = get_expected_sort(op, args, i, bool_sort);
-    if (expected == nullptr ? args[i]->get_sort()->is_bool() : args[i]->get_sort() != expected) return false;
+    const DataType* found = args[i]->get_sort();
+    if (found->is_opaque() || (expected == nullptr ? found->is_bool() : found != expected)) return false;
   }
   return true;
 }
@@ -211,7 +212,7 @@ Misfit find_misfit(TermManager& mgr, const Operator& op, Arguments args)
   for (std::size_t i = 0; i < args.size(); ++i) {
     const DataType* found = args[i]->get_sort();
     const DataType* expected = get_expected_sort(op, args, i, mgr.make_bool_type());
-    if (expected == nullptr ? !found->is_bool() : found == expected) continue;
+    if (expected == nullptr ? found->is_bit_vector() : found == expected) continue;
     return {i, "argument " + std::to_string(i + 1) + " of " + std::string(op.name) + " has sort " +
                    found->to_string() + ", but " +
                    (expected == nullptr ? "a bit-vector" : "sort " + expected->to_string()) +

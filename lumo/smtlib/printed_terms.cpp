@@ -39,8 +39,13 @@ bool continues_chain(const Term* t, const Term* first_arg)
 
 }  // namespace
 
-PrintedTerms::PrintedTerms(std::size_t num_ids, std::span<const Step> steps) : steps_(steps), codes_(num_ids)
+PrintedTerms::PrintedTerms(std::size_t num_ids, std::span<const Step> steps, const ForeignForms* foreign)
+    : steps_(steps), foreign_(foreign), codes_(num_ids)
 {
+  if (foreign != nullptr) {
+    for (const ForeignFunction& function : foreign->get_terms().functions)
+      static_cast<void>(names_.note(std::string_view(function.name)));
+  }
   assert(steps.size() < kOpen && "the number of a step fits its bits");
   for (std::uint32_t i = 0; i < steps.size(); ++i) {
     std::uint32_t& code = codes_[steps[i].constant->get_id()];
@@ -66,7 +71,7 @@ bool PrintedTerms::open_if_new(const Term* t)
   if (code != kUnknown && (code & kDefined) == 0) return false;
   if ((code & kDefined) != 0) {
     open_definition(t, code);
-  } else if (t->get_num_args() == 0) {
+  } else if (get_num_args(t) == 0) {
     note_leaf(t, code);
     return false;
   }
@@ -88,6 +93,10 @@ void PrintedTerms::note_leaf(const Term* t, std::uint32_t& code)
   code = kLeaf;
   const Symbol* symbol = t->get_symbol();
   if (symbol->get_kind() != Kind::kConstant) return;
+  if (const ForeignTerms::Index foreign = find_foreign(t); foreign != ForeignTerms::kNone) {
+    foreign_met_.push_back(foreign);
+    return;
+  }
   if (names_.note(symbol)) code = kQuotedLeaf;
   constants_.push_back(t);
 }
@@ -95,10 +104,17 @@ void PrintedTerms::note_leaf(const Term* t, std::uint32_t& code)
 /// Opens the first argument that is not closed, if there is one.
 bool PrintedTerms::open_argument(const Term* body)
 {
-  for (std::size_t i = 0; i < body->get_num_args(); ++i) {
-    if (open_if_new(body->get_arg(i))) return true;
+  const std::size_t num_args = get_num_args(body);
+  for (std::size_t i = 0; i < num_args; ++i) {
+    if (open_if_new(get_arg(body, i))) return true;
   }
   return false;
+}
+
+std::size_t PrintedTerms::get_num_foreign_args(const Term* t) const
+{
+  const ForeignTerms::Index foreign = find_foreign(t);
+  return foreign == ForeignTerms::kNone ? 0 : foreign_->get_terms().get_args(foreign).size();
 }
 
 PrintedTerms::Slot PrintedTerms::close(const Term* t)
@@ -110,6 +126,8 @@ PrintedTerms::Slot PrintedTerms::close(const Term* t)
     node.number = code & ~(kDefined | kOpen);
     node.is_quoted = names_.note(t->get_symbol());
   }
+  if (const ForeignTerms::Index foreign = find_foreign(t); foreign != ForeignTerms::kNone)
+    foreign_met_.push_back(foreign);
   const auto slot = static_cast<Slot>(nodes_.size());
   assert(slot < kDefined - kFirstSlot && "slots fit their bits");
   code = slot + kFirstSlot;
@@ -146,10 +164,11 @@ void PrintedTerms::place(Slot slot)
   const Term* body = get_slot_body(slot);
   std::uint32_t level = 0;
   std::uint16_t height = 0;
-  for (std::size_t i = 0; i < body->get_num_args(); ++i) {
+  const std::size_t num_args = get_num_args(body);
+  for (std::size_t i = 0; i < num_args; ++i) {
     // Leaves, including defined constants, are printed directly.
-    const Term* arg = body->get_arg(i);
-    if (arg->get_num_args() == 0) continue;
+    const Term* arg = get_arg(body, i);
+    if (get_num_args(arg) == 0) continue;
     const Slot arg_slot = get_slot(arg);
     Node& used = nodes_[arg_slot];
     if (used.has_own_piece) continue;

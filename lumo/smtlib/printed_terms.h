@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "lumo/elimination/trail.h"
+#include "lumo/smtlib/foreign_terms.h"
 #include "lumo/smtlib/name_printer.h"
 #include "lumo/terms/chunked_vector.h"
 #include "lumo/terms/term_manager.h"
@@ -69,7 +70,12 @@ class PrintedTerms
 
   /// Prepares for terms with ids below num_ids. The steps define constants, each by its application; they must
   /// outlive the object. Throws an `Exception` if a constant has two definitions.
-  explicit PrintedTerms(std::size_t num_ids, std::span<const Step> steps = {});
+  explicit PrintedTerms(std::size_t num_ids, std::span<const Step> steps = {})
+      : PrintedTerms(num_ids, steps, nullptr)
+  {}
+  /// The same; placeholders are printed as the foreign terms that they stand for. The forms, which may be null, must
+  /// outlive the object.
+  PrintedTerms(std::size_t num_ids, std::span<const Step> steps, const ForeignForms* foreign);
 
   /// Takes a term and all that it needs, and calls `closed(slot)` for each new slot. A name that SMT-LIB 2 cannot
   /// spell is an `Exception`, and so is a constant that its own definition needs.
@@ -103,6 +109,30 @@ class PrintedTerms
   /// Whether the name of a constant that was added needs bars.
   [[nodiscard]] bool is_quoted(const Term* constant) const;
 
+  /// The arguments that are printed after the head of a term: its own, or those of the foreign term that it stands for.
+  [[nodiscard]] std::size_t get_num_args(const Term* t) const
+  {
+    const std::size_t num_args = t->get_num_args();
+    return num_args != 0 || foreign_ == nullptr ? num_args : get_num_foreign_args(t);
+  }
+  [[nodiscard]] const Term* get_arg(const Term* t, std::size_t i) const
+  {
+    if (t->get_num_args() != 0) [[likely]]
+      return t->get_arg(i);
+    return foreign_->get_arg(find_foreign(t), i);
+  }
+  /// The foreign term that a term stands for, or ForeignTerms::kNone.
+  [[nodiscard]] ForeignTerms::Index find_foreign(const Term* t) const
+  {
+    return foreign_ == nullptr ? ForeignTerms::kNone : foreign_->get_terms().find(t);
+  }
+  [[nodiscard]] const ForeignHead& get_foreign_head(ForeignTerms::Index term) const
+  {
+    return foreign_->get_terms().get_head_of(term);
+  }
+  /// The foreign terms that were added, in the order in which the walks reached them.
+  [[nodiscard]] const std::vector<ForeignTerms::Index>& get_foreign() const { return foreign_met_; }
+
   /// The constants without a definition, in the order in which the walks reached them.
   [[nodiscard]] std::vector<const Term*>& get_constants() { return constants_; }
   /// A prefix such that no constant's name is the prefix and a number.
@@ -123,6 +153,7 @@ class PrintedTerms
                                          << 30U;  ///< with kDefined, while the walk is below it
 
   [[nodiscard]] const Term* get_body(const Term* t) const;
+  [[nodiscard]] std::size_t get_num_foreign_args(const Term* t) const;
   bool open_if_new(const Term* t);
   void open_definition(const Term* constant, std::uint32_t& code);
   void note_leaf(const Term* t, std::uint32_t& code);
@@ -133,6 +164,8 @@ class PrintedTerms
   void bind(Slot slot);
 
   std::span<const Step> steps_;
+  const ForeignForms* foreign_;
+  std::vector<ForeignTerms::Index> foreign_met_;
   std::vector<std::uint32_t> codes_;  ///< by the term's id
   ChunkedVector<const Term*> terms_;  ///< by slot
   ChunkedVector<Node> nodes_;         ///< by slot

@@ -93,6 +93,7 @@ bool QueryReader::take(const CommandText& text)
     case CommandKind::kDeclare:
     case CommandKind::kDefine:
     case CommandKind::kDefineFunction:
+    case CommandKind::kDeclareForeign:
     case CommandKind::kDefineSort:
     case CommandKind::kEnd:
     case CommandKind::kExit:

@@ -7,6 +7,7 @@
 
 #include "lumo/smtlib/assertion_printer.h"
 #include "lumo/smtlib/conjuncts.h"
+#include "lumo/smtlib/foreign_terms.h"
 #include "lumo/smtlib/printed_terms.h"
 #include "lumo/smtlib/term_printer.h"
 #include "lumo/smtlib/text_buffer.h"
@@ -68,7 +69,7 @@ class AssertionSets
 /// Counts one more use of a term in an assertion.
 void note_use(PrintedTerms& terms, const Term* t, std::uint32_t assertion, AssertionSets& sets)
 {
-  if (t->get_num_args() == 0) return;
+  if (terms.get_num_args(t) == 0) return;
   PrintedTerms::Node& node = terms.get_node(terms.get_slot(t));
   if (node.piece != assertion) sets.unite(node.piece, assertion);
   node.num_uses = node.num_uses == 0 ? 1 : 2;
@@ -82,8 +83,9 @@ AssertionSets add_assertions(PrintedTerms& terms, Terms assertions)
     terms.add(assertions[i], [&](Slot slot) {
       terms.get_node(slot).piece = i;
       const Term* t = terms.get_term(slot);
-      for (std::size_t j = 0; j < t->get_num_args(); ++j)
-        note_use(terms, t->get_arg(j), i, sets);
+      const std::size_t num_args = terms.get_num_args(t);
+      for (std::size_t j = 0; j < num_args; ++j)
+        note_use(terms, terms.get_arg(t, j), i, sets);
     });
     note_use(terms, assertions[i], i, sets);
   }
@@ -128,14 +130,48 @@ void write_assertions(TextBuffer& out, TermPrinter& writer, Terms assertions, As
   }
 }
 
-std::size_t count_ids(Terms constants, Terms assertions)
+std::size_t count_ids(Terms constants, Terms assertions, const ForeignForms* foreign = nullptr)
 {
+  // The arguments of a foreign term may be newer than its placeholder.
+  if (foreign != nullptr) return foreign->get_terms().get_num_ids();
   std::size_t num_ids = 0;
   for (const Terms terms : {constants, assertions}) {
     for (const Term* t : terms)
       num_ids = std::max(num_ids, t->get_id() + 1);
   }
   return num_ids;
+}
+
+/// The declarations that the terms need; adds the constants that these mention.
+std::vector<std::size_t> add_declarations(PrintedTerms& terms, const ForeignForms& forms)
+{
+  const ForeignTerms& table = forms.get_terms();
+  for (;;) {
+    const std::size_t num_met = terms.get_foreign().size();
+    ForeignTerms::Needs needs = table.list_declarations(terms.get_foreign());
+    for (const Term* constant : needs.constants)
+      terms.add(constant, [](Slot) {});
+    if (terms.get_foreign().size() == num_met) return std::move(needs.declarations);
+  }
+}
+
+/// Those of them that must be printed.
+std::vector<std::size_t> list_new_declarations(PrintedTerms& terms, const ForeignDeclare& foreign)
+{
+  if (foreign.forms == nullptr) return {};
+  std::vector<std::size_t> declarations = add_declarations(terms, *foreign.forms);
+  std::erase_if(declarations, [&](std::size_t declaration) { return !foreign.declare(declaration); });
+  return declarations;
+}
+
+/// Writes those of sorts, or the others.
+void write_foreign(TextBuffer& out, const ForeignForms* forms, std::span<const std::size_t> declarations,
+                   bool of_sorts)
+{
+  for (const std::size_t number : declarations) {
+    const ForeignDeclaration& declaration = forms->get_terms().declarations[number];
+    if (declaration.is_of_sorts == of_sorts) out << declaration.text << '\n';
+  }
 }
 
 /// Declares, in the order of their making, the constants that must be.
@@ -151,14 +187,23 @@ void print_declarations(TermPrinter& writer, std::span<const Term*> constants, c
 
 void print_assertions(std::ostream& out, Terms assertions, const Declare& declare)
 {
+  print_assertions(out, assertions, declare, {});
+}
+
+void print_assertions(std::ostream& out, Terms assertions, const Declare& declare,
+                      const ForeignDeclare& foreign)
+{
   const std::vector<const Term*> conjuncts = list_conjuncts(assertions);
-  PrintedTerms terms(count_ids({}, conjuncts));
+  PrintedTerms terms(count_ids({}, conjuncts, foreign.forms), {}, foreign.forms);
   AssertionSets sets = add_assertions(terms, conjuncts);
+  const std::vector<std::size_t> declarations = list_new_declarations(terms, foreign);
   terms.choose_bindings();
 
   TextBuffer buffer(out);
   TermPrinter writer(buffer, terms);
+  write_foreign(buffer, foreign.forms, declarations, true);
   print_declarations(writer, terms.get_constants(), declare);
+  write_foreign(buffer, foreign.forms, declarations, false);
   write_assertions(buffer, writer, conjuncts, sets);
   buffer.flush();
 }
@@ -166,14 +211,23 @@ void print_assertions(std::ostream& out, Terms assertions, const Declare& declar
 void print_named_assertion(std::ostream& out, const Term* assertion, std::string_view name,
                            const Declare& declare)
 {
+  print_named_assertion(out, assertion, name, declare, {});
+}
+
+void print_named_assertion(std::ostream& out, const Term* assertion, std::string_view name,
+                           const Declare& declare, const ForeignDeclare& foreign)
+{
   const std::vector<const Term*> assertions{assertion};
-  PrintedTerms terms(count_ids({}, assertions));
+  PrintedTerms terms(count_ids({}, assertions, foreign.forms), {}, foreign.forms);
   add_assertions(terms, assertions);
+  const std::vector<std::size_t> declarations = list_new_declarations(terms, foreign);
   terms.choose_bindings();
 
   TextBuffer buffer(out);
   TermPrinter writer(buffer, terms);
+  write_foreign(buffer, foreign.forms, declarations, true);
   print_declarations(writer, terms.get_constants(), declare);
+  write_foreign(buffer, foreign.forms, declarations, false);
   buffer << "(assert (!";
   const std::size_t num_layers = writer.open_lets(0);
   writer.write(assertion);
@@ -206,6 +260,20 @@ void print_negation(std::ostream& out, Terms conjunction, const Declare& declare
   buffer.flush();
 }
 
+void print_foreign_term(std::ostream& out, const Term* t, const ForeignForms& forms)
+{
+  const std::vector<const Term*> terms_to_print{t};
+  PrintedTerms terms(count_ids({}, terms_to_print, &forms), {}, &forms);
+  add_assertions(terms, terms_to_print);
+  terms.choose_bindings();
+  TextBuffer buffer(out);
+  TermPrinter writer(buffer, terms);
+  const std::size_t num_layers = writer.open_lets(0);
+  writer.write(t);
+  buffer << std::string(num_layers, ')');
+  buffer.flush();
+}
+
 void print_declaration(std::ostream& out, const Term* constant)
 {
   PrintedTerms terms(constant->get_id() + 1);
@@ -232,6 +300,30 @@ void print_script(std::ostream& out, Terms constants, Terms assertions, bool wan
   buffer << "(set-logic QF_BV)\n";
   for (const Term* constant : terms.get_constants())
     writer.write_declaration(constant);
+  write_assertions(buffer, writer, conjuncts, sets);
+  buffer << "(check-sat)\n";
+  if (wants_model) buffer << "(get-model)\n";
+  buffer.flush();
+}
+
+void print_script(std::ostream& out, Terms assertions, bool wants_model, const ForeignForms& foreign)
+{
+  const ForeignTerms& table = foreign.get_terms();
+  const std::vector<const Term*> conjuncts = list_conjuncts(assertions);
+  PrintedTerms terms(count_ids({}, conjuncts, &foreign), {}, &foreign);
+  AssertionSets sets = add_assertions(terms, conjuncts);
+  const std::vector<std::size_t> declarations = add_declarations(terms, foreign);
+  terms.choose_bindings();
+  sort_constants(terms.get_constants());
+
+  TextBuffer buffer(out);
+  TermPrinter writer(buffer, terms);
+  if (wants_model) buffer << "(set-option :produce-models true)\n";
+  buffer << "(set-logic " << (table.logic.empty() ? "ALL" : table.logic) << ")\n";
+  write_foreign(buffer, &foreign, declarations, true);
+  for (const Term* constant : terms.get_constants())
+    writer.write_declaration(constant);
+  write_foreign(buffer, &foreign, declarations, false);
   write_assertions(buffer, writer, conjuncts, sets);
   buffer << "(check-sat)\n";
   if (wants_model) buffer << "(get-model)\n";

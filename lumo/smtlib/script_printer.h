@@ -20,6 +20,13 @@ namespace lumo::smtlib {
 void print_script(std::ostream& out, std::span<const Term* const> constants,
                   std::span<const Term* const> assertions, bool wants_model);
 
+class ForeignForms;
+
+/// The same for assertions that contain placeholders of foreign terms: declares what these terms need, in the order of
+/// the script, and sets the script's logic.
+void print_script(std::ostream& out, std::span<const Term* const> assertions, bool wants_model,
+                  const ForeignForms& foreign);
+
 }  // namespace lumo::smtlib
 
 #endif

@@ -12,7 +12,9 @@ namespace {
 class ScriptReader
 {
  public:
-  ScriptReader(TermManager& mgr, std::string_view text) : commands_(mgr, text) {}
+  ScriptReader(TermManager& mgr, std::string_view text, std::shared_ptr<ForeignTerms> foreign)
+      : foreign_(std::move(foreign)), commands_(mgr, text, foreign_)
+  {}
 
   Script read(const std::function<void(std::size_t)>& pass);
 
@@ -31,6 +33,7 @@ class ScriptReader
   /// Refuses what makes several queries of the text.
   [[noreturn]] void fail(const Command& command, const std::string& sentence) const;
 
+  std::shared_ptr<ForeignTerms> foreign_;
   CommandReader commands_;
   Script script_;
   bool has_query_ = false;
@@ -44,6 +47,8 @@ Script ScriptReader::read(const std::function<void(std::size_t)>& pass)
     num_passed = commands_.get_position();
     pass(num_passed);
   }
+  if (foreign_ != nullptr && (!foreign_->empty() || !foreign_->declarations.empty()))
+    script_.foreign = foreign_;
   return std::move(script_);
 }
 
@@ -80,6 +85,7 @@ bool ScriptReader::take(const Command& command)
       return false;
     case CommandKind::kDefine:
     case CommandKind::kDefineFunction:
+    case CommandKind::kDeclareForeign:
     case CommandKind::kDefineSort:
     case CommandKind::kSetInfo:
     case CommandKind::kSetLogic:
@@ -151,9 +157,12 @@ std::vector<const Term*> Script::get_asserted_terms() const
   return terms;
 }
 
-Script read_script(TermManager& mgr, std::string_view text, const std::function<void(std::size_t)>& pass)
+Script read_script(TermManager& mgr, std::string_view text, const std::function<void(std::size_t)>& pass,
+                   ForeignText foreign)
 {
-  return ScriptReader(mgr, text).read(pass);
+  return ScriptReader(mgr, text,
+                      foreign == ForeignText::kTaken ? std::make_shared<ForeignTerms>(mgr) : nullptr)
+      .read(pass);
 }
 
 }  // namespace lumo::smtlib

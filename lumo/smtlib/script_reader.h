@@ -2,7 +2,9 @@
 #define LUMO_SMTLIB_SCRIPT_READER_H
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +13,8 @@
 #include "lumo/terms/term_manager.h"
 
 namespace lumo::smtlib {
+
+class ForeignTerms;
 
 struct Assertion
 {
@@ -25,6 +29,8 @@ struct Script
   std::vector<Assertion> assertions;
   std::vector<std::string>
       skipped;  ///< the commands that ask for output, each once: `get-value`, `echo`, ...
+  /// What the text contains that the term layer does not have; null if there is nothing of it.
+  std::shared_ptr<const ForeignTerms> foreign;
 
   /// The terms of the assertions in their order.
   [[nodiscard]] std::vector<const Term*> get_asserted_terms() const;
@@ -35,6 +41,13 @@ class SeveralQueries : public InputError
 {
  public:
   using InputError::InputError;
+};
+
+/// Whether a text may contain terms and sorts of other theories than Booleans and bit-vectors.
+enum class ForeignText : std::uint8_t
+{
+  kRefused,
+  kTaken,  ///< constants represent such terms; who uses the script must keep them, and the arguments of these terms
 };
 
 /// Reads SMT-LIB 2 text with at most one query over Booleans and bit-vectors into terms of a manager. The manager
@@ -49,7 +62,8 @@ class SeveralQueries : public InputError
 /// `pass`, if there is one, is called from time to time with the number of characters that were read. They are read
 /// again only to find the place of an error.
 [[nodiscard]] Script read_script(TermManager& mgr, std::string_view text,
-                                 const std::function<void(std::size_t)>& pass = {});
+                                 const std::function<void(std::size_t)>& pass = {},
+                                 ForeignText foreign = ForeignText::kRefused);
 
 }  // namespace lumo::smtlib
 

@@ -2,24 +2,32 @@
 #define LUMO_SMTLIB_SORT_READER_H
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "lumo/smtlib/foreign_sorts.h"
 #include "lumo/smtlib/lexer.h"
 #include "lumo/terms/term_manager.h"
 
 namespace lumo::smtlib {
 
-/// Reads sorts: Bool, (_ BitVec w), and the names that definitions give to sorts.
-///
-/// There are no sort constructors that take sorts. So a definition of a sort is one of its parameters, or does not
-/// depend on them, and reading is linear.
+/// Reads sorts: Bool, (_ BitVec w), and the names that definitions give to sorts; if it is given a table for them, also
+/// sorts that the term layer does not have: those of theories and those that a script declares.
 class SortReader
 {
  public:
-  explicit SortReader(TermManager& mgr) : mgr_(mgr) {}
+  /// The table, if there is one, must outlive the reader.
+  explicit SortReader(TermManager& mgr, ForeignSortTable* foreign = nullptr)
+      : mgr_(mgr),
+        own_(mgr),
+        foreign_(foreign != nullptr ? *foreign : own_),
+        knows_foreign_(foreign != nullptr)
+  {}
+  SortReader(const SortReader&) = delete;
+  SortReader& operator=(const SortReader&) = delete;
 
   /// Reads the next sort. Throws an InputError if it is not a sort.
   const DataType* read(Lexer& lexer)
@@ -30,6 +38,14 @@ class SortReader
   }
   /// Reads a definition, starting at the name: a name, names of parameters in parentheses, and a sort.
   void read_definition(Lexer& lexer);
+  /// Declares a sort with that many parameters. The name must not be one of a sort.
+  void declare(const Lexer& lexer, const Token& name, std::size_t num_parameters);
+  /// Reads a sort in which these names are the parameters of a definition.
+  [[nodiscard]] const DataType* read_with_parameters(Lexer& lexer, const std::vector<Token>& names);
+  /// The declared sort of that name; null if there is none without parameters.
+  [[nodiscard]] const DataType* find_declared(std::string_view name);
+  /// The sort that a declared name makes of these sorts.
+  [[nodiscard]] const DataType* apply(std::string_view name, Sorts args);
   /// Reads the number of bits of a bit-vector sort.
   unsigned long read_width(Lexer& lexer);
 
@@ -38,36 +54,36 @@ class SortReader
   void forget(std::size_t count);
 
  private:
-  /// A sort, or a parameter of the definition that is being read
-  struct Expression
-  {
-    const DataType* sort;   ///< null for a parameter
-    std::size_t parameter;  ///< its place
-  };
   struct Definition
   {
     std::size_t num_parameters;
-    Expression body;
+    const DataType* body;  ///< null for a declared sort
   };
   using Definitions = std::unordered_map<std::string, Definition>;
   /// An application of a defined sort whose arguments are being read
   struct Application
   {
-    const Definition* definition;
+    std::string_view name;
     std::size_t position;  ///< of its parenthesis
     std::size_t first;     ///< of its arguments in `arguments_`
   };
 
   [[nodiscard]] const DataType* read_anew(Lexer& lexer);
-  [[nodiscard]] Expression read_expression(Lexer& lexer);
-  /// Reads a sort, or opens an application of a sort. In the second case, the result has neither a sort nor a
-  /// parameter.
-  [[nodiscard]] Expression read_start(Lexer& lexer, const Token& first);
-  [[nodiscard]] Expression read_name(Lexer& lexer, const Token& name) const;
-  [[nodiscard]] const DataType* read_bit_vector(Lexer& lexer);
-  [[nodiscard]] Expression close(Lexer& lexer);
+  [[nodiscard]] const DataType* read_expression(Lexer& lexer);
+  /// Reads a sort, or opens an application of a sort, and returns null.
+  [[nodiscard]] const DataType* read_start(Lexer& lexer, const Token& first);
+  [[nodiscard]] const DataType* read_name(Lexer& lexer, const Token& name);
+  [[nodiscard]] const DataType* read_indexed(Lexer& lexer, const Token& open);
+  [[nodiscard]] const DataType* close(Lexer& lexer);
+  /// The number of sorts that a name takes; nothing if it is not one of a sort.
+  [[nodiscard]] std::optional<std::size_t> find_arity(std::string_view name) const;
+  [[nodiscard]] bool is_sort_name(std::string_view name) const;
+  [[nodiscard]] std::string_view get_wanted() const;
 
   TermManager& mgr_;
+  ForeignSortTable own_;  ///< of a reader without a table for foreign sorts: the parameters
+  ForeignSortTable& foreign_;
+  bool knows_foreign_ = false;
   const DataType* recent_sort_ = nullptr;  ///< the last bit-vector sort that was read with a width
   std::string recent_text_;                ///< its spelling, from parenthesis to parenthesis
   Definitions definitions_;
@@ -75,7 +91,7 @@ class SortReader
   /// The places of the parameters of the definition that is being read
   std::unordered_map<std::string_view, std::size_t> parameters_;
   std::vector<Application> applications_;  ///< the open ones
-  std::vector<Expression> arguments_;
+  std::vector<const DataType*> arguments_;
 };
 
 }  // namespace lumo::smtlib

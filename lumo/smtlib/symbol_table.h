@@ -18,6 +18,7 @@
 namespace lumo::smtlib {
 
 class Function;
+struct ForeignFunction;
 
 /// The words of the language that begin a term and are not symbols; between bars they are ordinary names.
 enum class ReservedWord : std::uint8_t
@@ -27,7 +28,7 @@ enum class ReservedWord : std::uint8_t
   kAs,
   kIndexed,  ///< _
   kLet,
-  kBinder,  ///< exists, forall, lambda, match: not supported
+  kBinder,  ///< exists, forall, lambda, match
 };
 
 enum class MeaningKind : std::uint8_t
@@ -36,6 +37,7 @@ enum class MeaningKind : std::uint8_t
   kTerm,      ///< a constant, or the term of a definition, a let or a name
   kOperator,  ///< of the language
   kFunction,  ///< a definition with parameters
+  kForeign,   ///< a declared function with arguments, or of a datatype
 };
 
 /// The meaning of a symbol.
@@ -46,6 +48,7 @@ class Meaning
   explicit Meaning(const Term* t) : term_(t), kind_(MeaningKind::kTerm) {}
   explicit Meaning(const Operator* op) : op_(op), kind_(MeaningKind::kOperator) {}
   explicit Meaning(const Function* function) : function_(function), kind_(MeaningKind::kFunction) {}
+  explicit Meaning(const ForeignFunction* foreign) : foreign_(foreign), kind_(MeaningKind::kForeign) {}
 
   [[nodiscard]] MeaningKind get_kind() const { return kind_; }
   [[nodiscard]] bool is_none() const { return kind_ == MeaningKind::kNone; }
@@ -59,12 +62,17 @@ class Meaning
   {
     return kind_ == MeaningKind::kFunction ? function_ : nullptr;
   }
+  [[nodiscard]] const ForeignFunction* get_foreign() const
+  {
+    return kind_ == MeaningKind::kForeign ? foreign_ : nullptr;
+  }
 
  private:
   union {
     const Term* term_ = nullptr;
     const Operator* op_;
     const Function* function_;
+    const ForeignFunction* foreign_;
   };
   MeaningKind kind_ = MeaningKind::kNone;
 };

@@ -87,7 +87,9 @@ void TermPrinter::finish_open()
 {
   while (!visits_.empty()) {
     Visit& visit = visits_.back();
-    if (visit.next < visit.application->get_num_args()) {
+    if (visit.application->get_num_args() == 0) [[unlikely]] {
+      finish_foreign(visit);
+    } else if (visit.next < visit.application->get_num_args()) {
       out_ << ' ';
       write_leaf_or_open(visit.application->get_arg(visit.next++));
     } else if (const PrintedTerms::Node& node = terms_.get_node(visit.slot); node.is_inner) {
@@ -103,10 +105,14 @@ void TermPrinter::finish_open()
 void TermPrinter::write_leaf_or_open(const Term* t)
 {
   const Symbol* symbol = t->get_symbol();
-  if (symbol->get_kind() == Kind::kConstant) {
+  const bool is_constant = symbol->get_kind() == Kind::kConstant;
+  const ForeignTerms::Index foreign = is_constant ? terms_.find_foreign(t) : ForeignTerms::kNone;
+  if (is_constant && foreign == ForeignTerms::kNone) {
     write_constant(t);
-  } else if (t->get_num_args() == 0) {
+  } else if (!is_constant && t->get_num_args() == 0) {
     write_name(out_, symbol);
+  } else if (is_constant && terms_.get_num_args(t) == 0) {
+    out_ << terms_.get_foreign_head(foreign).text;
   } else {
     const PrintedTerms::Slot slot = terms_.get_slot(t);
     const PrintedTerms::Node& node = terms_.get_node(slot);
@@ -121,16 +127,59 @@ void TermPrinter::write_leaf_or_open(const Term* t)
 /// Begins an application, or the chain whose last member it is.
 void TermPrinter::open(const Term* t, PrintedTerms::Slot slot)
 {
+  if (t->get_num_args() == 0) [[unlikely]] {
+    open_foreign(t, slot, terms_.get_foreign_head(terms_.find_foreign(t)));
+    return;
+  }
   write_operator(t->get_symbol());
   for (;;) {
     const Term* first = t->get_arg(0);
-    if (first->get_num_args() == 0) break;
+    if (terms_.get_num_args(first) == 0) break;
     const PrintedTerms::Slot first_slot = terms_.get_slot(first);
     if (!terms_.get_node(first_slot).is_inner) break;
     t = first;
     slot = first_slot;
   }
   visits_.push_back({t, slot, 0});
+}
+
+void TermPrinter::open_foreign(const Term* t, PrintedTerms::Slot slot, const ForeignHead& head)
+{
+  if (head.role == ForeignRole::kBinder) {
+    if (!head.names.empty()) out_ << "(let (";
+  } else {
+    out_ << '(' << head.text;
+  }
+  visits_.push_back({t, slot, 0});
+}
+
+/// Continues a foreign term. Of a binder, only the terms of names are printed: its text mentions its other arguments.
+void TermPrinter::finish_foreign(Visit& visit)
+{
+  const Term* t = visit.application;
+  const ForeignHead& head = terms_.get_foreign_head(terms_.find_foreign(t));
+  const bool is_binder = head.role == ForeignRole::kBinder;
+  const std::size_t num_printed = is_binder ? head.names.size() : terms_.get_num_args(t);
+  if (is_binder) write_binder_piece(head, visit.next);
+  if (visit.next < num_printed) {
+    out_ << ' ';
+    write_leaf_or_open(terms_.get_arg(t, visit.next++));
+    return;
+  }
+  if (!is_binder) out_ << ')';
+  visits_.pop_back();
+}
+
+void TermPrinter::write_binder_piece(const ForeignHead& head, std::uint32_t arg)
+{
+  if (arg > 0) out_ << ')';
+  if (arg < head.names.size()) {
+    out_ << (arg > 0 ? " (" : "(") << head.names[arg];
+  } else if (head.names.empty()) {
+    out_ << head.text;
+  } else {
+    out_ << ") " << head.text << ')';
+  }
 }
 
 }  // namespace lumo::smtlib

@@ -46,6 +46,10 @@ class TermPrinter
 
   void write_operator(const Symbol* symbol) { out_ << '(' << *symbol->find_name(); }
   void write_leaf_or_open(const Term* t);
+  void open_foreign(const Term* t, PrintedTerms::Slot slot, const ForeignHead& head);
+  /// Writes what comes before the argument of that number of a binder's term, or after all of them.
+  void write_binder_piece(const ForeignHead& head, std::uint32_t arg);
+  void finish_foreign(Visit& visit);
   void open(const Term* t, PrintedTerms::Slot slot);
   void finish_open();
 

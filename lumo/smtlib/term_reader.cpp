@@ -5,6 +5,7 @@
 #include <string>
 
 #include "lumo/smtlib/literals.h"
+#include "lumo/smtlib/nearest_word.h"
 #include "lumo/terms/exception.h"
 
 namespace lumo::smtlib {
@@ -75,6 +76,7 @@ void TermReader::reset()
   bindings_.clear();
   indices_.clear();
   qualifiers_.clear();
+  foreign_heads_.clear();
 }
 
 inline const Term* TermReader::take(const Token& token)
@@ -95,10 +97,12 @@ inline const Term* TermReader::take(const Token& token)
       return read_literal(token);
     case TokenKind::kEnd:
       lexer_->fail(open_, "a parenthesis opens here, but the text ends before it is closed");
-    case TokenKind::kKeyword:
     case TokenKind::kNumeral:
     case TokenKind::kDecimal:
     case TokenKind::kString:
+      if (const Term* t = make_foreign_literal(token); t != nullptr) return t;
+      break;
+    case TokenKind::kKeyword:
       break;
   }
   lexer_->refuse(token, "a term");
@@ -148,19 +152,17 @@ const Term* TermReader::open_word(ReservedWord word, const Token& token, std::si
     case ReservedWord::kAs:
       return make_constant(read_qualified_head());
     case ReservedWord::kBinder:
+      return read_binder(token, position);
     case ReservedWord::kNone:
       break;
   }
-  lexer_->fail(token.position, std::string(token.text) +
-                                   " was found, but only terms of Booleans and bit-vectors were expected");
+  lexer_->refuse(token, "an operator or a function");  // GCOVR_EXCL_LINE: the callers have a reserved word
 }
 
 /// Closes the innermost application.
 inline const Term* TermReader::close(const Token& parenthesis)
 {
-  const bool is_application = !frames_.empty() && (frames_.back().kind == FrameKind::kOperator ||
-                                                   frames_.back().kind == FrameKind::kFunction);
-  if (!is_application) lexer_->refuse(parenthesis, "a term");
+  if (frames_.empty() || !is_application(frames_.back().kind)) lexer_->refuse(parenthesis, "a term");
   const Frame frame = frames_.back();
   const Term* t = apply(frame);
   arguments_.resize(frame.first);
@@ -172,7 +174,7 @@ inline const Term* TermReader::deliver(const Term* t)
 {
   if (frames_.empty()) return t;
   const FrameKind kind = frames_.back().kind;
-  if (kind != FrameKind::kOperator && kind != FrameKind::kFunction) return deliver_to_word(t);
+  if (!is_application(kind)) return deliver_to_word(t);
   arguments_.push_back(t);
   return nullptr;
 }
@@ -185,6 +187,7 @@ const Term* TermReader::deliver_to_word(const Term* t)
     switch (frame.kind) {
       case FrameKind::kOperator:
       case FrameKind::kFunction:
+      case FrameKind::kForeign:
         arguments_.push_back(t);
         return nullptr;
       case FrameKind::kBindings:
@@ -331,7 +334,8 @@ TermReader::Head TermReader::read_indexed_head()
   }
   head.number = symbols_.find(head.symbol.text);
   Token token = lexer_->next();
-  for (; token.kind == TokenKind::kNumeral; token = lexer_->next()) {
+  const bool takes_symbol = foreign_ != nullptr && head.symbol.text == "is";
+  for (; token.kind == TokenKind::kNumeral || (takes_symbol && token.is_symbol()); token = lexer_->next()) {
     if (head.num_indices < head.indices.size()) head.indices[head.num_indices] = token;
     ++head.num_indices;
   }
@@ -370,6 +374,10 @@ void TermReader::push_application(const Head& head, std::size_t position)
       lexer_->fail(head.symbol.position, describe(head.symbol) + " takes no indices");
     push_frame(FrameKind::kFunction, position, arguments_.size());
     frames_.back().function = function;
+  } else if (ForeignApplication application; find_foreign(head, application)) {
+    push_frame(FrameKind::kForeign, position, arguments_.size());
+    foreign_heads_.push_back(std::move(application));
+    return;
   } else if (!meaning.is_none()) {
     lexer_->fail(head.symbol.position,
                  describe(head.symbol) + " was found before arguments, but it does not take any");
@@ -416,6 +424,9 @@ const Term* TermReader::make_constant(const Head& head)
   if (t == nullptr) {
     const Meaning meaning = symbols_.get_meaning(head.number);
     t = meaning.get_term();
+    if (ForeignApplication application; t == nullptr && find_foreign(head, application)) {
+      return make_foreign(application, head.symbol.position, {});
+    }
     if (t == nullptr && meaning.is_none()) {
       if (head.symbol.kind == TokenKind::kSymbol &&
           symbols_.get_reserved_word(head.number) != ReservedWord::kNone) {
@@ -471,8 +482,7 @@ void TermReader::check_qualifier(const Term* t, const DataType* qualifier, std::
 inline const Term* TermReader::apply(const Frame& frame)
 {
   const Arguments args = Arguments(arguments_).subspan(frame.first);
-  const Term* t =
-      frame.kind == FrameKind::kOperator ? apply_operator(frame, args) : apply_function(frame, args);
+  const Term* t = frame.kind == FrameKind::kOperator ? apply_operator(frame, args) : apply_other(frame, args);
   if (!frame.is_qualified) return t;
   check_qualifier(t, qualifiers_.back(), frame.position);
   qualifiers_.pop_back();
@@ -482,7 +492,11 @@ inline const Term* TermReader::apply(const Frame& frame)
 inline const Term* TermReader::apply_operator(const Frame& frame, Arguments args)
 {
   static constexpr Indices kNoIndices{};
-  if (!fits(mgr_, *frame.op, args)) refuse_arguments(frame, find_misfit(mgr_, *frame.op, args));
+  if (!fits(mgr_, *frame.op, args)) [[unlikely]] {
+    const Term* t = apply_foreign_operator(*frame.op, args);
+    if (t == nullptr) refuse_arguments(frame, find_misfit(mgr_, *frame.op, args));
+    return t;
+  }
   try {
     const Term* t = frame.op->build(mgr_, frame.has_indices ? indices_.back() : kNoIndices, args);
     if (frame.has_indices) indices_.pop_back();
@@ -490,6 +504,11 @@ inline const Term* TermReader::apply_operator(const Frame& frame, Arguments args
   } catch (const Exception& e) {
     lexer_->fail(frame.position, e.what());
   }
+}
+
+const Term* TermReader::apply_other(const Frame& frame, Arguments args)
+{
+  return frame.kind == FrameKind::kFunction ? apply_function(frame, args) : apply_foreign(frame, args);
 }
 
 const Term* TermReader::apply_function(const Frame& frame, Arguments args)
@@ -543,7 +562,11 @@ std::size_t TermReader::find_argument(const Frame& frame, std::size_t argument) 
 
 void TermReader::refuse_unknown(const Token& symbol) const
 {
-  const std::string nearest = symbols_.find_nearest(symbol.text);
+  std::string nearest = symbols_.find_nearest(symbol.text);
+  std::string_view function;
+  const bool is_near = foreign_ != nullptr && nearest.empty() &&
+                       find_nearest_theory_function(symbol.text, function) != kNotNear;
+  if (is_near) nearest = function;
   lexer_->fail(symbol.position,
                describe(symbol) + " is not declared" +
                    (nearest.empty() ? "" : "; perhaps " + make_excerpt(nearest) + " was meant"));

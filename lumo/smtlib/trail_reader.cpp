@@ -171,6 +171,7 @@ void TrailReader::read_commands()
         return;
       case CommandKind::kCheckSat:
       case CommandKind::kDefineFunction:
+      case CommandKind::kDeclareForeign:
       case CommandKind::kDefineSort:
       case CommandKind::kEcho:
       case CommandKind::kGet:

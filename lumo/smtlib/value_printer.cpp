@@ -21,13 +21,16 @@ void print_values(std::ostream& out, std::span<const TextValue> values)
   buffer.flush();
 }
 
-void print_named_model(std::ostream& out, std::span<const TextValue> values)
+void print_named_model(std::ostream& out, std::span<const TextValue> values,
+                       std::span<const std::string> definitions)
 {
   for (const TextValue& value : values)
     static_cast<void>(needs_bars(value.text));
 
   TextBuffer buffer(out);
   buffer << "(\n";
+  for (const std::string& definition : definitions)
+    buffer << "  " << definition << '\n';
   for (const TextValue& value : values) {
     const Symbol* symbol = value.value->get_symbol();
     buffer << "  (define-fun " << make_symbol_text(value.text) << " () "

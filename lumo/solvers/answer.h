@@ -26,6 +26,8 @@ struct Solution
   Answer answer = Answer::kUnknown;
   std::vector<ModelValue> model;  ///< if the answer is sat and a model was requested; may leave constants out
   std::string reason;  ///< why the answer is unknown, as a clause after `since`; empty if not known
+  /// For a script with foreign terms: what else the model declares and defines, as the solver has written it.
+  std::vector<std::string> definitions{};
 };
 
 /// Thrown if a solver gives no answer: it cannot be started, dies, or its output cannot be understood. `what()` is

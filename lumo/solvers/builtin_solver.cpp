@@ -56,7 +56,14 @@ Solution solve_apart(TermManager& mgr, std::span<const Term* const> constants, c
 
 bool has_builtin_solver() { return true; }
 
-void serve_builtin(int in, int out) { serve_z3(in, out); }
+void serve_builtin(int in, int out, bool takes_any_terms)
+{
+  if (takes_any_terms) {
+    serve_z3_text(in, out);
+  } else {
+    serve_z3(in, out);
+  }
+}
 
 Solution solve_with_builtin(TermManager& mgr, std::span<const Term* const> assertions,
                             const SolverLimits& limits)
@@ -72,6 +79,22 @@ Solution solve_text_with_builtin(std::string_view script, const SolverLimits& li
   TermManager mgr;  // no constants
   const Deadline deadline(limits.seconds);
   return solve_apart(mgr, {}, limits, deadline, [&] { return solve_text_with_z3(std::string(script)); });
+}
+
+Solution solve_text_with_builtin(const std::string& script, const std::string& logic,
+                                 const SolverLimits& limits, const ReadModel& read)
+{
+  const auto solve = [&]() -> std::string {
+    try {
+      return solve_text_with_z3(script, logic);
+    } catch (const SolverError& e) {
+      return std::string("(error \"") + e.what() + "\")";
+    } catch (const std::bad_alloc&) {
+      return "(error \"it ran out of memory\")";
+    }
+  };
+  const ChildOutcome outcome = run(solve, Deadline(limits.seconds));
+  return read_solver_output("the built-in solver", outcome, limits, read);
 }
 
 }  // namespace lumo::solvers

@@ -2,10 +2,12 @@
 #define LUMO_SOLVERS_BUILTIN_SOLVER_H
 
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "lumo/solvers/answer.h"
 #include "lumo/solvers/solver_limits.h"
+#include "lumo/solvers/solver_process.h"
 #include "lumo/terms/term_manager.h"
 
 namespace lumo::solvers {
@@ -26,9 +28,14 @@ namespace lumo::solvers {
 /// the text, so nothing but the text is trusted. Limits and failures are as above.
 [[nodiscard]] Solution solve_text_with_builtin(std::string_view script, const SolverLimits& limits);
 
+/// The same for a complete script with any terms of that logic, which the built-in solver reads as text; `read` gets what
+/// it prints after `sat`.
+[[nodiscard]] Solution solve_text_with_builtin(const std::string& script, const std::string& logic,
+                                               const SolverLimits& limits, const ReadModel& read);
+
 /// Answers the commands of a conversation, which come from one descriptor, on the other one, until the end of the
 /// commands, as an SMT-LIB 2 solver does. To be called in a process of its own; `SolverSession` does that.
-void serve_builtin(int in, int out);
+void serve_builtin(int in, int out, bool takes_any_terms);
 
 }  // namespace lumo::solvers
 

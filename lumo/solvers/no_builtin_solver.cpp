@@ -17,6 +17,12 @@ Solution solve_text_with_builtin(std::string_view /*script*/, const SolverLimits
   throw SolverError("there is no built-in solver, since lumo was built without Z3");
 }
 
-void serve_builtin(int /*in*/, int /*out*/) {}
+void serve_builtin(int /*in*/, int /*out*/, bool /*takes_any_terms*/) {}
+
+Solution solve_text_with_builtin(const std::string& /*script*/, const std::string& /*logic*/,
+                                 const SolverLimits& /*limits*/, const ReadModel& /*read*/)
+{
+  throw SolverError("there is no built-in solver, since lumo was built without Z3");
+}
 
 }  // namespace lumo::solvers

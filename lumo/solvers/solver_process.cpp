@@ -57,40 +57,31 @@ std::optional<Answer> find_answer(std::string_view line)
   return std::nullopt;
 }
 
-/// One run of a solver on a script.
-class SolverRun
+/// What a solver has printed
+class SolverOutput
 {
  public:
-  SolverRun(const std::string& command, const SolverLimits& limits) : command_(command), limits_(limits) {}
+  SolverOutput(const std::string& name, const ChildOutcome& outcome, const SolverLimits& limits)
+      : name_(name), outcome_(outcome), limits_(limits)
+  {}
 
-  /// Returns the answer, without a model. The rest of the output is then what follows the answer.
-  [[nodiscard]] Solution solve(std::string_view script);
-  /// Precondition: the answer is sat.
-  [[nodiscard]] std::vector<ModelValue> read_model(TermManager& mgr,
-                                                   std::span<const Term* const> constants) const;
+  Solution read(const ReadModel& read_model) const;
 
  private:
-  [[nodiscard]] ChildOutcome run(std::string_view script) const;
-  /// Removes everything up to the answer from the rest of the output.
-  [[nodiscard]] Solution take_answer();
-  [[nodiscard]] std::string find_reason(std::string_view answer) const;
-  [[nodiscard]] std::string get_name() const
-  {
-    return "the solver \"" + smtlib::make_excerpt(command_) + "\"";
-  }
+  /// Removes everything up to the answer from the output.
+  [[nodiscard]] Solution take_answer(std::string_view& output) const;
+  [[nodiscard]] std::string find_reason(std::string_view answer, std::string_view output) const;
+  void take_model(std::string_view output, const ReadModel& read_model) const;
   [[noreturn]] void fail(const std::string& what_it_did) const;
   [[noreturn]] void fail_without_answer() const;
 
-  const std::string& command_;
+  const std::string& name_;
+  const ChildOutcome& outcome_;
   const SolverLimits& limits_;
-  Deadline deadline_{limits_.seconds};
-  ChildOutcome outcome_;
-  std::string_view rest_;  ///< of the output
 };
 
-Solution SolverRun::solve(std::string_view script)
+Solution SolverOutput::read(const ReadModel& read_model) const
 {
-  outcome_ = run(script);
   switch (outcome_.end) {
     case ChildEnd::kTimeOver:
     case ChildEnd::kInterrupted:
@@ -102,26 +93,20 @@ Solution SolverRun::solve(std::string_view script)
     case ChildEnd::kExit:
       break;
   }
-  rest_ = outcome_.out;
-  return take_answer();
+
+  std::string_view output = outcome_.out;
+  Solution solution = take_answer(output);
+  if (solution.answer == Answer::kSat && limits_.wants_model) take_model(output, read_model);
+  return solution;
 }
 
-ChildOutcome SolverRun::run(std::string_view script) const
+Solution SolverOutput::take_answer(std::string_view& output) const
 {
-  try {
-    return run_child(command_, script, deadline_);
-  } catch (const Exception& e) {
-    fail(std::string("was not started: ") + e.what());
-  }
-}
-
-Solution SolverRun::take_answer()
-{
-  while (!rest_.empty()) {
-    const std::string_view rest = rest_;
-    const std::string_view line = take_line(rest_);
+  while (!output.empty()) {
+    const std::string_view rest = output;
+    const std::string_view line = take_line(output);
     if (const std::optional<Answer> answer = find_answer(line)) {
-      if (*answer == Answer::kUnknown) return {*answer, {}, find_reason(line)};
+      if (*answer == Answer::kUnknown) return {*answer, {}, find_reason(line, output)};
       return {*answer, {}, {}};
     }
     // An answer after an error is not an answer to the whole script.
@@ -134,23 +119,23 @@ Solution SolverRun::take_answer()
 }
 
 /// Why the answer is unknown, if the output says so; some programs print it without a request.
-std::string SolverRun::find_reason(std::string_view answer) const
+std::string SolverOutput::find_reason(std::string_view answer, std::string_view output) const
 {
-  if (answer == "timeout") return get_name() + " reached a time limit of its own";
+  if (answer == "timeout") return name_ + " reached a time limit of its own";
   constexpr std::string_view kKeyword = "(:reason-unknown";
-  const std::size_t place = rest_.find(kKeyword);
+  const std::size_t place = output.find(kKeyword);
   if (place == std::string_view::npos) return {};
-  return get_name() + " said " + make_one_line(take_list(rest_.substr(place)));
+  return name_ + " said " + make_one_line(take_list(output.substr(place)));
 }
 
-std::vector<ModelValue> SolverRun::read_model(TermManager& mgr, std::span<const Term* const> constants) const
+void SolverOutput::take_model(std::string_view output, const ReadModel& read_model) const
 {
-  if (is_blank(rest_)) fail("answered sat, but printed no model");
+  if (is_blank(output)) fail("answered sat, but printed no model");
   try {
-    return smtlib::read_model(mgr, constants, rest_);
+    read_model(output);
   } catch (const smtlib::InputError& e) {
     // The model begins on a new line, so its columns are those of the whole output.
-    const auto model_start = outcome_.out.end() - static_cast<std::ptrdiff_t>(rest_.size());
+    const auto model_start = outcome_.out.end() - static_cast<std::ptrdiff_t>(output.size());
     const auto num_lines = std::count(outcome_.out.begin(), model_start, '\n');
     const std::size_t line = e.get_place().line + static_cast<std::size_t>(num_lines);
     fail("answered sat, but its model cannot be read at line " + std::to_string(line) + ", column " +
@@ -158,13 +143,13 @@ std::vector<ModelValue> SolverRun::read_model(TermManager& mgr, std::span<const 
   }
 }
 
-void SolverRun::fail(const std::string& what_it_did) const
+void SolverOutput::fail(const std::string& what_it_did) const
 {
-  throw SolverError(get_name() + " " + what_it_did);
+  throw SolverError(name_ + " " + what_it_did);
 }
 
 /// Quotes the solver's output, or else the error output of the solver or the shell.
-void SolverRun::fail_without_answer() const
+void SolverOutput::fail_without_answer() const
 {
   if (is_blank(outcome_.out)) fail(describe_end_without_answer(outcome_));
   fail("ended with status " + std::to_string(outcome_.code) + " and printed " + make_one_line(outcome_.out) +
@@ -173,22 +158,46 @@ void SolverRun::fail_without_answer() const
 
 }  // namespace
 
-Solution solve_with_process(TermManager& mgr, const std::string& command,
-                            std::span<const Term* const> assertions, const SolverLimits& limits)
+Solution read_solver_output(const std::string& name, const ChildOutcome& outcome, const SolverLimits& limits,
+                            const ReadModel& read)
 {
-  SolverRun run(command, limits);
-  const std::vector<const Term*> constants = collect_constants(assertions);
-  std::ostringstream script;
-  smtlib::print_script(script, constants, assertions, limits.wants_model);
-  Solution solution = run.solve(std::move(script).str());
-  if (solution.answer == Answer::kSat && limits.wants_model) solution.model = run.read_model(mgr, constants);
-  return solution;
+  return SolverOutput(name, outcome, limits).read(read);
+}
+
+Solution solve_text_with_process(const std::string& command, std::string_view script,
+                                 const SolverLimits& limits, const ReadModel& read)
+{
+  const std::string name = "the solver \"" + smtlib::make_excerpt(command) + "\"";
+  const auto run = [&] {
+    try {
+      return run_child(command, script, Deadline(limits.seconds));
+    } catch (const Exception& e) {
+      throw SolverError(name + " was not started: " + e.what());
+    }
+  };
+  return read_solver_output(name, run(), limits, read);
 }
 
 Solution solve_text_with_process(const std::string& command, std::string_view script,
                                  const SolverLimits& limits)
 {
-  return SolverRun(command, limits).solve(script);
+  SolverLimits without_model = limits;
+  without_model.wants_model = false;
+  return solve_text_with_process(command, script, without_model, {});
+}
+
+Solution solve_with_process(TermManager& mgr, const std::string& command,
+                            std::span<const Term* const> assertions, const SolverLimits& limits)
+{
+  const std::vector<const Term*> constants = collect_constants(assertions);
+  std::ostringstream script;
+  smtlib::print_script(script, constants, assertions, limits.wants_model);
+  std::vector<ModelValue> model;
+  Solution solution = solve_text_with_process(
+      command, std::move(script).str(), limits,
+      [&](std::string_view output) { model = smtlib::read_model(mgr, constants, output); });
+  solution.model = std::move(model);
+  return solution;
 }
 
 }  // namespace lumo::solvers

@@ -1,11 +1,13 @@
 #ifndef LUMO_SOLVERS_SOLVER_PROCESS_H
 #define LUMO_SOLVERS_SOLVER_PROCESS_H
 
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
 
 #include "lumo/solvers/answer.h"
+#include "lumo/solvers/child_process.h"
 #include "lumo/solvers/solver_limits.h"
 #include "lumo/terms/term_manager.h"
 
@@ -27,6 +29,16 @@ namespace lumo::solvers {
 /// above; the script must not ask for a model.
 [[nodiscard]] Solution solve_text_with_process(const std::string& command, std::string_view script,
                                                const SolverLimits& limits);
+
+/// Takes the output of a solver after `sat`. An InputError becomes a SolverError.
+using ReadModel = std::function<void(std::string_view output)>;
+
+/// The same for a complete script, which asks for a model if `limits` says so; `read` gets the model.
+[[nodiscard]] Solution solve_text_with_process(const std::string& command, std::string_view script,
+                                               const SolverLimits& limits, const ReadModel& read);
+/// The same for the output of a solver, which `name` names in messages.
+[[nodiscard]] Solution read_solver_output(const std::string& name, const ChildOutcome& outcome,
+                                          const SolverLimits& limits, const ReadModel& read);
 
 }  // namespace lumo::solvers
 

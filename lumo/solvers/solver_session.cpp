@@ -42,7 +42,7 @@ std::unique_ptr<SolverSession> SolverSession::start_command(const std::string& c
   return session;
 }
 
-std::unique_ptr<SolverSession> SolverSession::start_builtin()
+std::unique_ptr<SolverSession> SolverSession::start_builtin(bool takes_any_terms)
 {
   if (!has_builtin_solver())
     throw SolverError("there is no built-in solver, since lumo was built without Z3");
@@ -52,7 +52,7 @@ std::unique_ptr<SolverSession> SolverSession::start_builtin()
     become_streams(streams, alive);
     reset_ending_signals();
     pthread_sigmask(SIG_SETMASK, &guard.get_mask_before(), nullptr);
-    serve_builtin(STDIN_FILENO, STDOUT_FILENO);
+    serve_builtin(STDIN_FILENO, STDOUT_FILENO, takes_any_terms);
   });
   return session;
 }

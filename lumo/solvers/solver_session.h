@@ -39,7 +39,8 @@ class SolverSession
   /// Starts a command line with `/bin/sh -c`, in a process group of its own.
   [[nodiscard]] static std::unique_ptr<SolverSession> start_command(const std::string& command);
   /// Starts the built-in solver in a copy of this process. A SolverError if there is none.
-  [[nodiscard]] static std::unique_ptr<SolverSession> start_builtin();
+  /// `takes_any_terms`: also terms of other theories than Booleans and bit-vectors, at the cost of speed.
+  [[nodiscard]] static std::unique_ptr<SolverSession> start_builtin(bool takes_any_terms = false);
 
   SolverSession(const SolverSession&) = delete;
   SolverSession& operator=(const SolverSession&) = delete;

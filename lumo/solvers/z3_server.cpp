@@ -136,6 +136,7 @@ std::string Z3Server::do_command(const Command& command)
     case CommandKind::kDeclare:
     case CommandKind::kDefine:
     case CommandKind::kDefineFunction:
+    case CommandKind::kDeclareForeign:
     case CommandKind::kDefineSort:
     case CommandKind::kSetInfo:
     case CommandKind::kSetLogic:
@@ -307,25 +308,57 @@ std::string Z3Server::print_core(bool of_assumptions)
 
 }  // namespace
 
-void serve_z3(int in, int out)
+namespace {
+
+/// Answers commands until they end, or until `take` has ended the conversation.
+template <class Take, class HasEnded>
+void serve(int in, int out, const Take& take, const HasEnded& has_ended)
 {
-  limit_z3_memory();
-  Z3Server server;
   smtlib::CommandSplitter commands;
   std::array<char, 65536> buffer;  // NOLINT(cppcoreguidelines-pro-type-member-init): read fills it
-  while (!server.has_ended()) {
+  while (!has_ended()) {
     const ssize_t num_read = read(in, buffer.data(), buffer.size());
     if (num_read < 0 && errno == EINTR) continue;
     if (num_read <= 0) return;
     commands.add({buffer.data(), static_cast<std::size_t>(num_read)});
-    for (auto command = commands.take(); command && !server.has_ended(); command = commands.take()) {
-      const std::string answer = server.take(*command);
+    for (auto command = commands.take(); command && !has_ended(); command = commands.take()) {
+      const std::string answer = take(*command);
       if (answer.empty()) continue;
       // Before the answer, since the session may end this process as soon as it has it.
       save_coverage_counters();
       write_all(out, answer + '\n');
     }
   }
+}
+
+}  // namespace
+
+void serve_z3(int in, int out)
+{
+  limit_z3_memory();
+  Z3Server server;
+  serve(
+      in, out, [&](const smtlib::CommandText& command) { return server.take(command); },
+      [&] { return server.has_ended(); });
+}
+
+void serve_z3_text(int in, int out)
+{
+  limit_z3_memory();
+  const Z3Session z3;
+  bool has_ended = false;
+  const auto take = [&](const smtlib::CommandText& command) -> std::string {
+    try {
+      std::string answer = Z3_eval_smtlib2_string(z3, std::string(command.text).c_str());
+      while (!answer.empty() && answer.back() == '\n')
+        answer.pop_back();
+      return answer;
+    } catch (const std::bad_alloc&) {
+      has_ended = true;
+      return make_error("the built-in solver ran out of memory");
+    }
+  };
+  serve(in, out, take, [&] { return has_ended; });
 }
 
 }  // namespace lumo::solvers

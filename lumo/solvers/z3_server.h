@@ -12,6 +12,9 @@ namespace lumo::solvers {
 /// process of its own.
 void serve_z3(int in, int out);
 
+/// The same for commands over any terms: Z3 reads the texts itself.
+void serve_z3_text(int in, int out);
+
 }  // namespace lumo::solvers
 
 #endif

@@ -121,6 +121,9 @@ class Z3Model
     return value;
   }
 
+  /// The definitions as SMT-LIB 2 text, if the session prints such.
+  [[nodiscard]] std::string print() const { return Z3_model_to_string(z3_, model_); }
+
  private:
   const Z3Session& z3_;
   Z3_model model_;
@@ -206,6 +209,34 @@ Solution solve_text_with_z3(const std::string& script)
   solution.answer = solver.check(false);
   if (solution.answer == Answer::kUnknown) solution.reason = explain(solver.get_reason());
   return solution;
+}
+
+std::string solve_text_with_z3(const std::string& script, const std::string& logic)
+{
+  limit_z3_memory();
+  const Z3Session z3;
+  Z3_solver solver = Z3_mk_solver_for_logic(z3, Z3_mk_string_symbol(z3, logic.c_str()));
+  // Z3 does not know the names of all logics.
+  if (Z3_get_error_code(z3) != Z3_OK) solver = Z3_mk_solver(z3);
+  check_z3(z3);
+  Z3_solver_inc_ref(z3, solver);
+  Z3_solver_from_string(z3, solver, script.c_str());
+  if (Z3_get_error_code(z3) != Z3_OK) {
+    const std::string message = Z3_get_error_msg(z3, Z3_get_error_code(z3));
+    return "(error \"" + smtlib::make_excerpt(message) + "\")";
+  }
+  switch (Z3_solver_check(z3, solver)) {
+    case Z3_L_FALSE:
+      return "unsat\n";
+    case Z3_L_UNDEF:
+      check_z3(z3);
+      return "unknown\n(:reason-unknown \"" + std::string(Z3_solver_get_reason_unknown(z3, solver)) + "\")\n";
+    case Z3_L_TRUE:
+      break;
+  }
+  Z3_set_ast_print_mode(z3, Z3_PRINT_SMTLIB2_COMPLIANT);
+  const Z3Model model(z3, Z3_solver_get_model(z3, solver));
+  return "sat\n(\n" + model.print() + ")\n";
 }
 
 }  // namespace lumo::solvers

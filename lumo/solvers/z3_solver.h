@@ -24,6 +24,8 @@ void limit_z3_memory();
 /// The answer of Z3 in this process to the single query of a script, without a model. A text that Z3 cannot read is a
 /// SolverError; the rest is as above.
 [[nodiscard]] Solution solve_text_with_z3(const std::string& script);
+/// What Z3 answers to a script, with its model if the answer is sat, as a solver process would print it.
+[[nodiscard]] std::string solve_text_with_z3(const std::string& script, const std::string& logic);
 
 }  // namespace lumo::solvers
 

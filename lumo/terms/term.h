@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "lumo/terms/symbol.h"
 
@@ -22,6 +23,10 @@ class Term
   [[nodiscard]] const Term* get_arg(std::size_t i) const
   {
     return reinterpret_cast<const Term* const*>(this + 1)[i];
+  }
+  [[nodiscard]] std::span<const Term* const> get_args() const
+  {
+    return {reinterpret_cast<const Term* const*>(this + 1), get_num_args()};
   }
   [[nodiscard]] std::size_t get_num_args() const { return symbol_->get_arity(); }
   /// The position in the order in which the manager made its terms, from 0; arguments have smaller ids.

@@ -93,7 +93,7 @@ class TermManager
   [[nodiscard]] bool is_bool_type(const DataType* type) const { return type->is_bool(); }
   bool is_bv_type(const DataType* type, unsigned long* w) const
   {
-    if (type->is_bool()) return false;
+    if (!type->is_bit_vector()) return false;
     store(w, type->get_width());
     return true;
   }

@@ -55,7 +55,7 @@ TEST(Subcommands, AnswerWithStatusAndTexts)
   folder.write("answer", kSolverModel);
   folder.write("wrong", "((define-fun x () (_ BitVec 4) #x3))");
   folder.write("sorts", "((define-fun x () Bool true))");
-  folder.write("int.smt2", "(declare-const n Int)");
+  folder.write("int.smt2", "(declare-const n Integer)");
   folder.write("levels.smt2",
                "(declare-const x (_ BitVec 4))\n(push 1)\n(assert false)\n(check-sat)\n(pop 1)\n"
                "(assert (= x #x3))\n(check-sat)\n");
@@ -87,7 +87,8 @@ TEST(Subcommands, AnswerWithStatusAndTexts)
           {{"solve", "int.smt2"},
            2,
            "",
-           "int.smt2:1:18: the symbol Int was found, but the sort Bool or (_ BitVec w) was expected\n"},
+           "int.smt2:1:18: the symbol Integer was found, but a declared sort or one of a theory was "
+           "expected\n"},
           {{"solve", "twice.smt2"}, 0, "sat\nsat\n", ""},
           {{"solve", "twice.smt2", "--json"},
            2,

@@ -190,8 +190,9 @@ TEST(RunShell, AnswersMistakesAndGoesOn)
            prefix +
                "9: the option :global-declarations was set after a declaration or a push, but it can only "
                "be set before\")\n"},
-          {"(declare-const x Int)",
-           prefix + "18: the symbol Int was found, but the sort Bool or (_ BitVec w) was expected\")\n"},
+          {"(declare-const x Integer)",
+           prefix +
+               "18: the symbol Integer was found, but a declared sort or one of a theory was expected\")\n"},
           {"(check-sat)(get-info :reason-unknown)",
            "sat\n" + prefix + "12: this can be asked only after the answer unknown\")\n"},
       },

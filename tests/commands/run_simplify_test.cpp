@@ -197,7 +197,7 @@ TEST(RunSimplify, WritesNothingForABadScript)
 {
   const TemporaryFolder folder;
   const SubcommandRun run =
-      simplify({"-", folder.get_file("rest"), folder.get_file("trail")}, "(declare-fun f (Bool) Bool)");
+      simplify({"-", folder.get_file("rest"), folder.get_file("trail")}, "(declare-fun f (Bool) Boole)");
   EXPECT_EQ(run.status, commands::kFailed);
   EXPECT_TRUE(run.err.starts_with("<stdin>:1:")) << run.err;
   EXPECT_EQ(folder.count_files(), 0U);

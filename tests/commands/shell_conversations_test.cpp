@@ -53,19 +53,26 @@ TEST(ShellConversations, HaveTheKnownAnswers)
   std::ifstream table(folder / "index.tsv");
   if (!table) GTEST_SKIP() << "there is no folder of conversations";
   std::size_t num_files = 0;
-  for (std::string line; std::getline(table, line);) {
+  std::string line;
+  std::getline(table, line);  // the heads of the columns
+  while (std::getline(table, line)) {
     std::istringstream fields(line);
     std::string file;
     std::string logic;
     std::string answers;
     fields >> file >> logic >> answers;
-    if (logic != "QF_BV") continue;
     ++num_files;
     for (const ShellMethod& method : list_shell_methods()) {
+      // cvc5 takes other theories in conversations only with options of its own.
+      const bool is_cvc5 = method.solver && method.solver->find("cvc5") != std::string::npos;
+      if (logic != "QF_BV" && is_cvc5) continue;
       const SubcommandRun outcome = run_shell_on(read_text_file(folder / file), method);
       EXPECT_EQ(list_answers(outcome.out), answers)
           << file << " by " << method.solver.value_or("Z3 within lumo");
-      EXPECT_EQ(outcome.status, commands::kAnswered) << file << '\n' << outcome.out;
+      // A solver does not tell values of what no assertion mentions.
+      if (logic == "QF_BV") {
+        EXPECT_EQ(outcome.status, commands::kAnswered) << file << '\n' << outcome.out;
+      }
     }
   }
   EXPECT_GT(num_files, 0U);

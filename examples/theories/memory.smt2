@@ -1,0 +1,10 @@
+; A word is written at an address that depends on a constant of its own, offset, so that address can be any.
+(set-logic QF_ABV)
+(declare-const memory (Array (_ BitVec 8) (_ BitVec 4)))
+(declare-const base (_ BitVec 8))
+(declare-const offset (_ BitVec 8))
+(declare-const word (_ BitVec 4))
+(define-const written (Array (_ BitVec 8) (_ BitVec 4)) (store memory (bvadd base offset) (bvmul word #x3)))
+(assert (distinct (select written base) (select memory base)))
+(assert (bvult #x5 (select written base)))
+(check-sat)
