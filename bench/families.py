@@ -7,8 +7,8 @@ hardware  steps of a circuit with registers, of whose inputs and outputs the pro
 checksum  a message of free words whose sum, weighted and rotated, must be a given number, and two relations
           between its words
 
-The numbers in them are random, with fixed seeds. Nobody's program or circuit is behind them; they show what
-elimination does where a script has such inputs, not how often scripts have them.
+The numbers in them are random, with fixed seeds. They come from no real program or circuit: they show what elimination
+does where a script has such inputs, not how often scripts have them.
 """
 
 import argparse

@@ -315,7 +315,7 @@ void ForeignModel::read(std::span<const Term* const> constants, std::string_view
   reader_->read_all();
 }
 
-/// An array whose meaning is a function that is no list of cases. Small ones become lists, since these can be compared.
+/// An array whose meaning is a function, not a list of cases. Small ones become lists, since these can be compared.
 ForeignValue ForeignModel::make_array(const Definition& definition)
 {
   constexpr unsigned long kMaxWidth = 12;

@@ -23,7 +23,7 @@ class ConstantNames
  public:
   /// Takes one more name; returns whether it needs bars. A name that SMT-LIB 2 cannot spell is an `Exception`.
   bool note(const Symbol* constant);
-  /// The same for a name that is no symbol's.
+  /// The same for a name that does not belong to a symbol.
   bool note(std::string_view name);
   /// An `s` and more exclamation marks than follow an initial `s` in any of the names.
   [[nodiscard]] std::string make_free_prefix() const { return 's' + std::string(most_marks_ + 1, '!'); }
