@@ -21,6 +21,7 @@ import dataclasses
 import json
 import os
 import pathlib
+import resource
 import shutil
 import signal
 import subprocess
@@ -59,12 +60,12 @@ def run(command, file, limit):
 
 
 def measure(command, file, limit):
-    before = os.times()
+    before = resource.getrusage(resource.RUSAGE_CHILDREN)
     output = run(command, file, limit)
     if output is None:
         return Run("late", limit)
-    after = os.times()
-    seconds = after.children_user + after.children_system - before.children_user - before.children_system
+    after = resource.getrusage(resource.RUSAGE_CHILDREN)
+    seconds = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
     answer = next((word for word in output.split() if word in ("sat", "unsat", "unknown")), "none")
     return Run(answer, seconds, output)
 

@@ -14,7 +14,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-readonly all_targets=(calculators model_reader numbers reader scripts solve terms trail_reader)
+readonly all_targets=(calculators model_reader numbers reader scripts solve terms theories trail_reader)
 readonly build=build/fuzz
 
 fail()
@@ -61,7 +61,7 @@ trap 'rm -rf "$scratch"' EXIT
 longest_input()
 {
   case "$1" in
-    reader | model_reader | trail_reader) echo 2048 ;;
+    reader | model_reader | theories | trail_reader) echo 2048 ;;
     *) echo 512 ;;
   esac
 }
@@ -75,7 +75,8 @@ run_target()
     -timeout=30 -rss_limit_mb=4096 -print_final_stats=1 -verbosity=1
   )
   case "$target" in
-    *reader) options+=(-dict=fuzz/smtlib.dict) ;;&
+    *reader | theories) options+=(-dict=fuzz/smtlib.dict) ;;&
+    theories) seeds+=(examples/theories) ;;
     reader) seeds+=(examples tests/data) ;;
   esac
   if [ "$limit" = runs ]; then

@@ -40,8 +40,8 @@ void print_certificate(std::ostream& out, TermManager& mgr, const smtlib::Script
                                                  std::span<const Term* const> told);
 
 /// The answer of a solver for the rest that said unsat, after the checker has read the certificate: unsat if it
-/// confirms it, unknown if it gives no answer, perhaps for lack of time. Throws a CheckFailure if it refutes the certificate, and a SolverError if
-/// the checker fails.
+/// confirms it, unknown if it gives no answer, perhaps for lack of time. Throws a CheckFailure if it refutes the
+/// certificate, and a SolverError if the checker fails.
 [[nodiscard]] solvers::Solution confirm_unsat(std::string_view certificate,
                                               const Certification& certification,
                                               std::optional<double> seconds);

@@ -29,7 +29,8 @@ struct ScriptElimination
   std::vector<ForeignQuestion> questions;  ///< that were added to the rest
 };
 
-/// Eliminates in the assertions of a script, or leaves them as they are. Foreign terms are kept, and so are their arguments.
+/// Eliminates in the assertions of a script, or leaves them as they are. Foreign terms are kept, and so are their
+/// arguments.
 [[nodiscard]] ScriptElimination eliminate_script(TermManager& mgr, const smtlib::Script& script,
                                                  bool eliminates = true);
 

@@ -1,7 +1,10 @@
 #include "lumo/smtlib/sort_reader.h"
 
+#include <algorithm>
 #include <charconv>
 
+#include "lumo/smtlib/input_error.h"
+#include "lumo/smtlib/nearest_word.h"
 #include "lumo/smtlib/symbol_text.h"
 #include "lumo/smtlib/theory_functions.h"
 #include "lumo/terms/exception.h"
@@ -75,6 +78,19 @@ std::string_view SortReader::get_wanted() const
   return knows_foreign_ ? "a declared sort or one of a theory" : "the sort Bool or (_ BitVec w)";
 }
 
+void SortReader::refuse(const Lexer& lexer, const Token& name) const
+{
+  std::vector<std::string> known{"Bool", "BitVec"};
+  if (knows_foreign_) known.insert(known.end(), {"Array", "FloatingPoint"});
+  known.insert(known.end(), order_.begin(), order_.end());
+  // A known name that is refused here stands where another sort belongs.
+  const bool is_known = std::find(known.begin(), known.end(), name.text) != known.end();
+  const std::string nearest = is_known || !name.is_symbol() ? "" : find_nearest(name.text, known);
+  if (nearest.empty()) lexer.refuse(name, get_wanted());
+  lexer.fail(name.position, describe(name) + " was found, but " + std::string(get_wanted()) +
+                                " was expected; perhaps " + make_excerpt(nearest) + " was meant");
+}
+
 std::optional<std::size_t> SortReader::find_arity(std::string_view name) const
 {
   const auto place = definitions_.find(std::string(name));
@@ -129,7 +145,7 @@ const DataType* SortReader::read_start(Lexer& lexer, const Token& first)
 
   const Token head = lexer.next();
   if (head.is_word("_")) return read_indexed(lexer, first);
-  if (!head.is_symbol() || find_arity(head.text).value_or(0) == 0) lexer.refuse(head, get_wanted());
+  if (!head.is_symbol() || find_arity(head.text).value_or(0) == 0) refuse(lexer, head);
   applications_.push_back({head.text, first.position, arguments_.size()});
   return nullptr;
 }
@@ -140,7 +156,7 @@ const DataType* SortReader::read_name(Lexer& lexer, const Token& name)
   if (parameter != parameters_.end()) return foreign_.make_parameter(parameter->second);
   if (name.text == "Bool") return mgr_.make_bool_type();
   const std::optional<std::size_t> arity = find_arity(name.text);
-  if (!arity) lexer.refuse(name, get_wanted());
+  if (!arity) refuse(lexer, name);
   if (*arity != 0) {
     lexer.fail(name.position,
                describe(name) + " was found without arguments, but the sort takes " + std::to_string(*arity));
@@ -153,7 +169,7 @@ const DataType* SortReader::read_indexed(Lexer& lexer, const Token& open)
 {
   const Token name = lexer.next();
   const bool is_float = knows_foreign_ && name.is_symbol() && name.text == "FloatingPoint";
-  if (!is_float && (!name.is_symbol() || name.text != "BitVec")) lexer.refuse(name, get_wanted());
+  if (!is_float && (!name.is_symbol() || name.text != "BitVec")) refuse(lexer, name);
   const unsigned long width = read_width(lexer);
   if (is_float) {
     const unsigned long significand = read_width(lexer);

@@ -79,6 +79,8 @@ class SortReader
   [[nodiscard]] std::optional<std::size_t> find_arity(std::string_view name) const;
   [[nodiscard]] bool is_sort_name(std::string_view name) const;
   [[nodiscard]] std::string_view get_wanted() const;
+  /// Refuses something that is not a sort, with the nearest name of one.
+  [[noreturn]] void refuse(const Lexer& lexer, const Token& name) const;
 
   TermManager& mgr_;
   ForeignSortTable own_;  ///< of a reader without a table for foreign sorts: the parameters

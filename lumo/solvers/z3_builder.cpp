@@ -4,6 +4,7 @@
 #include <array>
 #include <iterator>
 #include <memory>
+#include <string>
 #include <type_traits>
 
 #include "lumo/smtlib/input_error.h"
@@ -13,6 +14,16 @@
 namespace lumo::solvers {
 
 namespace {
+
+/// Z3 4.8 has no vectors of more bits, and at much larger widths it ends by a signal.
+constexpr std::size_t kMaxWidth = (std::size_t{1} << 29U) - 1;
+
+void check_width(const DataType* sort)
+{
+  if (sort->is_bool() || sort->get_width() <= kMaxWidth) return;
+  throw SolverError("the built-in solver, Z3, takes widths of at most " + std::to_string(kMaxWidth) +
+                    " bits, but there is a term of " + std::to_string(sort->get_width()));
+}
 
 /// Keeps a temporary expression alive.
 class Held
@@ -266,6 +277,7 @@ void Z3Builder::visit(const Term* t, std::vector<const Term*>& stack)
   if (t->get_id() >= results_.size()) {
     results_.resize(std::max(t->get_id() + 1, std::min(2 * results_.size(), mgr_.get_num_terms())));
   }
+  check_width(t->get_symbol()->get_output_type());
   const Z3_ast expression = t->get_num_args() == 0 ? make_leaf(t) : make_application(t);
   check_z3(z3_);
   Z3_inc_ref(z3_, expression);

@@ -98,6 +98,16 @@ TEST(ReaderRefuses, NamesAndSorts)
   expect_messages({
       {"(declare-const x Int)",
        "f:1:18: the symbol Int was found, but the sort Bool or (_ BitVec w) was expected"},
+      {"(declare-const x Boole)",
+       "f:1:18: the symbol Boole was found, but the sort Bool or (_ BitVec w) was expected; perhaps Bool was "
+       "meant"},
+      {"(declare-const x (_ bitvec 8))",
+       "f:1:21: the symbol bitvec was found, but the sort Bool or (_ BitVec w) was expected; perhaps BitVec "
+       "was "
+       "meant"},
+      {"(define-sort Word () (_ BitVec 8))\n(declare-const x (Wrod))",
+       "f:2:19: the symbol Wrod was found, but the sort Bool or (_ BitVec w) was expected; perhaps Word was "
+       "meant"},
       {"(declare-fun a () (Array Bool Bool))",
        "f:1:20: the symbol Array was found, but the sort Bool or (_ BitVec w) was expected"},
       {"(declare-const x (_ FloatingPoint 8 24))",

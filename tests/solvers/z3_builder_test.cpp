@@ -102,6 +102,25 @@ TEST_F(Z3BuilderTest, BuildsWideTerms)
   EXPECT_EQ(Z3_get_sort_kind(z3_, Z3_get_sort(z3_, builder_.build(t))), Z3_BOOL_SORT);
 }
 
+TEST_F(Z3BuilderTest, RefusesWidthsThatZ3DoesNotHave)
+{
+  const unsigned long width = 1UL << 28U;
+  const Term* x = mgr_.make_constant("x", mgr_.make_bv_type(width));
+  const Term* const wide[] = {mgr_.make_term(mgr_.make_bv_concat_symbol(width, width), {x, x}),
+                              mgr_.make_constant("y", mgr_.make_bv_type(4294967295)),
+                              mgr_.make_bv_number(1, 4294967295)};
+  for (const Term* t : wide) {
+    try {
+      builder_.build(t);
+      ADD_FAILURE() << t->get_symbol()->get_output_type()->get_width();
+    } catch (const solvers::SolverError& e) {
+      EXPECT_TRUE(std::string(e.what()).starts_with(
+          "the built-in solver, Z3, takes widths of at most 536870911 bits, but there is a term of "))
+          << e.what();
+    }
+  }
+}
+
 // -----------------------------------------------------------------------------------------------------------
 // Chains
 

@@ -1,0 +1,7 @@
+(set-logic QF_BVFP)
+(declare-const p (_ FloatingPoint 3 5))
+(declare-const r RoundingMode)
+(declare-const x (_ BitVec 8))
+(assert (fp.lt (fp.add r p ((_ to_fp 3 5) x)) (fp #b0 #b010 #b0001)))
+(assert (= ((_ fp.to_ubv 8) RNE p) (bvadd x #x01)))
+(check-sat)
