@@ -9,10 +9,12 @@
 #include <gmp.h>
 
 // What the linker calls what `realloc` and `free` mean elsewhere, since it wraps those of the program and of lumo.
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the linker's names
 extern "C" {
-void* __real_realloc(void* block, std::size_t size);  // NOLINT(bugprone-reserved-identifier)
-void __real_free(void* block);                        // NOLINT(bugprone-reserved-identifier)
+void* __real_realloc(void* block, std::size_t size);
+void __real_free(void* block);
 }
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 namespace lumo::bench {
 
@@ -68,12 +70,12 @@ void reset_peak_heap_bytes() { peak_bytes = heap_bytes.load(); }
 
 }  // namespace lumo::bench
 
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the linker's names
 extern "C" {
-// NOLINTNEXTLINE(bugprone-reserved-identifier): the linker's names
 void* __wrap_realloc(void* block, std::size_t size) { return lumo::bench::resize(block, size); }
-// NOLINTNEXTLINE(bugprone-reserved-identifier)
 void __wrap_free(void* block) { lumo::bench::release(block); }
 }
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 void* operator new(std::size_t size)
 {

@@ -222,8 +222,9 @@ std::string SolverStack::ask_for_value(const Term* t)
     static_cast<void>(lexer.next());
   if (const smtlib::Token token = lexer.next(); token.kind == smtlib::TokenKind::kOpen)
     lexer.skip_list(token.position);
-  std::string value = solvers::make_one_line(
-      std::string_view(answer).substr(lexer.get_position(), answer.rfind(')') - lexer.get_position()));
+  const std::string_view printed = answer;
+  const std::size_t start = lexer.get_position();
+  std::string value = solvers::make_one_line(printed.substr(start, printed.rfind(')') - start));
   value.resize(value.rfind(')'));
   return value;
 }

@@ -43,8 +43,10 @@ PrintedTerms::PrintedTerms(std::size_t num_ids, std::span<const Step> steps, con
     : steps_(steps), foreign_(foreign), codes_(num_ids)
 {
   if (foreign != nullptr) {
-    for (const ForeignFunction& function : foreign->get_terms().functions)
-      static_cast<void>(names_.note(std::string_view(function.name)));
+    for (const ForeignFunction& function : foreign->get_terms().functions) {
+      const std::string_view name = function.name;
+      static_cast<void>(names_.note(name));
+    }
   }
   assert(steps.size() < kOpen && "the number of a step fits its bits");
   for (std::uint32_t i = 0; i < steps.size(); ++i) {

@@ -120,7 +120,7 @@ std::string check_solution(const std::string& text, const std::optional<std::str
   EXPECT_EQ(outcome.status, 0) << outcome.err << text;
   const std::size_t end = outcome.out.find('\n');
   if (end == std::string::npos) return {};
-  const std::string answer = outcome.out.substr(0, end);
+  std::string answer = outcome.out.substr(0, end);
   const z3::check_result expected = decide_by_z3(text);
   EXPECT_EQ(answer, expected == z3::sat ? "sat" : "unsat") << text;
   if (answer == "sat") {
