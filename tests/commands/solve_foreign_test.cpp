@@ -5,10 +5,10 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -57,12 +57,23 @@ bool is_declaration(const std::string& command)
   return command.starts_with("(declare-fun") || command.starts_with("(declare-const");
 }
 
+/// The elements of the sort S as Z3 writes them, where cvc5 writes `(as @S_0 S)`.
+std::string rename_elements(std::string model)
+{
+  constexpr std::string_view kBefore = "(as @S_";
+  constexpr std::string_view kAfter = " S)";
+  for (std::size_t i = model.find(kBefore); i != std::string::npos; i = model.find(kBefore, i)) {
+    model.erase(model.find(kAfter, i), kAfter.size());
+    model.replace(i, kBefore.size(), "S!val!");
+  }
+  return model;
+}
+
 /// The script with definitions of a model in the place of the declarations. Elements of sorts that the model does not
 /// declare are declared, and different elements are distinct.
 std::string substitute(const std::string& script, const std::string& printed)
 {
-  // cvc5 writes elements as Z3 does not read them.
-  const std::string model = std::regex_replace(printed, std::regex(R"(\(as @S_(\d+) S\))"), "S!val!$1");
+  const std::string model = rename_elements(printed);
   const std::vector<std::string> definitions = split_commands(model.substr(1, model.rfind(')') - 1));
   std::set<std::string> defined;
   std::set<std::string> elements;
