@@ -23,6 +23,10 @@
 #include "tests/support/random_theories.h"
 #include "tests/support/text_file.h"
 
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/lsan_interface.h>
+#endif
+
 namespace lumo::test {
 namespace {
 
@@ -107,8 +111,19 @@ std::string substitute(const std::string& script, const std::string& printed)
   return text;
 }
 
+#ifdef __SANITIZE_ADDRESS__
+using LeaksAreIgnored = __lsan::ScopedDisabler;
+#else
+struct LeaksAreIgnored
+{
+  LeaksAreIgnored() {}  // NOLINT(modernize-use-equals-default): so that an object counts as used
+};
+#endif
+
 z3::check_result decide_by_z3(const std::string& text)
 {
+  // Z3 4.8.12 itself loses 64 bytes on one of these scripts.
+  const LeaksAreIgnored in_z3;
   z3::context z3;
   z3::solver solver(z3);
   try {
