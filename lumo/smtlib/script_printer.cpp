@@ -164,10 +164,11 @@ std::vector<std::size_t> list_new_declarations(PrintedTerms& terms, const Foreig
   return declarations;
 }
 
-/// Writes those of sorts, or the others.
+/// Writes those of sorts, or the others; nothing if there are no foreign terms.
 void write_foreign(TextBuffer& out, const ForeignForms* forms, std::span<const std::size_t> declarations,
                    bool of_sorts)
 {
+  if (forms == nullptr) return;
   for (const std::size_t number : declarations) {
     const ForeignDeclaration& declaration = forms->get_terms().declarations[number];
     if (declaration.is_of_sorts == of_sorts) out << declaration.text << '\n';
