@@ -207,7 +207,7 @@ TEST(SolveForeign, QuantifiersAreAnsweredAsByZ3)
   }
 }
 
-/// A folder of files with a table of their answers: the one that LUMO_THEORIES names, or one beside the checkout.
+/// A folder of files with a table of their answers: the one that LUMO_THEORIES names, or one next to the checkout.
 std::filesystem::path find_theories()
 {
   const char* chosen = std::getenv("LUMO_THEORIES");  // NOLINT(concurrency-mt-unsafe)
