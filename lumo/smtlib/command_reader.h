@@ -160,6 +160,7 @@ class CommandReader
   void read_constructors(const Token& datatype, std::size_t arity);
   void read_constructor(const Token& open, const DataType* datatype, const std::vector<Token>& parameters);
   void read_signature(std::vector<Token>& names);
+  void note_bodies(Lexer& bodies, const std::vector<std::vector<Token>>& parameters, std::size_t declaration);
   void push(Command& command);
   void pop(Command& command);
 

@@ -182,7 +182,7 @@ void CommandReader::read_signature(std::vector<Token>& names)
   const SymbolTable::Number symbol = symbol_;
   lexer_.expect_open("a list of parameters");
   read_parameters(lexer_.next());
-  names.insert(names.end(), parameters_.begin(), parameters_.end());
+  names = parameters_;
   ForeignFunction& function = add_function(name, parameter_sorts_, sorts_.read(lexer_));
   function.is_interpreted = true;
   function.declaration = foreign_->declarations.size();  // that of the command, which is added at its end
@@ -191,39 +191,48 @@ void CommandReader::read_signature(std::vector<Token>& names)
 
 void CommandReader::read_recursive_definition(Command& command)
 {
-  std::vector<Token> parameters;
-  read_signature(parameters);
-  const std::size_t begin = lexer_.get_position();
+  std::vector<std::vector<Token>> parameters(1);
+  read_signature(parameters.front());
+  Lexer bodies = lexer_;
   skip(command);
-  const std::size_t number = add_declaration(command, false);
-  Lexer body = lexer_;
-  body.set_position(begin);
-  ForeignDeclaration found;
-  terms_.collect_mentioned(body, lexer_.get_position(), parameters, found);
-  terms_.note_needs(lexer_);
-  foreign_->declarations[number].needs = std::move(found.needs);
-  foreign_->declarations[number].constants = std::move(found.constants);
+  note_bodies(bodies, parameters, add_declaration(command, false));
 }
 
 void CommandReader::read_recursive_definitions(Command& command)
 {
-  std::vector<Token> parameters;
+  std::vector<std::vector<Token>> parameters;
   lexer_.expect_open("a list of functions");
   for (Token token = lexer_.next(); token.kind != TokenKind::kClose; token = lexer_.next()) {
     if (token.kind != TokenKind::kOpen) lexer_.refuse(token, "a function");
-    read_signature(parameters);
+    read_signature(parameters.emplace_back());
     lexer_.expect_close("the end of the function");
   }
-  const std::size_t begin = lexer_.get_position();
-  skip(command);
-  const std::size_t number = add_declaration(command, false);
   Lexer bodies = lexer_;
-  bodies.set_position(begin);
-  ForeignDeclaration found;
-  terms_.collect_mentioned(bodies, lexer_.get_position(), parameters, found);
+  bodies.expect_open("a list of bodies");
+  skip(command);
+  note_bodies(bodies, parameters, add_declaration(command, false));
+  bodies.expect_close("the end of the list of bodies");
+}
+
+/// Notes what the bodies of functions mention, each with the parameters of its function.
+void CommandReader::note_bodies(Lexer& bodies, const std::vector<std::vector<Token>>& parameters,
+                                std::size_t declaration)
+{
+  for (const std::vector<Token>& names : parameters) {
+    Lexer body = bodies;
+    const Token start = bodies.next();
+    if (start.kind == TokenKind::kOpen) {
+      bodies.skip_list(start.position);
+    } else if (start.kind == TokenKind::kClose || start.kind == TokenKind::kEnd) {
+      bodies.refuse(start, "the body of a function");
+    }
+    ForeignDeclaration found;
+    terms_.collect_mentioned(body, bodies.get_position(), names, found);
+    ForeignDeclaration& all = foreign_->declarations[declaration];
+    all.needs.insert(all.needs.end(), found.needs.begin(), found.needs.end());
+    all.constants.insert(all.constants.end(), found.constants.begin(), found.constants.end());
+  }
   terms_.note_needs(lexer_);
-  foreign_->declarations[number].needs = std::move(found.needs);
-  foreign_->declarations[number].constants = std::move(found.constants);
 }
 
 }  // namespace lumo::smtlib

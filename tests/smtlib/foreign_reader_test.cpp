@@ -79,6 +79,10 @@ TEST(ForeignReader, RefusesWithAPlace)
       {"(declare-datatype T ((c (d Int)) e))(assert (= e (c true)))",
        "2:50: c was given an argument of the sort Bool, but Int was expected"},
       {"(declare-datatypes ((T 1)) (((c))))", "2:22: the symbol T has 0 parameters here, but 1 was declared"},
+      {"(define-funs-rec ((g ((i Int)) Int)(h () Int)) ((+ i 1)))",
+       "2:56: a closing parenthesis was found, but the body of a function was expected"},
+      {"(define-funs-rec ((g ((i Int)) Int)) (i i))",
+       "2:41: the symbol i was found, but the end of the list of bodies was expected"},
       {"(define-const y Int 3)(define-fun-rec g ((i Int)) Int (+ i y))",
        "2:60: y is defined, and a function that must be printed mentions it, but such a function may only "
        "mention "
@@ -117,6 +121,20 @@ TEST(ForeignReader, KeepsBindersWordForWord)
             "(define-fun twice ((y (_ BitVec 4))) (_ BitVec 4) (bvadd y y))\n"
             "(assert (let ((z (bvadd x x))) (forall ((i (_ BitVec 4)))\n"
             "  (! (f (bvadd i (twice x) z)) :pattern ((f i))))))\n(check-sat)\n");
+}
+
+TEST(ForeignReader, UsesTheConstantsOfRecursiveDefinitions)
+{
+  // y is a constant in the first body, and a parameter in the second one.
+  const std::string text =
+      "(declare-fun x () Bool)\n(declare-fun y () Bool)\n"
+      "(define-funs-rec ((f ((x Bool)) Bool) (g ((y Bool)) Bool)) ((and x y) (or (f y) (g y))))\n"
+      "(assert (g x))\n(check-sat)\n";
+  EXPECT_EQ(print("(set-logic ALL)\n" + text), "(set-logic ALL)\n" + text);
+  const std::string alone =
+      "(declare-fun x () Bool)\n(define-fun-rec g ((y Bool)) Bool (and y (g y)))\n"
+      "(assert (g x))\n(check-sat)\n";
+  EXPECT_EQ(print("(declare-const y Bool)" + alone), "(set-logic ALL)\n" + alone);
 }
 
 TEST(ForeignReader, TakesDatatypes)
